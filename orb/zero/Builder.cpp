@@ -1,0 +1,83 @@
+#include <orb/zero/Builder.h>
+
+#include <algorithm>
+
+#include <orb/zero/Exception.h>
+#include <orb/zero/Targets.h>
+
+namespace orb::zero {
+
+ModelElement::Builder::Builder(const Model& model, const meta::ClassInfo& type)
+    : model_(model), class_(type), staged_(model->stage(type)), losses_(model->losses()) {}
+
+ModelElement::Builder::~Builder() {
+  if (!staged_) return;
+  for (const meta::PropertyInfo* property : class_.all) property->services.clear(*staged_);
+}
+
+ModelElement::Impl* ModelElement::Builder::staged() const {
+  if (!staged_) raise("InvalidValue");
+  return staged_.get();
+}
+
+void ModelElement::Builder::add(const meta::PropertyInfo& property,
+                                std::unique_ptr<Builder> child) {
+  const auto own = std::find_if(class_.all.begin(), class_.all.end(),
+                                [&](const auto* candidate) { return *candidate == property; });
+  if (own == class_.all.end() || !(*own)->isOwning) raise("InvalidValue");
+  children_.push_back({*own, std::move(child)});
+}
+
+ModelElement ModelElement::Builder::create() {
+  if (children_.empty()) return adopt(model_.newUuid());
+  return create(model_.newUuid());
+}
+
+ModelElement ModelElement::Builder::create(const uuid& id) {
+  model_->checkUnique(id);
+  if (children_.empty()) return adopt(id);
+  Orchestrator orchestrator(model_);
+  const ModelElement made = orchestrator.create(*this, id);
+  orchestrator.commit();
+  return made;
+}
+
+ModelElement ModelElement::Builder::adopt(const uuid& id) {
+  staged();
+  if (model_->losses() != losses_) dropLost();
+  return model_->adopt(std::move(staged_), id);
+}
+
+void ModelElement::Builder::cascadeCreation(Impl& owner) {
+  for (const Child& child : children_) child.property->services.add(owner, child.builder->create());
+}
+
+/// What was given to the builder may have been destroyed or moved to another owner since.
+void ModelElement::Builder::dropLost() noexcept {
+  Targets targets;
+  for (const meta::PropertyInfo* property : class_.all) {
+    targets.found.clear();
+    property->services.targets(*staged_, targets);
+    for (Impl* target : targets.found)
+      if (!target->isAlive() || (property->isOwning && target->container() != staged_.get()))
+        property->services.release(*staged_, *target);
+  }
+}
+
+ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, Builder& builder,
+                                            const uuid& id) {
+  Transaction unit(getModel());
+  const ModelElement made = builder.create(id);
+  property.services.add(*this, made);
+  unit.commit();
+  return made;
+}
+
+ModelElement ModelElement::Builder::Orchestrator::create(Builder& builder, const uuid& id) {
+  const ModelElement made = builder.adopt(id);
+  if (!created_.get()) created_ = made;
+  builder.cascadeCreation(*made.get());
+  return made;
+}
+
+}  // namespace orb::zero

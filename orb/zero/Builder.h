@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <orb/zero/ModelElement.h>
+#include <orb/zero/Transaction.h>
+
+namespace orb::zero {
+
+/// Stages an element before it becomes part of its model: values are given to the element itself,
+/// builders of elements to own are kept aside. A builder makes one element; one that is dropped
+/// leaves nothing behind.
+class ORB_ZERO_API ModelElement::Builder {
+ public:
+  class Orchestrator;
+
+  /// Raises "InvalidValue" for an abstract class.
+  Builder(const Model& model, const meta::ClassInfo& type);
+  Builder(const Builder&) = delete;
+  Builder& operator=(const Builder&) = delete;
+  virtual ~Builder();
+
+  const meta::ClassInfo& getMetaClass() const noexcept { return class_; }
+  /// Gives the builder of an element to be created into the owned collection. Raises
+  /// "InvalidValue" when the property is no owned collection of the class.
+  void add(const meta::PropertyInfo& property, std::unique_ptr<Builder> child);
+
+  /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
+  /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
+  /// have one key.
+  ModelElement create();
+  ModelElement create(const uuid& id);
+
+ protected:
+  Impl* staged() const;
+
+ private:
+  struct Child {
+    const meta::PropertyInfo* property;
+    std::unique_ptr<Builder> builder;
+  };
+  ModelElement adopt(const uuid& id);
+  void cascadeCreation(Impl& owner);
+  void dropLost() noexcept;
+
+  Model model_;
+  const meta::ClassInfo& class_;
+  std::unique_ptr<Impl> staged_;
+  std::vector<Child> children_;
+  std::uint64_t losses_;  // of the model when the builder was made
+};
+
+/// One unit of creation: elements created by builders through it are kept by `commit`, and gone
+/// without. Inside a unit in progress it is part of that one.
+class ORB_ZERO_API ModelElement::Builder::Orchestrator {
+ public:
+  explicit Orchestrator(const Model& model) : unit_(model) {}
+
+  /// Creates the element of the builder, and those it is to own.
+  ModelElement create(Builder& builder, const uuid& id);
+  /// The element created first; empty before.
+  const ModelElement& getCreatedElement() const noexcept { return created_; }
+  void commit() noexcept { unit_.commit(); }
+
+ private:
+  Transaction unit_;
+  ModelElement created_;
+};
+
+}  // namespace orb::zero

@@ -1,0 +1,144 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <utility>
+
+#include <orb/zero/Collection.h>
+#include <orb/zero/CollisionResolution.h>
+#include <orb/zero/Exception.h>
+
+namespace orb::zero {
+
+/// Owned elements under unique keys, in ascending order of the keys (texts compare byte by byte).
+/// The key of an element is a property of its own, read by the key function.
+template <class K, class E>
+class ElementMap : public Collection {
+ public:
+  using Entry = E;
+  using Content = std::map<K, Slot<E>, std::less<>>;
+  using KeyFunction = const K& (*)(const ModelElement::Impl&);
+
+  ElementMap(ModelElement::Impl& element, KeyFunction key, Descriptor descriptor)
+      : Collection(element, descriptor), key_(key) {}
+
+  /// The element under the key, or an empty handle.
+  E operator[](const K& key) const {
+    const auto found = content_.find(key);
+    return found == content_.end() ? E() : E(found->second);
+  }
+  /// The same without a reference of its own: null when there is none.
+  typename E::Impl* find(const K& key) const {
+    const auto found = content_.find(key);
+    return found == content_.end() ? nullptr : static_cast<typename E::Impl*>(found->second.get());
+  }
+  bool contains(const K& key) const { return content_.contains(key); }
+  auto begin() const noexcept { return content_.begin(); }
+  auto end() const noexcept { return content_.end(); }
+  bool empty() const noexcept { return content_.empty(); }
+  std::size_t size() const noexcept { return content_.size(); }
+
+  /// Stores the element under its key; one that has another owner moves. Refuses, in this order, an
+  /// empty or destroyed element ("CannotAddNonExistentObject"), one of another class
+  /// ("CannotAddIncompatibleTypes") or model ("CannotCreateCrossModelAssociation"), and, with
+  /// `Report`, a second one under a key ("UniquenessConstraint"). Inserting the element that is
+  /// stored already does nothing.
+  void insert(const ModelElement& element,
+              CollisionResolution resolution = CollisionResolution::Report) {
+    owner().checkInsertion(element, E::metaClass());
+    ModelElement::Impl& child = *element.get();
+    const K key = key_(child);
+    auto place = placeOf(key);
+    if (place != content_.end() && place->first == key) {
+      if (place->second == element || resolution == CollisionResolution::Keep) return;
+      if (resolution == CollisionResolution::Report) raise("UniquenessConstraint");
+      Transaction unit(owner().getModel());
+      take(place);
+      insert(element);
+      return unit.commit();
+    }
+    move(child, [&] { put(key, child); });
+  }
+  void add(const ModelElement& element) { insert(element); }
+
+  /// Takes out what is stored under the key, if anything is; it becomes a top-level element.
+  void erase(const K& key) {
+    if (const auto found = content_.find(key); found != content_.end()) take(found);
+  }
+
+  /// Stores the child under another key; `rename` then changes the key itself and does not fail.
+  /// Raises "UniquenessConstraint" when there is an element under that key.
+  template <class Rename>
+  void rekey(ModelElement::Impl& child, const K& key, Rename rename) {
+    if (content_.contains(key)) raise("UniquenessConstraint");
+    const K before = key_(child);
+    if (isRecorded()) log([this, before, key] { changeKey(key, before); });
+    rename();
+    changeKey(before, key);
+  }
+
+  // What the owner's property does with it (see `meta::PropertyServices`).
+  void targets(meta::TargetVisitor& visitor) const {
+    for (const auto& [key, child] : content_) visitor.visit(*child.get());
+  }
+  void release(const ModelElement::Impl& child) {
+    const auto found = content_.find(key_(child));
+    if (found != content_.end() && found->second.get() == &child) take(found);
+  }
+  void reset() noexcept {
+    for (const auto& [key, child] : content_) disown(*child.get());
+    content_.clear();
+  }
+  void forget() noexcept {
+    for (auto& [key, child] : content_) child.forget();
+  }
+
+ private:
+  using Place = typename Content::iterator;
+  /// Undoes a removal with the very node, so that it needs no memory.
+  struct PutBack {
+    void operator()() noexcept {
+      map.adopt(*node.mapped().get());
+      map.content_.insert(std::move(node));
+    }
+    ElementMap& map;
+    typename Content::node_type node;
+  };
+
+  /// Where the key is or would be; at once for one that comes last.
+  Place placeOf(const K& key) {
+    if (content_.empty() || content_.rbegin()->first < key) return content_.end();
+    return content_.lower_bound(key);
+  }
+  void put(const K& key, ModelElement::Impl& child) {
+    Content staged;
+    staged.emplace(key, Slot<E>(&child));
+    if (isRecorded()) {
+      log([this, key] {
+        const Place place = content_.find(key);
+        disown(*place->second.get());
+        content_.erase(place);
+      });
+    }
+    content_.insert(placeOf(key), staged.extract(staged.begin()));
+    adopt(child);
+  }
+  void take(Place place) {
+    ModelElement::Impl& child = *place->second.get();
+    if (isRecorded())
+      log(PutBack{*this, {}}).node = content_.extract(place);
+    else
+      content_.erase(place);
+    disown(child);
+  }
+  void changeKey(const K& from, const K& to) {
+    auto node = content_.extract(from);
+    node.key() = to;
+    content_.insert(std::move(node));
+  }
+
+  Content content_;
+  KeyFunction key_;
+};
+
+}  // namespace orb::zero

@@ -1,0 +1,35 @@
+#include <orb/zero/ElementRange.h>
+
+namespace orb::zero {
+
+ElementRange::ElementRange(const Model& model, const meta::ClassInfo* type,
+                           query::SearchClassMatchMode mode) noexcept
+    : model_(model), type_(type), mode_(mode) {
+  ++model_->readers_;
+}
+ElementRange::ElementRange(const ElementRange& other) noexcept
+    : ElementRange(other.model_, other.type_, other.mode_) {}
+ElementRange::~ElementRange() { --model_->readers_; }
+
+ModelElement ElementRange::Iterator::operator*() const {
+  return ModelElement(range_->model_->born(index_));
+}
+
+bool ElementRange::Iterator::operator==(std::default_sentinel_t) const noexcept {
+  return index_ >= range_->model_->births();
+}
+
+ElementRange::Iterator& ElementRange::Iterator::settle() {
+  for (; index_ < range_->model_->births(); ++index_) {
+    const ModelElement::Impl* const element = range_->model_->born(index_);
+    if (!element || !element->isAlive()) continue;
+    if (!range_->type_) break;
+    const meta::ClassInfo& type = element->getMetaClass();
+    if (range_->mode_ == query::SearchClassMatchMode::ThisClassOnly ? type == *range_->type_
+                                                                    : type.isKindOf(*range_->type_))
+      break;
+  }
+  return *this;
+}
+
+}  // namespace orb::zero

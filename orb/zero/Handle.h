@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+
+#include <orb/zero/Builder.h>
+#include <orb/zero/Exception.h>
+#include <orb/zero/ModelElement.h>
+
+namespace orb::zero {
+
+/// Adds to the handle of a base class what is the same for every class X. X declares its `Impl` and
+/// one static descriptor per property.
+template <class X, class Base>
+class ORB_ZERO_API Handle : public Base {
+ public:
+  using Super = Base;
+  class Builder;
+
+  /// An empty handle.
+  Handle() = default;
+  /// The checked down-cast: an empty handle stays empty; an element of another class raises
+  /// "CannotCastIncompatibleTypes" with the name of X.
+  explicit Handle(const ModelElement& element) {
+    if (element.get() && !element.get()->getMetaClass().isKindOf(metaClass()))
+      ModelElement::raiseEmpty(metaClass());
+    this->assign(element.get());
+  }
+
+  /// The element's accessors; see `ModelElement::operator->`.
+  auto* operator->() const {
+    if (!*this) [[unlikely]]
+      ModelElement::raiseEmpty(metaClass());
+    return static_cast<typename X::Impl*>(this->get());
+  }
+
+  /// What is known of the class at run time.
+  static const meta::ClassInfo& metaClass();
+  /// The UUID of the class.
+  static uuid Uuid() { return metaClass().id; }
+  /// Makes an empty element. Raises "UniquenessConstraint" when a live element of the model has
+  /// the UUID, and "InvalidValue" when X is abstract.
+  static X create(const Model& model, const uuid& id) { return X(model->create(metaClass(), id)); }
+
+ protected:
+  /// The descriptor of the property at this position.
+  static const meta::PropertyInfo& property(std::size_t position) {
+    return *metaClass().all[position - 1];
+  }
+};
+
+/// Makes one element of class X. `->` reaches the setters of the element to be, which take effect
+/// as they do on an element of the model; what is set becomes part of the model by `create`.
+template <class X, class Base>
+class Handle<X, Base>::Builder : public ModelElement::Builder {
+ public:
+  explicit Builder(const Model& model) : ModelElement::Builder(model, metaClass()) {}
+
+  auto* operator->() const { return static_cast<typename X::Impl*>(this->staged()); }
+  /// Makes the element, with a new UUID or a given one (see `ModelElement::Builder`).
+  X create() { return X(ModelElement::Builder::create()); }
+  X create(const uuid& id) { return X(ModelElement::Builder::create(id)); }
+};
+
+}  // namespace orb::zero

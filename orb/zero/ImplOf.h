@@ -1,0 +1,68 @@
+#pragma once
+
+#include <concepts>
+#include <type_traits>
+#include <utility>
+
+#include <orb/zero/ElementMap.h>
+#include <orb/zero/Handle.h>
+#include <orb/zero/OwnedSequence.h>
+#include <orb/zero/PrimitiveSequence.h>
+#include <orb/zero/ReferenceSequence.h>
+#include <orb/zero/Slot.h>
+#include <orb/zero/meta/Table.h>
+
+namespace orb::zero {
+
+/// Base of `X::Impl`: what every element class does alike, on top of the Impl of its superclass.
+/// `X::Impl` adds its slots, a static constexpr `table`, and one line per accessor.
+template <class X>
+class ImplOf : public X::Super::Impl {
+ public:
+  const meta::ClassInfo& getMetaClass() const override { return X::metaClass(); }
+  /// A handle to this element.
+  X This() const { return X(ModelElement(const_cast<ImplOf*>(this))); }
+
+ protected:
+  using enum meta::Flag;  // for the table
+
+  /// Whether the single property is there: a reference to a live element, or a value once given.
+  template <auto Member>
+  bool has() const {
+    const auto& slot = static_cast<const typename X::Impl&>(*this).*Member;
+    if constexpr (std::derived_from<std::remove_cvref_t<decltype(slot)>, ModelElement>)
+      return static_cast<bool>(slot);
+    else
+      return this->isGiven(meta::positionOf(Member));
+  }
+  /// Stores a value unchecked and unrecorded.
+  template <auto Member, class Given>
+  void basicSet(Given&& value) {
+    auto& slot = static_cast<typename X::Impl&>(*this).*Member;
+    slot = std::forward<Given>(value);
+    if constexpr (!std::derived_from<std::remove_cvref_t<decltype(slot)>, ModelElement>)
+      this->setGiven(meta::positionOf(Member), true);
+  }
+  /// The guarded setter. Setting what is set already has no effect; a destroyed element is as good
+  /// as none; one of another model raises "CannotCreateCrossModelAssociation".
+  template <auto Member, class Given>
+  void set(Given&& value) {
+    auto& slot = static_cast<typename X::Impl&>(*this).*Member;
+    if constexpr (std::derived_from<std::remove_cvref_t<Given>, ModelElement>) {
+      if (slot.get() == (value ? value.get() : nullptr)) return;
+      this->checkCompatibleModel(value);
+      this->notifyModifying(meta::positionOf(Member));
+      if (value)
+        slot = value;
+      else
+        slot.clear();
+    } else {
+      if (has<Member>() && slot == value) return;
+      std::remove_cvref_t<decltype(slot)> copy(std::forward<Given>(value));
+      this->notifyModifying(meta::positionOf(Member));
+      basicSet<Member>(std::move(copy));
+    }
+  }
+};
+
+}  // namespace orb::zero

@@ -1,0 +1,61 @@
+#include <orb/zero/MessageCatalog.h>
+
+#include <orb/zero/Exception.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace orb::zero {
+namespace {
+
+struct Message {
+  std::string_view catalog, identifier, text;
+};
+
+constexpr std::string_view hostCatalog = "NUMBAT:class";
+
+constexpr Message messages[] = {
+    {frameworkCatalog, "CannotCastIncompatibleTypes",
+     "The object is empty, deleted or of another type: expected '{0}'."},
+    {frameworkCatalog, "CannotAddIncompatibleTypes",
+     "Cannot add an object of type '{0}' to a collection of '{1}'."},
+    {frameworkCatalog, "UniquenessConstraint",
+     "An object with the same key or UUID is already present."},
+    {frameworkCatalog, "CannotCreateCrossModelAssociation",
+     "Cannot associate objects that belong to different models."},
+    {frameworkCatalog, "CannotModifyProxy", "Cannot modify a proxy."},
+    {frameworkCatalog, "CannotSetReadOnlyProperty", "Cannot set the read-only property '{0}'."},
+    {frameworkCatalog, "CannotAddSecondObject",
+     "The collection already holds the object, or holds one object only."},
+    {frameworkCatalog, "CannotAddNonExistentObject",
+     "Cannot add an empty or deleted object to a collection."},
+    {frameworkCatalog, "NoSuchType", "There is no type named '{0}'."},
+    {frameworkCatalog, "InvalidValue", "The value is invalid."},
+    {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
+    {hostCatalog, "InvalidHandle", "The handle is invalid or its object was deleted."},
+};
+
+}  // namespace
+
+std::string MessageCatalog::text(std::string_view catalog, std::string_view identifier,
+                                 const std::vector<std::string>& arguments) {
+  const auto message = std::find_if(std::begin(messages), std::end(messages), [&](const auto& m) {
+    return m.catalog == catalog && m.identifier == identifier;
+  });
+  if (message == std::end(messages)) return "Message text unavailable";
+
+  std::string filled;
+  const std::string_view text = message->text;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '{') {
+      filled += text[i];
+      continue;
+    }
+    const auto n = static_cast<std::size_t>(text[i + 1] - '0');
+    if (n < arguments.size()) filled += arguments[n];
+    i += 2;
+  }
+  return filled;
+}
+
+}  // namespace orb::zero

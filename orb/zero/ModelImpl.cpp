@@ -1,0 +1,111 @@
+#include <orb/zero/ModelImpl.h>
+
+#include <algorithm>
+
+#include <orb/zero/Exception.h>
+
+namespace orb::zero {
+
+Model::Impl::Impl(const uuid& identity, const ModelConstellation& constellation,
+                  const WorkQueueFactory& workQueueFactory)
+    : transactions_(*this),
+      identity_(identity),
+      constellation_(constellation),
+      workQueue_(workQueueFactory(&transactions_)) {
+  constellation_.members_->push_back(this);
+}
+
+/// Rings and long chains end without recursion: first all slots let go, then all elements die.
+Model::Impl::~Impl() {
+  std::erase(*constellation_.members_, this);
+  const auto forAll = [this](auto visit) {
+    for (const auto* list : {&elements_, &ended_})
+      for (Element* element : *list)
+        if (element) visit(*element);
+  };
+  forAll([](Element& element) {
+    for (const meta::PropertyInfo* property : element.getMetaClass().all)
+      property->services.forget(element);
+  });
+  forAll([](Element& element) { delete &element; });
+}
+
+std::unique_ptr<Model::Impl::Element> Model::Impl::stage(const meta::ClassInfo& type) {
+  if (type.isAbstract()) raise("InvalidValue");
+  std::unique_ptr<Element> element = type.make();
+  element->model_ = this;
+  return element;
+}
+
+void Model::Impl::checkUnique(const uuid& id) {
+  if (index_.find(id, elements_)) raise("UniquenessConstraint");
+}
+
+ModelElement Model::Impl::adopt(std::unique_ptr<Element> staged, const uuid& id) {
+  if (elements_.size() == elements_.capacity() && 2 * gaps_ > elements_.size()) compact();
+  elements_.push_back(staged.get());
+  Element& element = *staged.release();
+  element.uuid_ = id;
+  element.index_ = births() - 1;
+  element.life_ = Element::Life::Alive;
+  ++alive_;
+  return ModelElement(&element);
+}
+
+ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
+  std::unique_ptr<Element> element = stage(type);
+  checkUnique(id);
+  return adopt(std::move(element), id);
+}
+
+void Model::Impl::end(Element& element) noexcept {
+  index_.erase(element, element.index_);
+  elements_[element.index_] = nullptr;
+  ++gaps_;
+  for (const meta::PropertyInfo* property : element.getMetaClass().all)
+    property->services.clear(element);
+  element.life_ = Element::Life::Ended;
+  element.setContainer(nullptr, 0);
+  if (element.outside_ == 0 && element.slots_ == 0) {
+    delete &element;
+  } else {
+    element.index_ = static_cast<std::uint32_t>(ended_.size());
+    ended_.push_back(&element);
+  }
+}
+
+void Model::Impl::free(Element& element) noexcept {
+  ended_.back()->index_ = element.index_;
+  ended_[element.index_] = ended_.back();
+  ended_.pop_back();
+  delete &element;
+}
+
+void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
+  ++losses_;
+  while (elements_.size() > births) {
+    if (Element* const element = elements_.back()) {
+      if (element->isAlive()) --alive_;
+      end(*element);
+    }
+    elements_.pop_back();
+    --gaps_;
+  }
+  index_.setCovered(std::min(index_.covered(), births));
+}
+
+/// Closes the gaps in the creation order.
+void Model::Impl::compact() noexcept {
+  if (readers_ != 0) return;
+  const auto left = [this](std::uint32_t births) {
+    const auto end = elements_.begin() + births;
+    return births - static_cast<std::uint32_t>(std::count(elements_.begin(), end, nullptr));
+  };
+  transactions_.renumber(left);
+  index_.setCovered(left(index_.covered()));
+  std::erase(elements_, nullptr);
+  gaps_ = 0;
+  for (std::uint32_t i = 0; i < births(); ++i) elements_[i]->index_ = i;
+}
+
+}  // namespace orb::zero

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <algorithm>
+
+#include <orb/zero/Sequence.h>
+
+namespace orb::zero {
+
+/// An ordered collection of references to elements that it does not own; one element may stand in
+/// several places. Additions and replacements refuse, in this order, an empty or destroyed element
+/// ("CannotAddNonExistentObject"), one of another class ("CannotAddIncompatibleTypes") and one of
+/// another model ("CannotCreateCrossModelAssociation"). An entry whose element is destroyed goes.
+template <class E>
+class ReferenceSequence : public Sequence<Slot<E>> {
+ public:
+  using Entry = E;
+  using Sequence<Slot<E>>::Sequence;
+
+  void add(const ModelElement& element) { insert(this->size(), element); }
+  void insert(std::size_t place, const ModelElement& element) {
+    check(element);
+    this->insertItem(place, Slot<E>(element.get()));
+  }
+  void set(std::size_t place, const ModelElement& element) {
+    check(element);
+    this->setItem(place, Slot<E>(element.get()));
+  }
+  /// Keeps a place for an operand that is missing: an entry with an empty handle.
+  void addEmpty() { this->insertItem(this->size(), Slot<E>()); }
+  bool contains(const ModelElement& element) const {
+    return std::find(this->begin(), this->end(), element) != this->end();
+  }
+
+  // What the owner's property does with it (see `meta::PropertyServices`).
+  void targets(meta::TargetVisitor& visitor) const {
+    for (const Slot<E>& entry : *this)
+      if (entry.get()) visitor.visit(*entry.get());
+  }
+  void release(const ModelElement::Impl& target) {
+    for (std::size_t place = this->size(); place-- > 0;)
+      if (this->content()[place].get() == &target) this->erase(place);
+  }
+  void reset() noexcept { this->content().clear(); }
+  void forget() noexcept {
+    for (Slot<E>& entry : this->content()) entry.forget();
+  }
+
+ private:
+  void check(const ModelElement& element) const {
+    this->owner().checkInsertion(element, E::metaClass());
+  }
+};
+
+}  // namespace orb::zero

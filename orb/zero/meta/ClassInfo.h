@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <orb/zero/ModelElement.h>
+#include <orb/zero/Uuid.h>
+
+/// What is known of a class at run time. The records are emitted from the table that each class
+/// declares once (see Table.h and Emit.h), are constant, and live as long as the program.
+namespace orb::zero::meta {
+
+using Element = ModelElement::Impl;
+
+/// Properties of a property. `NoMutator`: the scripting host offers no setter for it.
+enum Flag : std::uint8_t {
+  Ordered = 1,
+  Unique = 2,
+  ReadOnly = 4,
+  Transient = 8,
+  NoMutator = 16,
+  NoDefault = 32,
+};
+
+/// Whether a property holds one value, several, or several under keys.
+enum class ValueKind : std::uint8_t { Single = 1, Collection = 2, Keyed = 6 };
+
+/// Is shown the elements that the slots of a property name, one by one.
+class TargetVisitor {
+ public:
+  virtual void visit(Element& target) = 0;
+
+ protected:
+  ~TargetVisitor() = default;
+};
+
+/// The services of a property that undo, destruction and the end of a model use.
+struct PropertyServices {
+  /// Copies the value into the undo record, or back; none for collections, which log each change.
+  void (*save)(const Element&, Storage&) = nullptr;
+  void (*restore)(Element&, Storage&) noexcept = nullptr;
+  /// Shows every element that the property names.
+  void (*targets)(const Element&, TargetVisitor&) = nullptr;
+  /// Puts the element into the owned collection, checked; none for other properties.
+  void (*add)(Element&, const ModelElement&) = nullptr;
+  /// Takes the target out of the property; can be undone.
+  void (*release)(Element&, Element& target) = nullptr;
+  /// Empties the property for good.
+  void (*clear)(Element&) noexcept = nullptr;
+  /// Empties the property without telling its targets, which are about to go as well.
+  void (*forget)(Element&) noexcept = nullptr;
+};
+
+/// One property of a class.
+struct PropertyInfo {
+  std::string_view name;
+  uuid id;
+  int position;  ///< 1-based, inherited properties included
+  ValueKind kind;
+  bool isOwning;               ///< the values are owned by, and go with, the element
+  std::uint8_t flags;          ///< of `Flag`
+  std::string_view key;        ///< of a keyed collection: the property of its elements
+  std::string_view className;  ///< dotted name of the class that declares it
+  const ClassInfo& (*type)();  ///< class of the values, null for primitive ones
+  PropertyServices services;
+
+  /// "torvan.datamodel.ArrayElem.index"
+  std::string getQualifiedName() const { return std::string(className) + '.' + std::string(name); }
+  friend bool operator==(const PropertyInfo& a, const PropertyInfo& b) { return a.id == b.id; }
+};
+
+/// One class.
+struct ClassInfo {
+  std::string_view name;  ///< dotted
+  uuid id;
+  const ClassInfo* superclass;               ///< null for the root
+  std::span<const PropertyInfo> own;         ///< in order of their positions
+  std::span<const PropertyInfo* const> all;  ///< inherited ones first: position n is all[n - 1]
+  std::unique_ptr<Element> (*make)();        ///< null for an abstract class
+  std::unique_ptr<Storage> (*makeStorage)(Element&);  ///< an empty undo record
+
+  bool isAbstract() const { return make == nullptr; }
+  /// True for the class itself and those derived from it.
+  bool isKindOf(const ClassInfo& other) const noexcept {
+    const ClassInfo* level = this;
+    while (level && level != &other) level = level->superclass;
+    return level != nullptr;
+  }
+  friend bool operator==(const ClassInfo& a, const ClassInfo& b) { return a.id == b.id; }
+};
+
+}  // namespace orb::zero::meta

@@ -1,0 +1,153 @@
+#pragma once
+
+#include <array>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include <orb/zero/Handle.h>
+#include <orb/zero/Storage.h>
+#include <orb/zero/meta/Kind.h>
+#include <orb/zero/meta/Table.h>
+
+/// Turns the table of a class X into its `ClassInfo`, `classOf<X>`, and defines `X::metaClass()`.
+/// Included by the one source file that lists the classes of a model.
+namespace orb::zero::meta {
+
+struct Nothing {};
+template <class M>
+struct OldOf {
+  using Type = Nothing;
+};
+template <class M>
+requires requires { typename Kind<M>::Old; }
+struct OldOf<M> {
+  using Type = typename Kind<M>::Old;
+};
+template <class... C, class... M>
+auto oldValues(const std::tuple<Row<C, M>...>&) -> std::tuple<typename OldOf<M>::Type...>;
+
+/// The undo record of X: one typed slot per own property, on top of those of its base.
+template <class X>
+struct StorageOf : StorageOf<typename X::Super> {
+  using StorageOf<typename X::Super>::StorageOf;
+  decltype(oldValues(X::Impl::table.rows)) old;
+};
+template <>
+struct StorageOf<ModelElement> : Storage {
+  using Storage::Storage;
+};
+
+/// The I-th own property of X, in an element and in an undo record.
+template <class X, std::size_t I>
+struct Access {
+  static constexpr const auto& row = std::get<I>(X::Impl::table.rows);
+  static auto& slot(Element& e) { return static_cast<typename X::Impl&>(e).*row.member; }
+  static const auto& slot(const Element& e) {
+    return static_cast<const typename X::Impl&>(e).*row.member;
+  }
+  static auto& old(Storage& s) { return std::get<I>(static_cast<StorageOf<X>&>(s).old); }
+};
+
+template <class X, std::size_t I>
+consteval PropertyServices emitServices() {
+  using A = Access<X, I>;
+  using Member = typename std::remove_cvref_t<decltype(A::row)>::Member;
+  using K = Kind<Member>;
+
+  PropertyServices services;
+  if constexpr (requires { typename K::Old; }) {
+    services.save = [](const Element& e, Storage& s) { A::old(s) = A::slot(e); };
+    services.restore = [](Element& e, Storage& s) noexcept { A::slot(e) = std::move(A::old(s)); };
+  }
+  services.targets = [](const Element& e, TargetVisitor& visitor) {
+    if constexpr (requires { K::type(); }) K::targets(A::slot(e), visitor);
+  };
+  if constexpr (K::isOwning)
+    services.add = [](Element& e, const ModelElement& child) { K::add(A::slot(e), child); };
+  services.release = [](Element& e, Element& target) {
+    if constexpr (requires { K::type(); }) K::release(A::slot(e), e, A::row.position, target);
+  };
+  services.clear = [](Element& e) noexcept {
+    if constexpr (requires { K::type(); }) K::clear(A::slot(e));
+  };
+  services.forget = [](Element& e) noexcept {
+    if constexpr (requires { K::type(); }) K::forget(A::slot(e));
+  };
+  return services;
+}
+
+template <class X, std::size_t I>
+consteval PropertyInfo emitProperty() {
+  using A = Access<X, I>;
+  using K = Kind<typename std::remove_cvref_t<decltype(A::row)>::Member>;
+  PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
+                    A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
+  if constexpr (requires { K::type(); }) info.type = &K::type;
+  return info;
+}
+
+template <class X>
+inline constexpr std::size_t ownCount = std::tuple_size_v<decltype(X::Impl::table.rows)>;
+template <class X>
+inline constexpr auto ownProperties = []<std::size_t... I>(std::index_sequence<I...>) {
+  return std::array<PropertyInfo, sizeof...(I)>{emitProperty<X, I>()...};
+}
+(std::make_index_sequence<ownCount<X>>());
+
+template <class X>
+inline constexpr std::size_t count = count<typename X::Super> + ownCount<X>;
+template <>
+inline constexpr std::size_t count<ModelElement> = 0;
+
+template <class X>
+inline constexpr auto allProperties = [] {
+  std::array<const PropertyInfo*, count<X>> all{};
+  std::size_t n = 0;
+  for (const PropertyInfo* inherited : allProperties<typename X::Super>) all[n++] = inherited;
+  for (const PropertyInfo& own : ownProperties<X>) {
+    all[n++] = &own;
+    if (own.position != static_cast<int>(n)) throw "positions continue those of the base";
+  }
+  return all;
+}();
+template <>
+inline constexpr std::array<const PropertyInfo*, 0> allProperties<ModelElement>{};
+
+template <class X>
+consteval auto makerOf() -> std::unique_ptr<Element> (*)() {
+  if constexpr (X::Impl::table.instances == Instances::Concrete)
+    return []() -> std::unique_ptr<Element> { return std::make_unique<typename X::Impl>(); };
+  return nullptr;
+}
+
+/// One object for the whole process, whichever shared library asks.
+template <class X>
+ORB_ZERO_API inline constexpr ClassInfo classOf{
+    X::Impl::table.name,
+    X::Impl::table.id,
+    &classOf<typename X::Super>,
+    ownProperties<X>,
+    allProperties<X>,
+    makerOf<X>(),
+    [](Element& e) -> std::unique_ptr<Storage> { return std::make_unique<StorageOf<X>>(e); }};
+template <>
+ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
+    "orb.zero.ModelElement",
+    uuidOf("6d3f1c52-7a0e-3b64-9d2b-0c6a5e1f8b47"),
+    nullptr,
+    {},
+    {},
+    nullptr,
+    nullptr};
+
+}  // namespace orb::zero::meta
+
+namespace orb::zero {
+
+template <class X, class Base>
+const meta::ClassInfo& Handle<X, Base>::metaClass() {
+  return meta::classOf<X>;
+}
+
+}  // namespace orb::zero
