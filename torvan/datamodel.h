@@ -1,0 +1,40 @@
+#pragma once
+
+// All of the library's public headers.
+
+#include <torvan/datamodel/Array.h>
+#include <torvan/datamodel/ArrayElem.h>
+#include <torvan/datamodel/ArrayType.h>
+#include <torvan/datamodel/BitSet.h>
+#include <torvan/datamodel/Conditional.h>
+#include <torvan/datamodel/Equation.h>
+#include <torvan/datamodel/Expression.h>
+#include <torvan/datamodel/ExpressionFactory.h>
+#include <torvan/datamodel/FieldElem.h>
+#include <torvan/datamodel/FieldType.h>
+#include <torvan/datamodel/IndexRef.h>
+#include <torvan/datamodel/IndexableValue.h>
+#include <torvan/datamodel/Join.h>
+#include <torvan/datamodel/LExpression.h>
+#include <torvan/datamodel/LatticeType.h>
+#include <torvan/datamodel/LatticeValue.h>
+#include <torvan/datamodel/Meet.h>
+#include <torvan/datamodel/ModelClasses.h>
+#include <torvan/datamodel/PowerSet.h>
+#include <torvan/datamodel/PowerSetRef.h>
+#include <torvan/datamodel/PowerSetType.h>
+#include <torvan/datamodel/PrettyPrinter.h>
+#include <torvan/datamodel/Prune.h>
+#include <torvan/datamodel/Ref.h>
+#include <torvan/datamodel/RefVariableCollector.h>
+#include <torvan/datamodel/Session.h>
+#include <torvan/datamodel/Struct.h>
+#include <torvan/datamodel/StructRef.h>
+#include <torvan/datamodel/StructType.h>
+#include <torvan/datamodel/System.h>
+#include <torvan/datamodel/SystemBuilder.h>
+#include <torvan/datamodel/Term.h>
+#include <torvan/datamodel/TypeFactory.h>
+#include <torvan/datamodel/ValueFactory.h>
+#include <torvan/datamodel/Variable.h>
+#include <torvan/datamodel/boolean3.h>

@@ -1,0 +1,31 @@
+#ifndef TORVAN_DATAMODEL_ARRAYELEM_H
+#define TORVAN_DATAMODEL_ARRAYELEM_H
+
+#include <orb/zero/Handle.h>
+#include <torvan/datamodel/Api.h>
+
+namespace torvan::datamodel {
+
+class LatticeValue;
+
+/// One stored element of an `Array`, which owns it: its index (the key, from 1, which cannot be
+/// changed once it is made) and its value. The value is a reference: one value may stand in any
+/// number of elements.
+class TORVAN_DATAMODEL_API ArrayElem
+    : public orb::zero::Handle<ArrayElem, orb::zero::ModelElement> {
+ public:
+  class Impl;
+  using Handle::Handle;
+
+  /// The slot of the value; see `FieldElem::ref`.
+  LatticeValue* ref() const;
+
+  static const Property& index() { return property(1); }
+  static const Property& value() { return property(2); }
+};
+
+}  // namespace torvan::datamodel
+
+#include <torvan/datamodel/impl/Elements.h>
+
+#endif  // TORVAN_DATAMODEL_ARRAYELEM_H

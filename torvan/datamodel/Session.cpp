@@ -1,0 +1,22 @@
+#include <torvan/datamodel/Session.h>
+
+#include <orb/zero/ModelConstellation.h>
+
+namespace torvan::datamodel {
+
+Session::Session()
+    : model_(orb::zero::Model::create(orb::zero::uuid{}, orb::zero::ModelConstellation(),
+                                      orb::zero::DefaultWorkQueueFactory())),
+      valueFactory_(std::make_unique<ValueFactory>(model_)),
+      typeFactory_(std::make_unique<TypeFactory>(model_)),
+      expressionFactory_(std::make_unique<ExpressionFactory>(model_)) {
+  typeFactory_->valueFactory(valueFactory_.get());
+}
+
+Session::~Session() = default;
+
+std::unique_ptr<SystemBuilder> Session::createSystemBuilder() const {
+  return std::make_unique<SystemBuilder>(model_);
+}
+
+}  // namespace torvan::datamodel

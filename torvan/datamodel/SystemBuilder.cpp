@@ -1,0 +1,19 @@
+#include <torvan/datamodel/SystemBuilder.h>
+
+#include <utility>
+
+namespace torvan::datamodel {
+
+SystemBuilder::SystemBuilder(orb::zero::Model model)
+    : model_(std::move(model)), system_(System::Builder(model_).create()) {}
+
+Equation SystemBuilder::addEquation(const LExpression& lhs, const Term& rhs) {
+  Equation::Builder builder(model_);
+  builder->setLhs(lhs);
+  builder->setRhs(rhs);
+  const Equation equation = builder.create();
+  system_->getEquations().add(equation);
+  return equation;
+}
+
+}  // namespace torvan::datamodel
