@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+
+#include "Diagram.h"
+#include "Network.h"
+
+namespace torvan::slicer {
+
+/// What a drawing brings out.
+struct Highlight {
+  std::set<std::size_t> leaves;  ///< Indices into Network::leaves(), with the criterion.
+  std::size_t criterion = 0;     ///< The leaf the slice was made for.
+  std::string caption;           ///< One line of plain text.
+};
+
+/// An SVG picture of the outermost diagram in its own layout. A super-block counts as highlighted
+/// when any leaf inside it is. `network` must have been made from `diagram`.
+std::string drawSvg(const Diagram& diagram, const Network& network, const Highlight& highlight);
+
+/// The flattened network as a Graphviz digraph, with the highlighted leaves filled.
+std::string drawDot(const Network& network, const Highlight& highlight);
+
+}  // namespace torvan::slicer
