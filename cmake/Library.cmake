@@ -1,0 +1,19 @@
+# A shared library of all sources below a folder, whose headers are included by their path from the
+# top. Installed with its headers, and exported as torvan::<name without "torvan_">.
+function(torvan_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "FOLDER" "HEADERS")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${ARG_FOLDER}/*.cpp)
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${ARG_FOLDER}/*.h)
+  add_library(${name} SHARED ${sources})
+  string(REPLACE "torvan_" "" exported ${name})
+  add_library(torvan::${exported} ALIAS ${name})
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
+                                FILES ${headers} ${ARG_HEADERS})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+  set_target_properties(${name} PROPERTIES
+    EXPORT_NAME ${exported}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR})
+  install(TARGETS ${name} EXPORT torvan_datamodel FILE_SET HEADERS)
+endfunction()
