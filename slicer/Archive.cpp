@@ -55,8 +55,8 @@ std::string Archive::entry(const std::string& entryName) const {
   std::string bytes(status.size, '\0');
   const std::unique_ptr<zip_file_t, EntryCloser> file(
       zip_fopen_index(archive_.get(), status.index, 0));
-  if (!file || zip_fread(file.get(), bytes.data(), bytes.size()) !=
-                   static_cast<zip_int64_t>(bytes.size())) {
+  if (!file ||
+      zip_fread(file.get(), bytes.data(), bytes.size()) != static_cast<zip_int64_t>(bytes.size())) {
     throw DiagramError(name_, entryName + " is damaged");
   }
   return bytes;

@@ -28,9 +28,9 @@ struct Rectangle {
 struct Port {
   SignalKind kind = SignalKind::Data;
   Direction direction = Direction::In;
-  int number = 0;   ///< 1-based within kind and direction.
-  int rows = 1;     ///< 0 when the file leaves it open.
-  int columns = 1;  ///< 0 when the file leaves it open.
+  int number = 0;               ///< 1-based within kind and direction.
+  int rows = 1;                 ///< 0 when the file leaves it open.
+  int columns = 1;              ///< 0 when the file leaves it open.
   std::optional<Point> centre;  ///< Relative to the top left corner of the block.
 };
 
@@ -43,7 +43,7 @@ struct Boundary {
 
 /// How a block is turned on the sheet: first clockwise by a multiple of 90 degrees, then mirrored.
 struct Orientation {
-  int quarterTurns = 0;            ///< 0 to 3.
+  int quarterTurns = 0;  ///< 0 to 3.
   bool leftRightMirrored = false;
   bool topBottomMirrored = false;
 };
@@ -54,8 +54,8 @@ struct Block {
   std::string id;    ///< Unique among the blocks of its diagram only.
   std::string kind;  ///< Library name of the block; the file's element name where it has none.
   std::string name;  ///< `kind#k`: the k-th block of its kind in its diagram.
-  std::string simulation;  ///< Name of the simulation function.
-  std::string label;       ///< Plain text, often empty.
+  std::string simulation;   ///< Name of the simulation function.
+  std::string label;        ///< Plain text, often empty.
   bool dependsOnU = false;  ///< Outputs follow inputs without delay.
   bool isSplit = false;     ///< Only branches a link.
   bool isOpaque = false;    ///< A super-block whose inner diagram is not in the file.

@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <unordered_map>
@@ -106,9 +107,12 @@ std::string kindOf(const pugi::xml_node& cell) {
 }
 
 Port readPort(const pugi::xml_node& cell, const PortTag& tag) {
-  Port port{tag.kind, tag.direction, cell.attribute("ordering").as_int(),
+  Port port{tag.kind,
+            tag.direction,
+            cell.attribute("ordering").as_int(),
             std::max(0, cell.attribute("dataLines").as_int(1)),
-            std::max(0, cell.attribute("dataColumns").as_int(1)), std::nullopt};
+            std::max(0, cell.attribute("dataColumns").as_int(1)),
+            std::nullopt};
   if (const pugi::xml_node geometry = cell.child("mxGeometry")) {
     const Rectangle place = rectangleOf(geometry);
     port.centre = Point{place.x + place.width / 2, place.y + place.height / 2};

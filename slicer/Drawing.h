@@ -17,7 +17,7 @@ struct Highlight {
 };
 
 /// An SVG picture of the outermost diagram in its own layout. A super-block counts as highlighted
-/// when any leaf inside it is. `network` must have been made from `diagram`.
+/// when any leaf inside it is. `network` must have been made from `diagram` and have the criterion.
 std::string drawSvg(const Diagram& diagram, const Network& network, const Highlight& highlight);
 
 /// The flattened network as a Graphviz digraph, with the highlighted leaves filled.

@@ -37,8 +37,7 @@ std::vector<Leaf> Flattener::takeLeaves() {
   return std::move(leaves_);
 }
 
-std::size_t Flattener::addSheet(const Diagram& diagram, std::size_t parent,
-                                const Leaf& enclosing) {
+std::size_t Flattener::addSheet(const Diagram& diagram, std::size_t parent, const Leaf& enclosing) {
   const std::size_t sheet = sheets_.size();
   sheets_.push_back({&diagram, parent, {}});
   for (const Block& block : diagram.blocks) {

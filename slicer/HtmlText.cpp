@@ -8,9 +8,9 @@ namespace torvan::slicer {
 namespace {
 
 using Entity = std::pair<std::string_view, char>;
-constexpr std::array kEntities{Entity{"&lt;", '<'},    Entity{"&gt;", '>'},  Entity{"&amp;", '&'},
-                               Entity{"&quot;", '"'},  Entity{"&apos;", '\''},
-                               Entity{"&nbsp;", ' '}};
+constexpr std::array kEntities{Entity{"&lt;", '<'},    Entity{"&gt;", '>'},
+                               Entity{"&amp;", '&'},   Entity{"&quot;", '"'},
+                               Entity{"&apos;", '\''}, Entity{"&nbsp;", ' '}};
 
 // A '<' opens a tag only before a name, a slash or a comment: "a < b" is text.
 bool opensTag(std::string_view text) {

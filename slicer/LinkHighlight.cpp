@@ -63,8 +63,7 @@ class Spreading {
 
 }  // namespace
 
-std::vector<bool> highlightedLinks(const Diagram& diagram,
-                                   const std::vector<bool>& isHighlighted) {
+std::vector<bool> highlightedLinks(const Diagram& diagram, const std::vector<bool>& isHighlighted) {
   const Spreading spreading(diagram, isHighlighted);
   const auto driven = spreading.reachedFrom(Direction::Out);
   const auto read = spreading.reachedFrom(Direction::In);

@@ -36,8 +36,8 @@ Side defaultSide(const Block& block, const Port& port) {
   const int upright = static_cast<int>(uprightSide(block, port));
   const Side side = static_cast<Side>((upright + block.orientation.quarterTurns) % 4);
   const bool isHorizontal = side == Side::Left || side == Side::Right;
-  const bool isSwapped = isHorizontal ? block.orientation.leftRightMirrored
-                                      : block.orientation.topBottomMirrored;
+  const bool isSwapped =
+      isHorizontal ? block.orientation.leftRightMirrored : block.orientation.topBottomMirrored;
   return isSwapped ? static_cast<Side>((static_cast<int>(side) + 2) % 4) : side;
 }
 
@@ -50,8 +50,8 @@ std::optional<End> placeFromFile(const Block& block, const Port& port) {
   const double dx = port.centre->x - onEdge.x;
   const double dy = port.centre->y - onEdge.y;
   if ((dx == 0) == (dy == 0)) return std::nullopt;
-  const Side side = dy == 0 ? (dx < 0 ? Side::Left : Side::Right)
-                            : (dy < 0 ? Side::Top : Side::Bottom);
+  const Side side =
+      dy == 0 ? (dx < 0 ? Side::Left : Side::Right) : (dy < 0 ? Side::Top : Side::Bottom);
   return End{{box.x + onEdge.x, box.y + onEdge.y}, side, box};
 }
 

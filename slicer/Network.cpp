@@ -8,9 +8,7 @@
 namespace torvan::slicer {
 namespace {
 
-auto portOrder(const LeafPort& port) {
-  return std::tuple(port.kind, port.direction, port.number);
-}
+auto portOrder(const LeafPort& port) { return std::tuple(port.kind, port.direction, port.number); }
 
 }  // namespace
 

@@ -36,8 +36,7 @@ Parameter readInlineMatrix(const pugi::xml_node& node) {
 ParameterReader::ParameterReader(std::vector<Parameter> table, std::string source)
     : table_(std::move(table)), source_(std::move(source)) {}
 
-Parameter ParameterReader::read(const pugi::xml_node& block,
-                                std::string_view parameterName) const {
+Parameter ParameterReader::read(const pugi::xml_node& block, std::string_view parameterName) const {
   const pugi::xml_node node = childAs(block, parameterName);
   if (!node.attribute("binary").as_bool()) return readInlineMatrix(node);
   const std::string position = node.attribute("position").value();

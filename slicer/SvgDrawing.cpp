@@ -47,15 +47,17 @@ std::ostream& operator<<(std::ostream& out, const Point& point) {
 class SvgDrawing {
  public:
   SvgDrawing(const Diagram& diagram, const Network& network, const Highlight& highlight)
-      : diagram_(diagram), network_(network), highlight_(highlight),
+      : diagram_(diagram),
+        network_(network),
+        highlight_(highlight),
         standings_(diagram.blocks.size(), Standing::Plain) {
     for (const std::size_t leaf : highlight.leaves) standingOf(leaf) = Standing::Slice;
     standingOf(highlight.criterion) = Standing::Criterion;
     for (const Link& link : diagram.links) routes_.push_back(routeLink(diagram, link));
+    lightLinks();
   }
 
   std::string draw() {
-    out_.precision(10);
     openPicture();
     drawLegend();
     drawLinks();
@@ -71,41 +73,66 @@ class SvgDrawing {
     return standings_[network_.leaves()[leaf].path.front()];
   }
 
-  void openPicture() {
-    Point low{0, 0};
-    Point high{0, 0};
-    bool isFirst = true;
-    const auto include = [&](const Point& point) {
-      low = isFirst ? point : Point{std::min(low.x, point.x), std::min(low.y, point.y)};
-      high = isFirst ? point : Point{std::max(high.x, point.x), std::max(high.y, point.y)};
-      isFirst = false;
-    };
+  // Finds the links to highlight, and with them the splits and tag blocks they end at.
+  void lightLinks() {
+    std::vector<bool> isHighlighted;
+    for (std::size_t i = 0; i < standings_.size(); ++i) {
+      isHighlighted.push_back(standings_[i] != Standing::Plain || isTag(diagram_.blocks[i]));
+    }
+    isLit_ = highlightedLinks(diagram_, isHighlighted);
+    for (std::size_t link = 0; link < isLit_.size(); ++link) {
+      if (!isLit_[link]) continue;
+      for (const PortIndex& end : {diagram_.links[link].source, diagram_.links[link].target}) {
+        Standing& standing = standings_[end.block];
+        if (standing == Standing::Plain) standing = Standing::Slice;
+      }
+    }
+  }
+
+  Rectangle bounds() const {
+    std::vector<Point> points;
     for (const Block& block : diagram_.blocks) {
       const Rectangle& box = block.geometry;
-      include({box.x, box.y});
-      include({box.x + box.width, box.y + box.height});
+      points.push_back({box.x, box.y});
+      points.push_back({box.x + box.width, box.y + box.height});
     }
-    for (const auto& route : routes_) std::for_each(route.begin(), route.end(), include);
-    corner_ = {low.x - kMargin, low.y - kMargin - kLegendHeight};
-    const double width = std::max(high.x - low.x + 2 * kMargin, kMinWidth);
-    const double height = high.y - low.y + 2 * kMargin + kLegendHeight;
+    for (const auto& route : routes_) points.insert(points.end(), route.begin(), route.end());
+    Point low = points.empty() ? Point() : points.front();
+    Point high = low;
+    for (const Point& point : points) {
+      low = {std::min(low.x, point.x), std::min(low.y, point.y)};
+      high = {std::max(high.x, point.x), std::max(high.y, point.y)};
+    }
+    return {low.x, low.y, high.x - low.x, high.y - low.y};
+  }
+
+  void openPicture() {
+    const Rectangle box = bounds();
+    corner_ = {box.x - kMargin, box.y - kMargin - kLegendHeight};
+    const double width = std::max(box.width + 2 * kMargin, kMinWidth);
+    const double height = box.height + 2 * kMargin + kLegendHeight;
     out_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width * kPixelsPerUnit
          << "\" height=\"" << height * kPixelsPerUnit << "\" viewBox=\"" << corner_.x << ' '
-         << corner_.y << ' ' << width << ' ' << height << "\">\n"
-         << "<style>\n"
+         << corner_.y << ' ' << width << ' ' << height << "\">\n";
+    writeStyle();
+    out_ << "<rect x=\"" << corner_.x << "\" y=\"" << corner_.y << "\" width=\"" << width
+         << "\" height=\"" << height << "\" fill=\"white\"/>\n";
+  }
+
+  void writeStyle() {
+    out_ << "<style>\n"
          << "text { font-family: Helvetica, Arial, sans-serif; text-anchor: middle; }\n"
          << "text.start { text-anchor: start; fill: #1c1917; }\n"
-         << "text.label { font-style: italic; fill: #475569; }\n";
+         << "text.label { font-style: italic; fill: #475569; }\n"
+         << "polyline { fill: none; stroke-linejoin: round; }\n"
+         << "polyline.event { stroke-dasharray: 4 3; }\n";
     writeColours("plain", kPlainColours, kPlainLine, 1);
     writeColours("slice", kSliceColours, kSliceLine, 1.6);
     writeColours("criterion", kCriterionColours, kSliceLine, 2.2);
-    out_ << "polyline { fill: none; stroke-linejoin: round; }\n"
-         << "polyline.event { stroke-dasharray: 4 3; }\n"
-         << "</style>\n<defs>\n";
+    out_ << "</style>\n<defs>\n";
     writeArrow("plain", kPlainLine);
     writeArrow("slice", kSliceLine);
-    out_ << "</defs>\n<rect x=\"" << corner_.x << "\" y=\"" << corner_.y << "\" width=\"" << width
-         << "\" height=\"" << height << "\" fill=\"white\"/>\n";
+    out_ << "</defs>\n";
   }
 
   void writeColours(std::string_view name, const BlockColours& block, std::string_view line,
@@ -149,22 +176,9 @@ class SvgDrawing {
   const Leaf& criterion() const { return network_.leaves()[highlight_.criterion]; }
 
   void drawLinks() {
-    // Where a signal goes on by tag, the link ends at no leaf.
-    std::vector<bool> isHighlighted;
-    for (std::size_t i = 0; i < standings_.size(); ++i) {
-      isHighlighted.push_back(standings_[i] != Standing::Plain || isTag(diagram_.blocks[i]));
-    }
-    const std::vector<bool> isLit = highlightedLinks(diagram_, isHighlighted);
     for (const bool lit : {false, true}) {
-      for (std::size_t link = 0; link < isLit.size(); ++link) {
-        if (isLit[link] == lit) drawLink(diagram_.links[link], routes_[link], lit);
-      }
-    }
-    for (std::size_t link = 0; link < isLit.size(); ++link) {
-      if (!isLit[link]) continue;
-      for (const PortIndex& end : {diagram_.links[link].source, diagram_.links[link].target}) {
-        Standing& standing = standings_[end.block];
-        if (standing == Standing::Plain) standing = Standing::Slice;
+      for (std::size_t link = 0; link < isLit_.size(); ++link) {
+        if (isLit_[link] == lit) drawLink(diagram_.links[link], routes_[link], lit);
       }
     }
   }
@@ -221,13 +235,13 @@ class SvgDrawing {
 
   void writeBox(const Rectangle& box, double radius, Standing standing) {
     out_ << "<rect class=\"" << className(standing) << "\" x=\"" << box.x << "\" y=\"" << box.y
-         << "\" width=\"" << std::max(box.width, 0.0) << "\" height=\""
-         << std::max(box.height, 0.0) << "\" rx=\"" << radius << "\"/>\n";
+         << "\" width=\"" << std::max(box.width, 0.0) << "\" height=\"" << std::max(box.height, 0.0)
+         << "\" rx=\"" << radius << "\"/>\n";
   }
 
   void writeText(std::string_view name, const Point& at, double font, std::string_view text) {
-    out_ << "<text class=\"" << name << "\" x=\"" << at.x << "\" y=\"" << at.y
-         << "\" font-size=\"" << font << "\">" << escapeXml(text) << "</text>\n";
+    out_ << "<text class=\"" << name << "\" x=\"" << at.x << "\" y=\"" << at.y << "\" font-size=\""
+         << font << "\">" << escapeXml(text) << "</text>\n";
   }
 
   static bool isTag(const Block& block) {
@@ -237,8 +251,9 @@ class SvgDrawing {
   const Diagram& diagram_;
   const Network& network_;
   const Highlight& highlight_;
-  std::vector<Standing> standings_;  // per block of the diagram
-  std::vector<std::vector<Point>> routes_;
+  std::vector<Standing> standings_;         // per block of the diagram
+  std::vector<std::vector<Point>> routes_;  // per link
+  std::vector<bool> isLit_;                 // per link
   Point corner_;
   std::ostringstream out_;
 };

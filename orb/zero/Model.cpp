@@ -28,9 +28,7 @@ ElementRange Model::elements() const {
 ElementRange Model::elements(const meta::ClassInfo& type, query::SearchClassMatchMode mode) const {
   return {*this, &type, mode};
 }
-ModelElement Model::find(const uuid& id) const {
-  return ModelElement(impl_->index_.find(id, impl_->elements_));
-}
+ModelElement Model::find(const uuid& id) const { return ModelElement(impl_->find(id)); }
 uuid Model::newUuid() const { return impl_->newUuid_(); }
 std::size_t Model::reclaim() const { return impl_->reclaim(); }
 Transaction Model::beginTransaction() const { return Transaction(*this); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <orb/zero/Exception.h>
+#include <orb/zero/UuidIndex.h>
 
 namespace orb::zero {
 
@@ -37,8 +38,13 @@ std::unique_ptr<Model::Impl::Element> Model::Impl::stage(const meta::ClassInfo& 
   return element;
 }
 
+Model::Impl::Element* Model::Impl::find(const uuid& id) {
+  if (!index_) index_ = std::make_unique<UuidIndex>();
+  return index_->find(id, elements_);
+}
+
 void Model::Impl::checkUnique(const uuid& id) {
-  if (index_.find(id, elements_)) raise("UniquenessConstraint");
+  if (find(id)) raise("UniquenessConstraint");
 }
 
 ModelElement Model::Impl::adopt(std::unique_ptr<Element> staged, const uuid& id) {
@@ -58,10 +64,14 @@ ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
   return adopt(std::move(element), id);
 }
 
-void Model::Impl::end(Element& element) noexcept {
-  index_.erase(element, element.index_);
+void Model::Impl::remove(Element& element) noexcept {
+  if (index_) index_->erase(element, element.index_);
   elements_[element.index_] = nullptr;
   ++gaps_;
+}
+
+void Model::Impl::end(Element& element) noexcept {
+  remove(element);
   for (const meta::PropertyInfo* property : element.getMetaClass().all)
     property->services.clear(element);
   element.life_ = Element::Life::Ended;
@@ -91,7 +101,7 @@ void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
     elements_.pop_back();
     --gaps_;
   }
-  index_.setCovered(std::min(index_.covered(), births));
+  if (index_) index_->setCovered(std::min(index_->covered(), births));
 }
 
 /// Closes the gaps in the creation order.
@@ -102,7 +112,7 @@ void Model::Impl::compact() noexcept {
     return births - static_cast<std::uint32_t>(std::count(elements_.begin(), end, nullptr));
   };
   transactions_.renumber(left);
-  index_.setCovered(left(index_.covered()));
+  if (index_) index_->setCovered(left(index_->covered()));
   std::erase(elements_, nullptr);
   gaps_ = 0;
   for (std::uint32_t i = 0; i < births(); ++i) elements_[i]->index_ = i;

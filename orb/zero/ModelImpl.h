@@ -7,9 +7,10 @@
 #include <orb/zero/ModelConstellation.h>
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/TransactionCoordinator.h>
-#include <orb/zero/UuidIndex.h>
 
 namespace orb::zero {
+
+class UuidIndex;
 
 /// Owns the elements of a model.
 class ORB_ZERO_API Model::Impl {
@@ -30,6 +31,7 @@ class ORB_ZERO_API Model::Impl {
   TransactionCoordinator& transactions() noexcept { return transactions_; }
   WorkQueue& workQueue() noexcept { return *workQueue_; }
 
+  Element* find(const uuid& id);
   /// Raises "UniquenessConstraint" when a live element has this UUID.
   void checkUnique(const uuid& id);
   /// Takes a staged element in.
@@ -62,6 +64,8 @@ class ORB_ZERO_API Model::Impl {
   /// Frees the memory of an ended element that nothing counts any more.
   void free(Element& element) noexcept;
   void compact() noexcept;
+  /// Takes the element out of the creation order and the index.
+  void remove(Element& element) noexcept;
   void disassociateIncoming(std::uint32_t start, std::size_t slots);
 
   std::size_t held_ = 0;
@@ -72,7 +76,7 @@ class ORB_ZERO_API Model::Impl {
   std::uint32_t readers_ = 0;    // ranges that must not see the order renumbered
   std::vector<Element*> ended_;  // still counted by a handle or a slot
   UuidGenerator newUuid_;
-  UuidIndex index_;
+  std::unique_ptr<UuidIndex> index_;  // made by the first look-up
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;

@@ -42,11 +42,9 @@ std::size_t Model::Impl::reclaim() {
   }
 
   for (Element* element : doomed) {
-    index_.erase(*element, element->index_);
-    elements_[element->index_] = nullptr;
+    remove(*element);
     delete element;
   }
-  gaps_ += doomed.size();
   alive_ -= doomed.size();
   if (2 * gaps_ > elements_.size()) compact();
   return doomed.size();

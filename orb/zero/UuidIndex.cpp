@@ -1,6 +1,6 @@
-#include <bit>
+#include <orb/zero/UuidIndex.h>
 
-#include <orb/zero/ModelElement.h>
+#include <bit>
 
 namespace orb::zero {
 

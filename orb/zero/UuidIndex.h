@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-// Part of ModelImpl.h, which is to be included instead.
+#include <orb/zero/ModelElement.h>
 
 namespace orb::zero {
 

@@ -1,0 +1,78 @@
+"""Slices every file of a corpus with torvan-slice and with the oracle, and compares block by block.
+
+usage: compare.py TORVAN_SLICE CORPUS
+"""
+import json
+import pathlib
+import subprocess
+import sys
+
+import oracle
+
+MODES = ("direct", "data", "activation")
+SKIPPED = 77
+
+
+def criteria_of(path):
+    """All leaf blocks, their input ports, and the first elements of these."""
+    sizes = oracle.network(path, "data", True).sizes
+    for leaf in oracle.read(path).leaves:
+        yield leaf.name
+        for port in leaf.select(oracle.DATA_IN, oracle.IMPLICIT[0]):
+            yield f"{leaf.name}.in{port.number}"
+            for element in range(1, min(sizes[port] or 0, 8) + 1):
+                yield f"{leaf.name}.in{port.number}[{element}]"
+
+
+def slices(program, path, deps, direction, criteria):
+    words = [word for criterion in criteria for word in ("--criterion", criterion)]
+    result = subprocess.run([program, path, "--format", "json", "--deps", deps, f"--{direction}", *words],
+                            capture_output=True, text=True, check=False)
+    if result.returncode:
+        return result.stderr.strip() or f"exit status {result.returncode}"
+    return {line["criterion"]: line["blocks"] for line in map(json.loads, result.stdout.splitlines())}
+
+
+def differences(program, path):
+    """What the program says otherwise than the oracle, one line each."""
+    wanted = {"backward": list(criteria_of(path)), "forward": [leaf.name for leaf in oracle.read(path).leaves]}
+    if not wanted["forward"]:
+        return
+    for direction, criteria in wanted.items():
+        found = {deps: slices(program, path, deps, direction, criteria) for deps in MODES}
+        for deps, sliced in found.items():
+            if isinstance(sliced, str):
+                yield f"{deps}: {sliced}"
+                return
+            for criterion in criteria:
+                try:
+                    expected = oracle.slice(path, criterion, deps, direction)
+                except LookupError as error:
+                    expected = [str(error)]
+                if sliced.get(criterion) != expected:
+                    yield f"{deps} {direction} {criterion}: {set(sliced.get(criterion, [])) ^ set(expected)}"
+        for criterion in criteria:
+            for narrow, wide in zip(MODES, MODES[1:]):
+                if not set(found[narrow][criterion]) <= set(found[wide][criterion]):
+                    yield f"{criterion}: the {narrow} slice is not part of the {wide} slice"
+
+
+def main(program, corpus):
+    paths = sorted(map(str, pathlib.Path(corpus).rglob("*.?cos")))
+    if not paths:
+        print(f"skipped: there are no diagrams in {corpus}")
+        return SKIPPED
+    failed = 0
+    for path in paths:
+        oracle.read.cache_clear()
+        oracle.network.cache_clear()
+        lines = list(differences(program, path))
+        for line in lines:
+            print(f"{path}: {line}")
+        failed += bool(lines)
+    print(f"{len(paths) - failed} passed, {failed} failed")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

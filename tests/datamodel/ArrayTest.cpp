@@ -1,0 +1,136 @@
+#include "tests/datamodel/SessionTest.h"
+
+namespace torvan::datamodel {
+namespace {
+
+class ArrayTest : public SessionTest {
+ protected:
+  Array array(const std::vector<std::uint16_t>& indices, const std::vector<LatticeValue>& parts) {
+    return values.createArray(type, indices, parts);
+  }
+  static std::string indicesOf(const LatticeValue& value) {
+    std::string indices;
+    for (const auto& [index, child] : Array{value}->getValues())
+      indices += std::to_string(index) + ' ';
+    return indices;
+  }
+
+  PowerSetType p = sets(2);
+  ArrayType type = types.createArrayType("A", p, 4);
+  std::vector<LatticeValue> elements{set(p, {}), set(p, {1}), set(p, {2}), set(p, {1, 2})};
+  Array full = array({1, 2, 3, 4}, elements);
+};
+
+TEST_F(ArrayTest, SingleElementIsTheStoredValue) {
+  const std::size_t before = model.size();
+  EXPECT_TRUE(full.at(2) == elements[1] && full.at(2, 0) == elements[1]);
+  EXPECT_TRUE(full.at(2, 2) == elements[1]);
+  EXPECT_EQ(model.size(), before);
+}
+
+TEST_F(ArrayTest, PartSharesValuesUnderANewAnonymousType) {
+  const Array part{full.at(2, 3)};
+  EXPECT_EQ(indicesOf(part), "1 2 ");
+  EXPECT_TRUE(part.at(1) == elements[1] && part.at(2) == elements[2]);
+  const ArrayType partType{part->getType()};
+  EXPECT_EQ(partType->getName(), "");
+  EXPECT_EQ(partType->getNumElems(), 2);
+  EXPECT_TRUE(partType->getElemType() == p);
+  EXPECT_TRUE(Array{partType->getTop()}.at(2) == p->getTop());
+  EXPECT_FALSE(full.at(2, 3)->getType() == partType);
+
+  const Array all{full.at(1, 4)};
+  EXPECT_FALSE(all == full || all->getType() == type);
+  EXPECT_TRUE(all.at(4) == elements[3]);
+}
+
+TEST_F(ArrayTest, EmptyRangeIsAnEmptyArray) {
+  const Array none{full.at(3, 2)};
+  EXPECT_FALSE(none->hasValues());
+  const ArrayType noneType{none->getType()};
+  EXPECT_EQ(noneType->getNumElems(), 0);
+  EXPECT_EQ(noneType->getName(), "");
+  EXPECT_EQ(none.le(none), boolean3::T);
+  EXPECT_TRUE(none.eq(none));
+  EXPECT_FALSE(Array{none.join(none)}->hasValues());
+  EXPECT_TRUE(full.ref(3, 2).getLatticeValuePtrVec().empty());
+}
+
+TEST_F(ArrayTest, OrderNeedsAllElementsToAgree) {
+  const Array low = array({1, 2, 3, 4}, {elements[0], elements[0], elements[1], elements[0]});
+  const Array high = array({1, 2, 3, 4}, {elements[1], elements[1], elements[3], elements[2]});
+  const Array mixed = array({1, 2, 3, 4}, {elements[1], elements[0], elements[1], elements[0]});
+  EXPECT_EQ(low.le(high), boolean3::T);
+  EXPECT_EQ(high.le(low), boolean3::F);
+  EXPECT_EQ(mixed.le(low), boolean3::NA);  // equal elements answer T
+  EXPECT_EQ(high.le(full), boolean3::NA);
+}
+
+TEST_F(ArrayTest, MissingIndexReadsTheBottomOfTheArrayType) {
+  const Array sparse = array({1, 3, 9}, {elements[1], elements[2], elements[3]});
+  EXPECT_TRUE(sparse.at(2) == type->getBottom());
+  EXPECT_TRUE(sparse.at(9) == elements[3]);
+  const Array part{sparse.at(2, 3)};
+  EXPECT_TRUE(part.at(1) == type->getBottom() && part.at(2) == elements[2]);
+  EXPECT_TRUE(ArrayType{part->getType()}->getElemType() == type);
+
+  const Array clone{sparse.clone()};
+  EXPECT_EQ(indicesOf(clone), "1 2 3 4 ");
+  EXPECT_TRUE(clone.at(2).eq(type->getBottom()));
+  EXPECT_FALSE(clone.at(2) == type->getBottom());
+  EXPECT_TRUE(sparse.eq(clone) && clone.eq(sparse));
+  EXPECT_EQ(sparse.le(array({1, 3}, {elements[3], elements[3]})), boolean3::T);
+  EXPECT_EQ(failureOf([&] { sparse.join(full); }),
+            "CannotCastIncompatibleTypes(torvan.datamodel.Array)");
+}
+
+TEST_F(ArrayTest, BottomThatLacksTheIndexItselfIsAnError) {
+  const Array bottom{type->getBottom()};
+  bottom->getValues().erase(2);
+  const Array sparse = array({1, 3, 4}, {elements[1], elements[1], elements[1]});
+  EXPECT_EQ(failureOf([&] { sparse.clone(); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { bottom.join(bottom); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { full.meet(sparse); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { bottom.le(full); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { bottom.eq(bottom); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { sparse.ref(2, 3); }), "InvalidValue");
+}
+
+TEST_F(ArrayTest, RefStoresMissingIndices) {
+  const Array sparse = array({2}, {elements[1]});
+  LatticeValue* const third = sparse.ref(3).getLatticeValuePtr();
+  EXPECT_EQ(third, sparse->getValues()[3].ref());
+  EXPECT_TRUE(third->eq(type->getBottom()));
+  EXPECT_FALSE(*third == type->getBottom());
+  const auto slots = sparse.ref(1, 3).getLatticeValuePtrVec();
+  ASSERT_EQ(slots.size(), 3U);
+  EXPECT_EQ(slots[1], sparse->getValues()[2].ref());
+  EXPECT_EQ(slots[2], third);
+  EXPECT_EQ(indicesOf(sparse), "1 2 3 ");
+  EXPECT_TRUE(*slots[1] == elements[1]);
+}
+
+TEST_F(ArrayTest, BadRangesEnd) {
+  EXPECT_TRUE(full.at(0) == type->getBottom());
+  EXPECT_TRUE(Array{full.at(4, 5)}.at(2) == type->getBottom());
+  EXPECT_TRUE(full.at(65535) == type->getBottom());
+  EXPECT_EQ(failureOf([&] { full.ref(65535); }), "InvalidValue");
+  EXPECT_EQ(failureOf([&] { full.join({}); }),
+            "CannotCastIncompatibleTypes(torvan.datamodel.Array)");
+  EXPECT_EQ(failureOf([&] { array({1, 1}, {{}, {}}); }), "UniquenessConstraint");
+}
+
+TEST_F(ArrayTest, LargestSizeEnds) {
+  const ArrayType large = types.createArrayType("L", p, 65535);
+  const Array top{large->getTop()}, bottom{large->getBottom()};
+  const Array joined{bottom.join(top)};
+  EXPECT_EQ(joined->getValues().size(), 65535U);
+  EXPECT_TRUE(joined.eq(top));
+  EXPECT_EQ(top.le(bottom), boolean3::F);
+  EXPECT_TRUE(joined.at(65535).eq(p->getTop()));
+  EXPECT_EQ(Array{top.at(1, 65535)}->getValues().size(), 65535U);
+  EXPECT_EQ(top.ref(2, 65535).getLatticeValuePtrVec().size(), 65534U);
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

@@ -1,0 +1,96 @@
+#include "tests/datamodel/SessionTest.h"
+#include "tests/orb/ModelSnapshot.h"
+
+namespace torvan::datamodel {
+namespace {
+
+class ExpressionTest : public SessionTest {
+ protected:
+  PowerSetType p = sets(3), q = sets(4);
+  ArrayType array = types.createArrayType("A", p, 5);
+  StructType record = types.createStructType("S", {"a", "b"}, {p, array});
+  Variable x = variable("x", p), y = variable("y", q), r = variable("r", record);
+};
+
+TEST_F(ExpressionTest, JoinAndMeetHaveTheTypeOfTheFirst) {
+  const Join join = expressions.createJoin({x, y, q->getTop(), x});
+  EXPECT_TRUE(join->getType() == p);
+  ASSERT_EQ(join->getOperands().size(), 4U);
+  EXPECT_TRUE(join->getOperands()[2] == q->getTop() && join->getOperands()[3] == x);
+  EXPECT_TRUE(expressions.createMeet({q->getTop(), x})->getType() == q);
+  EXPECT_FALSE(expressions.createMeet({variable("u"), x})->hasType());
+}
+
+TEST_F(ExpressionTest, EmptyOperandsKeepTheirPlaces) {
+  const Join join = expressions.createJoin({{}, x, {}});
+  EXPECT_FALSE(join->hasType());
+  ASSERT_EQ(join->getOperands().size(), 3U);
+  EXPECT_TRUE(!join->getOperands()[0] && join->getOperands()[1] == x && !join->getOperands()[2]);
+  const Meet none = expressions.createMeet({});
+  EXPECT_FALSE(none->hasType() || none->hasOperands());
+  EXPECT_EQ(failureOf([&] { none->getOperands().add({}); }), "CannotAddNonExistentObject");
+}
+
+TEST_F(ExpressionTest, StructRefHasTheTypeOfTheField) {
+  const StructRef ref = expressions.createStructRef(r, "b");
+  EXPECT_TRUE(ref->getType() == array && ref->getExpr() == r);
+  EXPECT_EQ(ref->getField(), "b");
+  EXPECT_FALSE(expressions.createStructRef(r, "unknown")->hasType());
+  EXPECT_FALSE(expressions.createStructRef(variable("u"), "a")->hasType());
+  EXPECT_FALSE(expressions.createStructRef({}, "a")->hasExpr());
+  const auto before = snapshot(model);
+  EXPECT_EQ(failureOf([&] { expressions.createStructRef(x, "a"); }),
+            "CannotCastIncompatibleTypes(torvan.datamodel.StructType)");
+  EXPECT_EQ(snapshot(model), before);
+}
+
+TEST_F(ExpressionTest, IndexRefHasTheElementTypeOfAnArray) {
+  const StructRef table = expressions.createStructRef(r, "b");
+  const auto shown = [&](const IndexRef& ref) {
+    return std::to_string(ref->getStartIndex()) + ' ' + std::to_string(ref->getEndIndex()) + ' ' +
+           (ref->getType() == p ? "p" : ref->getType() == q ? "q" : ref->hasType() ? "?" : "none");
+  };
+  EXPECT_EQ(shown(expressions.createIndexRef(table, 3)), "3 3 p");
+  EXPECT_EQ(shown(expressions.createIndexRef(table, 2, 5)), "2 5 p");
+  EXPECT_EQ(shown(expressions.createIndexRef(table, 2, 0)), "2 0 p");
+  EXPECT_EQ(shown(expressions.createIndexRef(y, 4, 9)), "4 9 q");
+  EXPECT_EQ(shown(expressions.createIndexRef(variable("u"), 9, 4)), "9 4 none");
+  EXPECT_EQ(shown(expressions.createIndexRef({}, 65535)), "65535 65535 none");
+}
+
+TEST_F(ExpressionTest, ConditionalAndPrune) {
+  const Conditional choice = expressions.createConditional(r, y, p->getTop());
+  EXPECT_TRUE(choice->getType() == q && choice->getCtrlExpr() == r);
+  EXPECT_TRUE(choice->getOperandTrue() == y && choice->getOperandFalse() == p->getTop());
+  const Conditional empty = expressions.createConditional({}, {}, x);
+  EXPECT_FALSE(empty->hasType() || empty->hasCtrlExpr() || empty->hasOperandTrue());
+  EXPECT_TRUE(empty->hasOperandFalse());
+
+  const Prune prune = expressions.createPrune(r, {"y", "x"});
+  EXPECT_FALSE(prune->hasType());
+  EXPECT_TRUE(prune->getExpr() == r);
+  EXPECT_EQ(prune->getField()[0] + prune->getField()[1], "yx");
+  EXPECT_FALSE(expressions.createPrune({}, {})->hasField());
+}
+
+TEST_F(ExpressionTest, OperandsOfAnotherModelAreRefusedAndNothingIsMade) {
+  Session foreign;
+  const LatticeType alienType = foreign.typeFactory()->createPowerSetType("P", 1);
+  const Variable alien = foreign.expressionFactory()->createVariable({}, "x");
+  const std::function<void()> attempts[] = {
+      [&] { expressions.createVariable(alienType, "v"); },
+      [&] { expressions.createJoin({x, {}, alien}); },
+      [&] { expressions.createMeet({alienType->getTop(), x}); },
+      [&] { expressions.createStructRef(alien, "a"); },
+      [&] { expressions.createIndexRef(alien, 1); },
+      [&] { expressions.createConditional(alien, x, x); },
+      [&] { expressions.createConditional(x, x, alien); },
+      [&] { expressions.createPrune(alien, {"a"}); }};
+  const auto before = snapshot(model);
+  for (const auto& attempt : attempts)
+    EXPECT_EQ(failureOf(attempt), "CannotCreateCrossModelAssociation");
+  EXPECT_EQ(snapshot(model), before);
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

@@ -1,0 +1,130 @@
+#include "tests/datamodel/SessionTest.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using TypeTest = SessionTest;
+
+TEST_F(TypeTest, PowerSetTypeHasBounds) {
+  const PowerSetType type = types.createPowerSetType("P", {"a", "b", "a"});
+  EXPECT_EQ(type->getName(), "P");
+  EXPECT_EQ(type->getNumElems(), 3);
+  EXPECT_EQ(std::vector<std::string>(type->getUniverse().begin(), type->getUniverse().end()),
+            (std::vector<std::string>{"a", "b", "a"}));
+  EXPECT_EQ(PowerSet{type->getTop()}->getValue(), bitsOf(3, {1, 2, 3}));
+  EXPECT_EQ(PowerSet{type->getBottom()}->getValue(), bitsOf(3, {}));
+  EXPECT_TRUE(type->getTop()->getType() == type && type->getBottom()->getType() == type);
+  EXPECT_EQ(model.size(), 3U);
+
+  const PowerSetType empty = sets(0);
+  EXPECT_FALSE(empty->hasUniverse());
+  EXPECT_TRUE(empty->getTop().eq(empty->getBottom()));
+  const std::vector<std::string> tooMany(65537, "x");
+  EXPECT_EQ(types.createPowerSetType("P", tooMany)->getNumElems(), 1);
+}
+
+TEST_F(TypeTest, StructTypeSharesTheBoundsOfItsFields) {
+  const PowerSetType a = sets(2), b = sets(3);
+  const StructType type = types.createStructType("S", {"y", "x"}, {a, b});
+  EXPECT_EQ(type->getNumElems(), 1);
+  EXPECT_TRUE(type.at("x") == b && type.at("y") == a);
+  EXPECT_FALSE(type.at("z"));
+  std::string names;
+  for (const auto& [name, field] : type->getFields()) names += name;
+  EXPECT_EQ(names, "xy");
+  EXPECT_TRUE(Struct{type->getTop()}.at("x") == b->getTop());
+  EXPECT_TRUE(Struct{type->getBottom()}.at("y") == a->getBottom());
+  EXPECT_TRUE(types.createStructType("", {}, {})->getTop()->getType());
+}
+
+TEST_F(TypeTest, ArrayTypeStoresEveryIndex) {
+  const PowerSetType elem = sets(2);
+  const ArrayType type = types.createArrayType("A", elem, 3);
+  EXPECT_EQ(type->getNumElems(), 3);
+  EXPECT_TRUE(type->getElemType() == elem);
+  std::uint16_t last = 0;
+  for (const auto& [index, element] : Array{type->getTop()}->getValues()) {
+    EXPECT_EQ(index, ++last);
+    EXPECT_TRUE(element->getValue() == elem->getTop());
+  }
+  EXPECT_EQ(last, 3);
+  EXPECT_TRUE(Array{type->getBottom()}.at(2) == elem->getBottom());
+  EXPECT_FALSE(Array{types.createArrayType("A", elem, 0)->getTop()}->hasValues());
+}
+
+TEST_F(TypeTest, RefusalsLeaveWhatWasMadeBefore) {
+  Session foreign;
+  const auto alien = foreign.typeFactory()->createPowerSetType("P", 1);
+  const PowerSetType type = sets(1);
+  const auto made = [&] {
+    const StructType last = [&] {
+      StructType found;
+      for (const ModelElement element : model.elements(StructType::metaClass()))
+        found = StructType{element};
+      return found;
+    }();
+    return std::to_string(last->getFields().size()) + (last->hasTop() ? " top" : " no top");
+  };
+  EXPECT_EQ(failureOf([&] { types.createStructType("S", {"a", "b"}, {type, alien}); }),
+            "CannotCreateCrossModelAssociation");
+  EXPECT_EQ(made(), "1 no top");
+  EXPECT_EQ(failureOf([&] { types.createStructType("S", {"a", "b", "a"}, {type, type, type}); }),
+            "UniquenessConstraint");
+  EXPECT_EQ(made(), "2 no top");
+  EXPECT_EQ(failureOf([&] { types.createArrayType("A", alien, 2); }),
+            "CannotCreateCrossModelAssociation");
+
+  const std::size_t before = model.size();
+  EXPECT_EQ(failureOf([&] { values.createStruct({}, {"a", "a"}, {type->getTop(), {}}); }),
+            "UniquenessConstraint");
+  EXPECT_EQ(failureOf([&] { values.createArray({}, {1, 2}, {{}, alien->getTop()}); }),
+            "CannotCreateCrossModelAssociation");
+  EXPECT_EQ(model.size(), before + 4);
+}
+
+TEST_F(TypeTest, UnequalVectorsAreNeverReadPastTheirEnd) {
+#ifdef NDEBUG
+  const PowerSetType type = sets(1);
+  EXPECT_EQ(types.createStructType("S", {"a", "b"}, {type})->getFields().size(), 1U);
+  EXPECT_EQ(values.createStruct({}, {"a"}, {{}, {}})->getValues().size(), 1U);
+  EXPECT_EQ(values.createArray({}, {1, 2, 3}, {{}})->getValues().size(), 1U);
+#else
+  EXPECT_DEATH(types.createStructType("S", {"a"}, {}), "");
+  EXPECT_DEATH(values.createArray({}, {1}, {}), "");
+#endif
+}
+
+TEST_F(TypeTest, CompatibilityComparesKindAndShape) {
+  const LatticeType p3 = sets(3), q3 = types.createPowerSetType("Q", {"a", "b", "c"}), p4 = sets(4);
+  const auto array = [&](const LatticeType& elem, std::uint16_t size) {
+    return types.createArrayType("A", elem, size);
+  };
+  EXPECT_TRUE(p3.isCompatible(p3) && p3.isCompatible(q3));
+  EXPECT_FALSE(p3.isCompatible(p4) || p3.isCompatible({}));
+  EXPECT_FALSE(p3.isCompatible(array(p3, 3)) || array(p3, 3).isCompatible(p3));
+  EXPECT_TRUE(array(p3, 2).isCompatible(array(q3, 2)));
+  EXPECT_FALSE(array(p3, 2).isCompatible(array(p3, 3)));
+  EXPECT_FALSE(array(p3, 2).isCompatible(array(p4, 2)));
+  EXPECT_TRUE(array({}, 2).isCompatible(array({}, 2)));
+  EXPECT_FALSE(array(p3, 2).isCompatible(array({}, 2)) || array({}, 2).isCompatible(array(p3, 2)));
+}
+
+TEST_F(TypeTest, StructCompatibilityLooksAtCommonFieldsAlone) {
+  const LatticeType p3 = sets(3), p4 = sets(4);
+  const auto record = [&](const std::vector<std::string>& names,
+                          const std::vector<LatticeType>& fields) {
+    return types.createStructType("S", names, fields);
+  };
+  const StructType a3 = record({"a"}, {p3}), none = record({}, {});
+  const StructType a3b3 = record({"a", "b"}, {sets(3), p3}), a3b4 = record({"a", "b"}, {p3, p4});
+  EXPECT_TRUE(a3.isCompatible(record({"b"}, {p4})) && a3.isCompatible(none));
+  EXPECT_TRUE(none.isCompatible(a3) && a3.isCompatible(a3b3) && a3b3.isCompatible(a3));
+  EXPECT_FALSE(a3.isCompatible(record({"a"}, {p4})) || a3b3.isCompatible(a3b4));
+  EXPECT_FALSE(a3.isCompatible(p3) || p3.isCompatible(a3) || a3.isCompatible({}));
+  // One-sided at every level: only the fields of the left type are looked up.
+  EXPECT_TRUE(record({"r"}, {a3}).isCompatible(record({"r", "s"}, {a3b4, p3})));
+  EXPECT_FALSE(record({"r"}, {a3b3}).isCompatible(record({"r"}, {a3b4})));
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

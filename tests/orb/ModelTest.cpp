@@ -1,0 +1,192 @@
+#include <random>
+
+#include <orb/zero/ModelConstellation.h>
+#include <orb/zero/TransactionCoordinator.h>
+
+#include "tests/datamodel/SessionTest.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using orb::zero::uuid;
+using orb::zero::query::SearchClassMatchMode;
+using ModelTest = SessionTest;
+
+/// UUIDs that differ in a few bits only.
+uuid numbered(unsigned number) {
+  uuid id{};
+  id.data[0] = static_cast<std::uint8_t>(number);
+  id.data[9] = static_cast<std::uint8_t>(number >> 8);
+  return id;
+}
+
+std::string namesOf(const orb::zero::ElementRange& range) {
+  std::string names;
+  for (const ModelElement element : range) names += Variable{element}->getName();
+  return names;
+}
+
+TEST_F(ModelTest, IteratesInOrderOfCreation) {
+  std::vector<Variable> all;
+  for (const char* name : {"a", "b", "c", "d"}) all.push_back(variable(name));
+  all[1]->destroy();
+  EXPECT_EQ(namesOf(model.elements()), "acd");
+  EXPECT_EQ(model.size(), 3U);
+
+  std::string met;
+  for (const ModelElement element : model.elements()) {
+    met += Variable{element}->getName();
+    if (met == "a") {
+      element->destroy();
+      all[2]->destroy();
+      variable("e");
+    }
+  }
+  EXPECT_EQ(met, "ade");
+  EXPECT_EQ(namesOf(model.elements()), "de");
+}
+
+TEST_F(ModelTest, FindsElementsOfAClass) {
+  types.createStructType("S", {"a"}, {sets(2)});
+  const auto count = [&](const auto& type, SearchClassMatchMode mode) {
+    int found = 0;
+    for (const ModelElement element : model.elements(type, mode)) found += element ? 1 : 0;
+    return found;
+  };
+  EXPECT_EQ(count(LatticeType::metaClass(), SearchClassMatchMode::WithSubclasses), 2);
+  EXPECT_EQ(count(LatticeType::metaClass(), SearchClassMatchMode::ThisClassOnly), 0);
+  EXPECT_EQ(count(Term::metaClass(), SearchClassMatchMode::WithSubclasses), 4);
+  EXPECT_EQ(count(PowerSet::metaClass(), SearchClassMatchMode::ThisClassOnly), 2);
+  EXPECT_EQ(count(FieldType::metaClass(), SearchClassMatchMode::WithSubclasses), 1);
+  EXPECT_EQ(count(ModelElement::metaClass(), SearchClassMatchMode::WithSubclasses), 9);
+}
+
+TEST_F(ModelTest, UuidIsUniqueAmongLiveElements) {
+  const Variable first = Variable::create(model, numbered(1));
+  EXPECT_TRUE(model.find(numbered(1)) == first);
+  EXPECT_FALSE(model.find(numbered(2)));
+  EXPECT_EQ(failureOf([&] { Struct::create(model, numbered(1)); }), "UniquenessConstraint");
+  EXPECT_EQ(failureOf([&] { Join::Builder(model).create(numbered(1)); }), "UniquenessConstraint");
+  EXPECT_EQ(model.size(), 1U);
+  EXPECT_TRUE(Variable::create(Session().model(), numbered(1)));
+
+  first->destroy();
+  EXPECT_FALSE(model.find(numbered(1)));
+  EXPECT_TRUE(model.find(numbered(1)) == Join::create(model, numbered(1)));
+}
+
+TEST_F(ModelTest, UuidIsFreeInsideATransaction) {
+  const Variable first = Variable::create(model, numbered(1));
+  {
+    const Transaction transaction(model);
+    first->destroy();
+    const Struct second = Struct::create(model, numbered(1));
+    const Struct third = Struct::create(model, numbered(2));
+    EXPECT_TRUE(model.find(numbered(1)) == second);
+    EXPECT_TRUE(model.find(numbered(2)) == third);
+  }
+  EXPECT_TRUE(model.find(numbered(1)) == first);
+  EXPECT_FALSE(model.find(numbered(2)));
+  EXPECT_TRUE(model.find(numbered(2)) == Join::create(model, numbered(2)));
+}
+
+TEST_F(ModelTest, FindsAmongManyThatComeAndGo) {
+  std::mt19937 random(7);
+  std::vector<Variable> all(1000);
+  for (int step = 0; step < 20'000; ++step) {
+    const auto number = static_cast<unsigned>(random() % all.size());
+    if (all[number])
+      all[number]->destroy();
+    else
+      all[number] = Variable::create(model, numbered(number));
+    const auto asked = static_cast<unsigned>(random() % all.size());
+    ASSERT_TRUE(model.find(numbered(asked)) == (all[asked] ? all[asked] : Variable()));
+  }
+}
+
+TEST_F(ModelTest, ReclaimFreesValuesThatNobodyHolds) {
+  const PowerSetType type = sets(4);
+  const PowerSet a = set(type, {1, 3}), b = set(type, {2});
+  const FieldElem owner = field("f", a.join(b));
+  const Variable x = variable("x", type);
+  const std::size_t before = model.size();
+  EXPECT_EQ(model.reclaim(), 0U);
+
+  const LatticeValue kept = a.meet(b);
+  a.join(b);
+  const uuid dropped = a.join(b)->getUuid();
+  EXPECT_TRUE(model.find(dropped));
+  EXPECT_EQ(model.reclaim(), 2U);
+  EXPECT_FALSE(model.find(dropped));
+  EXPECT_EQ(model.size(), before + 1);
+  EXPECT_TRUE(kept && owner->hasValue() && x->hasType() && type->hasTop());
+
+  owner->setValue({});
+  EXPECT_EQ(model.reclaim(), 1U);
+}
+
+TEST_F(ModelTest, ReclaimFreesAnonymousTypesWithTheirValues) {
+  const auto array = types.createArrayType("A", types.createArrayType("B", sets(5), 2), 3);
+  const std::size_t before = model.size();
+  Array{Array{Array{array->getTop()}.at(2, 3)}.at(1)}.at(1, 2);
+  PowerSet{Array{Array{array->getTop()}.at(1)}.at(1)}.at(2, 3);
+  LatticeType anonymous = types.createPowerSetType("", 1);
+  LatticeValue part = Array{array->getBottom()}.at(1, 2);
+  EXPECT_GT(model.reclaim(), 0U);
+  EXPECT_TRUE(anonymous->hasTop() && part->getType()->hasBottom());
+  EXPECT_EQ(Array{part}.at(2)->getType()->getName(), "B");
+
+  anonymous = LatticeType();
+  part = LatticeValue();
+  model.reclaim();
+  EXPECT_EQ(model.size(), before);
+}
+
+TEST_F(ModelTest, ReclaimLeavesAnOlderChildOfAYoungerValue) {
+  const uuid child = field("f")->getUuid();
+  {
+    const Transaction transaction(model);
+    make<Struct>()->getValues().insert(model.find(child));
+    model.reclaim();
+  }
+  EXPECT_TRUE(model.find(child));
+}
+
+TEST_F(ModelTest, ReclaimLeavesWhatIsOlderThanAnInnerTransaction) {
+  const LatticeValue top = sets(2)->getTop();
+  const Transaction outer(model);
+  const uuid older = top.clone()->getUuid();
+  {
+    const Transaction inner(model);
+    model.reclaim();
+  }
+  EXPECT_TRUE(model.find(older));
+}
+
+TEST_F(ModelTest, ConstellationKnowsItsLiveModels) {
+  const orb::zero::ModelConstellation group, copy = group;
+  orb::zero::TransactionCoordinator* told = nullptr;
+  int made = 0;
+  const auto factory = [&](orb::zero::TransactionCoordinator* coordinator) {
+    told = coordinator;
+    ++made;
+    return orb::zero::DefaultWorkQueueFactory()(coordinator);
+  };
+  const Model first = Model::create(numbered(1), group, factory);
+  EXPECT_EQ(told, &first->transactions());
+  {
+    const Model second = Model::create(numbered(1), copy, factory);
+    EXPECT_FALSE(first == second);
+    EXPECT_EQ(group.getModels(), (std::vector{first, second}));
+  }
+  EXPECT_EQ(copy.getModels(), std::vector{first});
+  EXPECT_EQ(first.getUuid(), numbered(1));
+  EXPECT_EQ(made, 2);
+
+  bool ran = false;
+  first->workQueue().post([&] { ran = true; });
+  EXPECT_TRUE(ran);
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

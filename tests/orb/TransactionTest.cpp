@@ -1,0 +1,179 @@
+#include "tests/datamodel/SessionTest.h"
+#include "tests/orb/ModelSnapshot.h"
+
+namespace torvan::datamodel {
+namespace {
+
+class TransactionTest : public SessionTest {
+ protected:
+  /// Runs the changes in a transaction that leaves its scope, and compares.
+  template <class Changes>
+  void expectUndone(Changes changes) {
+    const auto before = snapshot(model);
+    {
+      const Transaction transaction(model);
+      changes();
+      EXPECT_NE(snapshot(model), before);
+      expectConsistent(model);
+    }
+    EXPECT_EQ(snapshot(model), before);
+    expectConsistent(model);
+  }
+
+  PowerSetType type = sets(3);
+  StructType record = types.createStructType("S", {"a", "b"}, {type, type});
+};
+
+TEST_F(TransactionTest, SavepointsNest) {
+  type->setName("0");
+  Transaction outer(model);
+  type->setName("1");
+  {
+    const Transaction inner(model);
+    type->setName("2");
+    {
+      Transaction innermost(model);
+      type->setName("3");
+      innermost.commit();
+    }
+    EXPECT_EQ(type->getName(), "3");
+  }
+  EXPECT_EQ(type->getName(), "1");
+  {
+    Transaction inner(model);
+    type->setName("4");
+    inner.commit();
+    inner.rollback();  // has ended
+  }
+  EXPECT_EQ(type->getName(), "4");
+  outer.rollback();
+  EXPECT_EQ(type->getName(), "0");
+  outer.commit();
+  type->setName("5");
+  EXPECT_EQ(type->getName(), "5");
+}
+
+TEST_F(TransactionTest, EndOfTheOuterEndsTheInner) {
+  const std::size_t before = model.size();
+  Transaction first(model);
+  {
+    Transaction inner(model);
+    variable("x");
+    first.commit();
+  }
+  EXPECT_EQ(model.size(), before + 1);
+  Transaction second(model);
+  {
+    Transaction inner(model);
+    variable("y");
+    second.rollback();
+    variable("z");
+    inner.commit();
+  }
+  EXPECT_EQ(model.size(), before + 2);
+}
+
+TEST_F(TransactionTest, RestoresValuesAndUnsetState) {
+  const PowerSetType blank = make<PowerSetType>();
+  const PowerSet value = set(type, {2}), empty = make<PowerSet>();
+  const Variable x = variable("x", type), y = make<Variable>();
+  expectUndone([&] {
+    blank->setNumElems(0);
+    blank->setName("");
+    EXPECT_TRUE(blank->hasNumElems() && blank->hasName());
+    empty->setValue(BitSet());
+    EXPECT_TRUE(empty->hasValue());
+    value->setValue(bitsOf(70, {1, 70}));
+    value->setValue(bitsOf(1, {1}));
+    x->setType(blank);
+    x->setType({});
+    x->setType(record);
+    y->setType(type);
+  });
+  EXPECT_FALSE(blank->hasNumElems() || blank->hasName() || empty->hasValue() || y->hasType());
+  EXPECT_EQ(value->getValue(), bitsOf(3, {2}));
+}
+
+TEST_F(TransactionTest, DestructionClearsReferencesAndRollbackRestoresThem) {
+  const Variable x = variable("x", type), y = variable("y", type);
+  const Join join = expressions.createJoin({x, y, x, {}});
+  const LatticeValue top = type->getTop();
+  expectUndone([&] {
+    x->destroy();
+    EXPECT_EQ(join->getOperands().size(), 2U);
+    EXPECT_TRUE(join->getOperands()[0] == y);
+    type->destroy();
+    EXPECT_FALSE(y->hasType() || top->hasType() || join->hasType());
+    EXPECT_FALSE(record.at("a"));
+    EXPECT_TRUE(top);
+  });
+  EXPECT_TRUE(join->getOperands()[2] == x);
+  EXPECT_FALSE(join->getOperands()[3]);
+  EXPECT_TRUE(top->getType() == type);
+
+  Transaction final(model);
+  x->destroy();
+  final.commit();
+  EXPECT_EQ(expressions.createJoin({y})->getOperands().size() + join->getOperands().size(), 3U);
+}
+
+TEST_F(TransactionTest, RenamesAreUndone) {
+  const FieldType a = record->getFields()["a"];
+  expectUndone([&] {
+    a->setName("c");
+    a->setName("d");
+    EXPECT_TRUE(record->getFields()["d"] == a);
+    EXPECT_EQ(failureOf([&] { a->setName("b"); }), "UniquenessConstraint");
+    record->getFields()["b"]->setName("a");
+    a->setName("b");
+    record->getFields().erase("b");
+    a->setName("a");
+    EXPECT_EQ(failureOf([&] { record->getFields().insert(a); }), "UniquenessConstraint");
+    EXPECT_EQ(record->getFields().size(), 1U);
+  });
+  EXPECT_TRUE(record->getFields()["a"] == a);
+  EXPECT_EQ(a->getName(), "a");
+}
+
+TEST_F(TransactionTest, OrderOfSequencesIsUndone) {
+  const auto builder = session.createSystemBuilder();
+  std::vector<Equation> all;
+  for (int i = 0; i < 5; ++i) all.push_back(builder->addEquation(variable("x"), {}));
+  auto& equations = builder->build()->getEquations();
+  auto& universe = types.createPowerSetType("U", {"p", "q", "p"})->getUniverse();
+  expectUndone([&] {
+    equations.remove(all[1]);
+    equations.remove(all[3]);
+    EXPECT_TRUE(equations[1] == all[2]);  // closes the gaps
+    equations.set(1, all[3]);
+    equations.add(all[1]);
+    make<System>()->getEquations().add(all[0]);
+    builder->addEquation({}, {});
+    all[4]->destroy();
+    universe.set(1, "r");
+    universe.insert(0, "s");
+    universe.erase(2);
+    universe.clear();
+    universe.add("t");
+  });
+  for (std::size_t i = 0; i < all.size(); ++i) EXPECT_TRUE(equations[i] == all[i]);
+  EXPECT_EQ(universe[2], "p");
+}
+
+TEST_F(TransactionTest, SlotsAndBitsStayWhereTheyAre) {
+  const Struct value{record->getTop().clone()};
+  LatticeValue* const slot = value->getValues()["a"].ref();
+  const BitSet* const bits = &PowerSet{*slot}->getValue();
+  {
+    const Transaction transaction(model);
+    value->getValues().insert(field("c"));
+    value->getValues()["a"]->setValue({});
+    PowerSet{value.at("b")}->setValue(bitsOf(100, {}));
+    value->getValues().erase("a");
+  }
+  EXPECT_EQ(value->getValues()["a"].ref(), slot);
+  EXPECT_EQ(&PowerSet{*slot}->getValue(), bits);
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

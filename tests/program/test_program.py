@@ -1,0 +1,97 @@
+"""The program as its user meets it: options, formats, errors.
+
+usage: test_program.py TORVAN_SLICE DIAGRAM
+"""
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ET
+
+PROGRAM, DIAGRAM = sys.argv[1:3]
+
+
+def run(*words):
+    return subprocess.run([PROGRAM, *map(str, words)], capture_output=True, text=True, check=False)
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def assert_refused(self, message, *words):
+        result = run(*words)
+        self.assertEqual(result.returncode, 2, result)
+        self.assertEqual(result.stdout, "")
+        self.assertIn(message, result.stderr)
+        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+
+    def test_formats_agree(self):
+        criterion = ("--criterion", "CMSCOPE#1")
+        blocks = json.loads(run(DIAGRAM, *criterion, "--format", "json").stdout)["blocks"]
+        self.assertEqual(blocks, sorted(blocks))
+        text = run(DIAGRAM, *criterion).stdout.splitlines()
+        self.assertEqual([line.strip() for line in text[1:]], blocks)
+        dot = run(DIAGRAM, *criterion, "--format", "dot").stdout
+        self.assertTrue(dot.startswith("digraph"))
+        picture = self.folder / "slice.svg"
+        self.assertEqual(run(DIAGRAM, *criterion, "--format", "svg", "-o", picture).stdout, "")
+        self.assertTrue(ET.parse(picture).getroot().tag.endswith("svg"))
+        self.assertEqual(list(self.folder.iterdir()), [picture])
+
+    def test_elements_of_a_vector_are_followed_apart(self):
+        lines = run(DIAGRAM, "--format", "json", *(word for k in ("", "[1]", "[2]")
+                    for word in ("--criterion", "SUPER_f#1/DEMUX#1.in1" + k))).stdout.splitlines()
+        whole, first, second = (set(json.loads(line)["blocks"]) for line in lines)
+        self.assertEqual(second, {"SUPER_f#1/DEMUX#1", "MUX#1", "GENSIN_f#1"})
+        self.assertLess(second, first)  # the first is part of a loop through both
+        self.assertEqual(first, whole)
+
+    def test_directions_mirror_each_other(self):
+        names = run(DIAGRAM, "--list", "blocks").stdout.split()
+        words = [word for name in names for word in ("--criterion", name)]
+        slices = {way: {line["criterion"]: line["blocks"] for line in map(
+            json.loads, run(DIAGRAM, "--format", "json", way, *words).stdout.splitlines())}
+            for way in ("--backward", "--forward")}
+        for a in names:
+            for b in names:
+                self.assertEqual(b in slices["--backward"][a], a in slices["--forward"][b], (a, b))
+
+    def test_equations_use_the_whole_language(self):
+        text = run(DIAGRAM, "--equations", "--criterion", "CMSCOPE#1").stdout
+        for form in ("IndexRef(MUX#1,", "StructRef(DEMUX#1,'out1') = ", "Conditional(ctrlExpr: ", "Join("):
+            self.assertIn(form, text)
+        self.assertIn("equations    20", run(DIAGRAM, "--stats").stderr)
+
+    def test_lists(self):
+        sinks = run(DIAGRAM, "--list", "sinks").stdout.split()
+        sources = run(DIAGRAM, "--list", "sources").stdout.split()
+        blocks = run(DIAGRAM, "--list", "blocks").stdout.split()
+        self.assertIn("CMSCOPE#1", sinks)
+        self.assertIn("GENSIN_f#1", sources)
+        self.assertTrue(set(sinks) | set(sources) < set(blocks))
+
+    def test_bad_input_is_refused_in_one_line(self):
+        self.assert_refused("no-such-file.zcos", "no-such-file.zcos")
+        self.assert_refused("there is no block 'NONE#1'", DIAGRAM, "--criterion", "NONE#1")
+        self.assert_refused("'CONST_m' is ambiguous", DIAGRAM, "--criterion", "CONST_m")
+        self.assert_refused("has no input 9", DIAGRAM, "--criterion", "MUX#1.in9")
+        self.assert_refused("has no element 3", DIAGRAM, "--criterion", "DEMUX#1.in1[3]")
+        self.assert_refused("not at an input", DIAGRAM, "--forward", "--criterion", "MUX#1.in1")
+        self.assert_refused("one criterion", DIAGRAM, "--format", "svg")
+        self.assert_refused("cannot write", DIAGRAM, "-o", self.folder / "none" / "slice.txt")
+        self.assertEqual(run(DIAGRAM, "--format", "pdf").returncode, 2)
+        cut = self.folder / "cut.xcos"
+        cut.write_bytes(pathlib.Path(DIAGRAM).read_bytes()[:2000])
+        self.assert_refused("cut.xcos", cut)
+        broken = self.folder / "broken.zcos"
+        broken.write_bytes(b"PK\x03\x04 and nothing more")
+        self.assert_refused("broken.zcos", broken)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

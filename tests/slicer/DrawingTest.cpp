@@ -1,0 +1,126 @@
+#include "Drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <pugixml.hpp>
+
+#include <cmath>
+#include <filesystem>
+#include <initializer_list>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "DiagramReader.h"
+#include "SheetText.h"
+
+namespace torvan::slicer {
+namespace {
+
+struct Picture {
+  Diagram diagram;
+  Network network;
+  Highlight highlight;
+
+  explicit Picture(Diagram read) : diagram(std::move(read)), network(diagram) {}
+
+  // The first name is the criterion.
+  Picture& show(std::initializer_list<std::string> names) {
+    highlight.criterion = network.findLeaf(*names.begin()).value();
+    for (const std::string& each : names) highlight.leaves.insert(*network.findLeaf(each));
+    return *this;
+  }
+
+  pugi::xml_document svg() const {
+    pugi::xml_document document;
+    const auto result = document.load_string(drawSvg(diagram, network, highlight).c_str());
+    EXPECT_TRUE(result) << result.description();
+    return document;
+  }
+};
+
+Picture room() {
+  return Picture(readDiagram(std::filesystem::path(TORVAN_EXAMPLES_DIR) / "room.xcos"));
+}
+
+std::size_t count(const pugi::xml_document& svg, const std::string& path) {
+  return svg.select_nodes(path.c_str()).size();
+}
+
+std::vector<Point> pointsOf(const pugi::xml_node& polyline) {
+  std::istringstream text(polyline.attribute("points").value());
+  std::vector<Point> points;
+  char comma = 0;
+  for (Point point; text >> point.x >> comma >> point.y;) points.push_back(point);
+  return points;
+}
+
+TEST(DrawingTest, DrawsEveryBlockAndLink) {
+  const auto svg = room().show({"CMSCOPE#1"}).svg();
+  EXPECT_EQ(count(svg, "//g"), 13U);
+  EXPECT_EQ(count(svg, "//circle"), 3U);
+  EXPECT_EQ(count(svg, "//polyline"), 18U);
+  EXPECT_EQ(count(svg, "//polyline[contains(@class, 'event')]"), 3U);
+}
+
+TEST(DrawingTest, LinesOfTheExampleRunStraight) {
+  const auto svg = room().show({"CMSCOPE#1"}).svg();
+  for (const auto& match : svg.select_nodes("//polyline")) {
+    const std::vector<Point> points = pointsOf(match.node());
+    ASSERT_GE(points.size(), 2U);
+    for (std::size_t i = 1; i < points.size(); ++i) {
+      EXPECT_TRUE(std::abs(points[i].x - points[i - 1].x) < 1 ||
+                  std::abs(points[i].y - points[i - 1].y) < 1);
+    }
+  }
+}
+
+TEST(DrawingTest, HighlightsTheWayBetweenHighlightedBlocks) {
+  const auto svg = room().show({"SUPER_f#1/DEMUX#1", "MUX#1", "GENSIN_f#1"}).svg();
+  // The super-block stands for the criterion inside it, drawn with a double edge.
+  EXPECT_EQ(count(svg, "//g/rect[@class='criterion']"), 2U);
+  EXPECT_EQ(count(svg, "//g/rect[@class='slice']"), 2U);
+  // The source to the multiplexer and on to the room, but not the branch to the other one.
+  EXPECT_EQ(count(svg, "//polyline[@class='slice']"), 3U);
+  EXPECT_EQ(count(svg, "//circle[@class='slice']"), 1U);
+}
+
+TEST(DrawingTest, ArrowsPointAtReadersOfBackwardLinks) {
+  Picture picture(readDiagram(
+      sheet(block("BasicBlock", "a", "CONST_m") + output("a.out1") +
+            block("BasicBlock", "b", "CSCOPE") + input("b.in1") + link("b.in1", "a.out1")),
+      "test"));
+  const auto svg = picture.show({"CSCOPE#1", "CONST_m#1"}).svg();
+  EXPECT_EQ(count(svg, "//polyline[@marker-start='url(#arrow-slice)']"), 1U);
+  EXPECT_EQ(count(svg, "//polyline[@marker-end]"), 0U);
+}
+
+TEST(DrawingTest, EscapesText) {
+  Picture picture(
+      readDiagram(sheet(block("BasicBlock", "a", "A&lt;&quot;\\B&gt;"), "x &amp; y"), "test"));
+  picture.show({"A<\"\\B>#1"}).highlight.caption = "a < \"b\"\n& c";
+  const auto svg = picture.svg();
+  EXPECT_EQ(count(svg, "//text[.='x & y']"), 1U);
+  EXPECT_EQ(count(svg, "//text[.='a < \"b\" & c']"), 1U);
+  const std::string dot = drawDot(picture.network, picture.highlight);
+  EXPECT_NE(dot.find(R"(label="a < \"b\" & c")"), std::string::npos);
+  EXPECT_NE(dot.find(R"(label="A<\"\\B>#1")"), std::string::npos);
+}
+
+TEST(DrawingTest, GraphHoldsTheFlattenedNetwork) {
+  const Picture picture = room().show({"MUX#1", "GENSIN_f#1"});
+  const std::string dot = drawDot(picture.network, picture.highlight);
+  const auto node = [&](const std::string& leafName) {
+    return "n" + std::to_string(picture.network.findLeaf(leafName).value());
+  };
+  EXPECT_NE(dot.find(node("GENSIN_f#1") + " -> " + node("MUX#1") + " [penwidth=2"),
+            std::string::npos);
+  EXPECT_NE(dot.find(node("SUPER_f#1/INTEGRAL_m#1") + " -> " + node("SUMMATION#1") + " [color"),
+            std::string::npos);
+  const std::size_t event = dot.find(node("SampleCLK#1") + " -> " + node("CMSCOPE#1"));
+  ASSERT_NE(event, std::string::npos);
+  EXPECT_NE(dot.substr(event, dot.find('\n', event) - event).find("dashed"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace torvan::slicer
