@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <numeric>
 #include <string>
@@ -43,7 +44,7 @@ class OurComposites {
   }
 
   Session session_;
-  PowerSetType partType_ = session_.typeFactory()->createPowerSetType("", 64);
+  PowerSetType partType_ = session_.typeFactory()->createPowerSetType("P", 64);
   LatticeValue a_, b_;
 };
 
@@ -52,7 +53,7 @@ class OurStructs : public OurComposites {
   OurStructs(const Words& a, const Words& b) {
     for (std::size_t i = 0; i < a.size(); ++i) names_.push_back("field" + std::to_string(i));
     const StructType type = session_.typeFactory()->createStructType(
-        "", names_, std::vector<LatticeType>(a.size(), partType_));
+        "S", names_, std::vector<LatticeType>(a.size(), partType_));
     a_ = session_.valueFactory()->createStruct(type, names_, makeParts(a));
     b_ = session_.valueFactory()->createStruct(type, names_, makeParts(b));
   }
@@ -72,7 +73,7 @@ class OurArrays : public OurComposites {
   OurArrays(const Words& a, const Words& b) : indices_(a.size()) {
     std::iota(indices_.begin(), indices_.end(), std::uint16_t{1});
     const ArrayType type = session_.typeFactory()->createArrayType(
-        "", partType_, static_cast<std::uint16_t>(a.size()));
+        "A", partType_, static_cast<std::uint16_t>(a.size()));
     a_ = session_.valueFactory()->createArray(type, indices_, makeParts(a));
     b_ = session_.valueFactory()->createArray(type, indices_, makeParts(b));
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <ostream>
+#include <utility>
 
 namespace torvan::datamodel::benchmarks {
 namespace {
@@ -47,25 +48,27 @@ void PairReporter::Finalize() {
 
 void PairReporter::printTable(const char* unit, Value value) const {
   std::vector<std::pair<std::string, const Case*>> ordered;
-  for (const auto& [name, entry] : cases_) ordered.emplace_back(name, &entry);
+  for (const auto& [name, entry] : cases_) {
+    const auto ours = entry.sides.find("ours");
+    if (ours != entry.sides.end() && ours->second.*value != 0) ordered.emplace_back(name, &entry);
+  }
+  if (ordered.empty()) return;
   std::sort(ordered.begin(), ordered.end(),
             [](const auto& a, const auto& b) { return a.second->order < b.second->order; });
 
   std::ostream& out = GetOutputStream();
   out << '\n'
       << std::left << std::setw(48) << unit << std::right << std::setw(14) << "ours"
-      << std::setw(14) << "floor" << std::setw(9) << "ratio" << '\n'
+      << std::setw(14) << "floor" << std::setw(11) << "ratio" << '\n'
       << std::fixed;
   for (const auto& [name, entry] : ordered) {
-    const auto found = entry->sides.find("ours");
-    if (found == entry->sides.end() || found->second.*value == 0) continue;
-    const double ours = found->second.*value;
+    const double ours = entry->sides.at("ours").*value;
     for (const auto& [side, measured] : entry->sides) {
       if (side == "ours") continue;
       const double floor = measured.*value;
       out << std::left << std::setw(48) << name + side.substr(5) << std::right
           << std::setprecision(1) << std::setw(14) << ours << std::setw(14) << floor
-          << std::setprecision(2) << std::setw(9) << ours / floor << '\n';
+          << std::setprecision(2) << std::setw(11) << ours / floor << '\n';
     }
   }
 }

@@ -1,6 +1,7 @@
 #include <torvan/datamodel.h>
 
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -44,7 +45,7 @@ class OurSets {
  public:
   explicit OurSets(const Operands& sets)
       : type_(session_.typeFactory()->createPowerSetType(
-            "", static_cast<std::uint16_t>(sets.a.size()))),
+            "P", static_cast<std::uint16_t>(sets.a.size()))),
         a_(session_.valueFactory()->createPowerSet(type_, sets.a)),
         b_(session_.valueFactory()->createPowerSet(type_, sets.b)) {}
 

@@ -1,15 +1,27 @@
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
-#include <iterator>
 #include <vector>
 
 #include "benchmarks/Case.h"
 #include "benchmarks/PairReporter.h"
 
-/// Options are those of Google Benchmark; these come first, so that given ones win.
+namespace {
+
+/// Has the allocator keep freed memory. Whether it would return blocks of a few KiB to the system,
+/// at many times the cost of using them, depends on what the cases before left on the heap.
+void keepFreedMemory() {
+  mallopt(M_TRIM_THRESHOLD, 1 << 30);
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);
+}
+
+}  // namespace
+
+/// Options are those of Google Benchmark; the defaults come first, so that given ones win.
 int main(int argc, char** argv) {
   using namespace torvan::datamodel::benchmarks;
 
+  keepFreedMemory();
   char interleave[] = "--benchmark_enable_random_interleaving=true";
   char repeat[] = "--benchmark_repetitions=5";
   char shortest[] = "--benchmark_min_time=0.01";

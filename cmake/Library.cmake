@@ -7,13 +7,19 @@ function(torvan_library name)
   add_library(${name} SHARED ${sources})
   string(REPLACE "torvan_" "" exported ${name})
   add_library(torvan::${exported} ALIAS ${name})
-  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
-                                FILES ${headers} ${ARG_HEADERS})
+  set(internal ${headers})
+  list(FILTER headers EXCLUDE REGEX /impl/)
+  list(FILTER internal INCLUDE REGEX /impl/)
+  target_sources(${name} PUBLIC
+    FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers} ${ARG_HEADERS}
+    FILE_SET internal TYPE HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${internal})
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_compile_options(${name} PRIVATE -fno-semantic-interposition)
   set_target_properties(${name} PROPERTIES
     EXPORT_NAME ${exported}
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
-  install(TARGETS ${name} EXPORT torvan_datamodel FILE_SET HEADERS)
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    VERIFY_INTERFACE_HEADER_SETS ON       # each public header stands by itself
+    INTERFACE_HEADER_SETS_TO_VERIFY HEADERS)
+  install(TARGETS ${name} EXPORT torvan_datamodel FILE_SET HEADERS FILE_SET internal)
 endfunction()

@@ -15,6 +15,10 @@ ModelElement::Builder::~Builder() {
   for (const meta::PropertyInfo* property : class_.all) property->services.clear(*staged_);
 }
 
+void ModelElement::Builder::checkModel(const Builder& builder, const Model& model) {
+  if (!(builder.model_ == model)) raise("CannotCreateCrossModelAssociation");
+}
+
 ModelElement::Impl* ModelElement::Builder::staged() const {
   if (!staged_) raise("InvalidValue");
   return staged_.get();
@@ -25,24 +29,26 @@ void ModelElement::Builder::add(const meta::PropertyInfo& property,
   const auto own = std::find_if(class_.all.begin(), class_.all.end(),
                                 [&](const auto* candidate) { return *candidate == property; });
   if (own == class_.all.end() || !(*own)->isOwning) raise("InvalidValue");
+  if (!child) raise("InvalidValue");
+  checkModel(*child, model_);
   children_.push_back({*own, std::move(child)});
 }
 
-ModelElement ModelElement::Builder::create() {
-  if (children_.empty()) return adopt(model_.newUuid());
-  return create(model_.newUuid());
+ModelElement::Impl& ModelElement::Builder::make() {
+  if (children_.empty()) return adopt(model_->newUuid());
+  return make(model_->newUuid());
 }
 
-ModelElement ModelElement::Builder::create(const uuid& id) {
+ModelElement::Impl& ModelElement::Builder::make(const uuid& id) {
   model_->checkUnique(id);
   if (children_.empty()) return adopt(id);
   Orchestrator orchestrator(model_);
-  const ModelElement made = orchestrator.create(*this, id);
+  orchestrator.create(*this, id);
   orchestrator.commit();
-  return made;
+  return *orchestrator.getCreatedElement().get();
 }
 
-ModelElement ModelElement::Builder::adopt(const uuid& id) {
+ModelElement::Impl& ModelElement::Builder::adopt(const uuid& id) {
   staged();
   if (model_->losses() != losses_) dropLost();
   return model_->adopt(std::move(staged_), id);
@@ -66,15 +72,16 @@ void ModelElement::Builder::dropLost() noexcept {
 
 ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, Builder& builder,
                                             const uuid& id) {
+  Builder::checkModel(builder, getModel());
   Transaction unit(getModel());
-  const ModelElement made = builder.create(id);
+  ModelElement made = builder.create(id);
   property.services.add(*this, made);
   unit.commit();
   return made;
 }
 
 ModelElement ModelElement::Builder::Orchestrator::create(Builder& builder, const uuid& id) {
-  const ModelElement made = builder.adopt(id);
+  ModelElement made(&builder.adopt(id));
   if (!created_.get()) created_ = made;
   builder.cascadeCreation(*made.get());
   return made;

@@ -25,16 +25,19 @@ class ORB_ZERO_API ModelElement::Builder {
 
   const meta::ClassInfo& getMetaClass() const noexcept { return class_; }
   /// Gives the builder of an element to be created into the owned collection. Raises
-  /// "InvalidValue" when the property is no owned collection of the class.
+  /// "InvalidValue" when there is no builder or the property is no owned collection of the class,
+  /// and "CannotCreateCrossModelAssociation" for a builder of another model.
   void add(const meta::PropertyInfo& property, std::unique_ptr<Builder> child);
 
   /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
   /// have one key.
-  ModelElement create();
-  ModelElement create(const uuid& id);
+  ModelElement create() { return ModelElement(&make()); }
+  ModelElement create(const uuid& id) { return ModelElement(&make(id)); }
 
  protected:
+  Impl& make();
+  Impl& make(const uuid& id);
   Impl* staged() const;
 
  private:
@@ -42,13 +45,15 @@ class ORB_ZERO_API ModelElement::Builder {
     const meta::PropertyInfo* property;
     std::unique_ptr<Builder> builder;
   };
-  ModelElement adopt(const uuid& id);
+  friend class Impl;
+  static void checkModel(const Builder& builder, const Model& model);
+  Impl& adopt(const uuid& id);
   void cascadeCreation(Impl& owner);
   void dropLost() noexcept;
 
   Model model_;
   const meta::ClassInfo& class_;
-  std::unique_ptr<Impl> staged_;
+  std::unique_ptr<Impl, Impl::Disposer> staged_;
   std::vector<Child> children_;
   std::uint64_t losses_;  // of the model when the builder was made
 };

@@ -33,10 +33,13 @@ void ModelElement::Impl::leaveContainer() {
 }
 
 void Model::Impl::destroy(Element& root) {
-  root.leaveContainer();
+  std::size_t slots = root.slots_;
+  if (root.container_) {
+    root.leaveContainer();
+    --slots;  // its owner's
+  }
   Targets doomed;
   doomed.found.push_back(&root);
-  std::size_t slots = root.slots_;
   for (std::size_t i = 0; i < doomed.found.size(); ++i) {  // grows while it runs
     Element& owner = *doomed.found[i];
     const std::size_t before = doomed.found.size();

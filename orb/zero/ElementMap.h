@@ -32,7 +32,10 @@ class ElementMap : public Collection {
     const auto found = content_.find(key);
     return found == content_.end() ? nullptr : static_cast<typename E::Impl*>(found->second.get());
   }
-  bool contains(const K& key) const { return content_.contains(key); }
+  bool contains(const K& key) const {
+    if (empty() || content_.rbegin()->first < key) return false;  // at once for what comes last
+    return content_.contains(key);
+  }
   auto begin() const noexcept { return content_.begin(); }
   auto end() const noexcept { return content_.end(); }
   bool empty() const noexcept { return content_.empty(); }
@@ -125,10 +128,12 @@ class ElementMap : public Collection {
   }
   void take(Place place) {
     ModelElement::Impl& child = *place->second.get();
-    if (isRecorded())
-      log(PutBack{*this, {}}).node = content_.extract(place);
-    else
+    if (isRecorded()) {
+      PutBack& back = log(PutBack{*this, {}});
+      back.node = content_.extract(place);
+    } else {
       content_.erase(place);
+    }
     disown(child);
   }
   void changeKey(const K& from, const K& to) {

@@ -39,9 +39,15 @@ class ORB_ZERO_API Handle : public Base {
   static uuid Uuid() { return metaClass().id; }
   /// Makes an empty element. Raises "UniquenessConstraint" when a live element of the model has
   /// the UUID, and "InvalidValue" when X is abstract.
-  static X create(const Model& model, const uuid& id) { return X(model->create(metaClass(), id)); }
+  static X create(const Model& model, const uuid& id) { return of(model->create(metaClass(), id)); }
 
  protected:
+  /// A handle of an element that is known to be an X.
+  static X of(ModelElement::Impl& element) noexcept {
+    X handle;
+    static_cast<Handle&>(handle).assign(&element);
+    return handle;
+  }
   /// The descriptor of the property at this position.
   static const meta::PropertyInfo& property(std::size_t position) {
     return *metaClass().all[position - 1];
@@ -57,8 +63,8 @@ class Handle<X, Base>::Builder : public ModelElement::Builder {
 
   auto* operator->() const { return static_cast<typename X::Impl*>(this->staged()); }
   /// Makes the element, with a new UUID or a given one (see `ModelElement::Builder`).
-  X create() { return X(ModelElement::Builder::create()); }
-  X create(const uuid& id) { return X(ModelElement::Builder::create(id)); }
+  X create() { return Handle::of(this->make()); }
+  X create(const uuid& id) { return Handle::of(this->make(id)); }
 };
 
 }  // namespace orb::zero

@@ -29,7 +29,7 @@ ElementRange Model::elements(const meta::ClassInfo& type, query::SearchClassMatc
   return {*this, &type, mode};
 }
 ModelElement Model::find(const uuid& id) const { return ModelElement(impl_->find(id)); }
-uuid Model::newUuid() const { return impl_->newUuid_(); }
+uuid Model::newUuid() const { return impl_->newUuid(); }
 std::size_t Model::reclaim() const { return impl_->reclaim(); }
 Transaction Model::beginTransaction() const { return Transaction(*this); }
 

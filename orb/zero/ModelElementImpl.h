@@ -33,6 +33,11 @@ class ORB_ZERO_API ModelElement::Impl {
   /// insertion leaves no element.
   ModelElement createInto(const meta::PropertyInfo& property, Builder& builder, const uuid& id);
 
+  /// Ends the memory of an element that is no part of its model's order.
+  struct Disposer {
+    void operator()(Impl* element) const noexcept;
+  };
+
   /// True when the model may free this element in `reclaim()`, because nothing but itself holds
   /// it; asked of live top-level elements.
   virtual bool isReclaimable() const noexcept { return false; }

@@ -28,14 +28,23 @@ Model::Impl::~Impl() {
     for (const meta::PropertyInfo* property : element.getMetaClass().all)
       property->services.forget(element);
   });
-  forAll([](Element& element) { delete &element; });
+  forAll([this](Element& element) { dispose(element); });
 }
 
-std::unique_ptr<Model::Impl::Element> Model::Impl::stage(const meta::ClassInfo& type) {
+Model::Impl::Staged Model::Impl::stage(const meta::ClassInfo& type) {
   if (type.isAbstract()) raise("InvalidValue");
-  std::unique_ptr<Element> element = type.make();
+  Element* const element = type.construct(pool_.allocate(type.size));
   element->model_ = this;
-  return element;
+  return Staged(element);
+}
+
+void Model::Impl::dispose(Element& element) noexcept {
+  const std::size_t size = element.getMetaClass().size;
+  element.~Element();
+  pool_.deallocate(&element, size);
+}
+void ModelElement::Impl::Disposer::operator()(Impl* element) const noexcept {
+  element->model_->dispose(*element);
 }
 
 Model::Impl::Element* Model::Impl::find(const uuid& id) {
@@ -47,7 +56,7 @@ void Model::Impl::checkUnique(const uuid& id) {
   if (find(id)) raise("UniquenessConstraint");
 }
 
-ModelElement Model::Impl::adopt(std::unique_ptr<Element> staged, const uuid& id) {
+Model::Impl::Element& Model::Impl::adopt(Staged staged, const uuid& id) {
   if (elements_.size() == elements_.capacity() && 2 * gaps_ > elements_.size()) compact();
   elements_.push_back(staged.get());
   Element& element = *staged.release();
@@ -55,11 +64,11 @@ ModelElement Model::Impl::adopt(std::unique_ptr<Element> staged, const uuid& id)
   element.index_ = births() - 1;
   element.life_ = Element::Life::Alive;
   ++alive_;
-  return ModelElement(&element);
+  return element;
 }
 
-ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
-  std::unique_ptr<Element> element = stage(type);
+Model::Impl::Element& Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
+  Staged element = stage(type);
   checkUnique(id);
   return adopt(std::move(element), id);
 }
@@ -77,7 +86,7 @@ void Model::Impl::end(Element& element) noexcept {
   element.life_ = Element::Life::Ended;
   element.setContainer(nullptr, 0);
   if (element.outside_ == 0 && element.slots_ == 0) {
-    delete &element;
+    dispose(element);
   } else {
     element.index_ = static_cast<std::uint32_t>(ended_.size());
     ended_.push_back(&element);
@@ -88,7 +97,7 @@ void Model::Impl::free(Element& element) noexcept {
   ended_.back()->index_ = element.index_;
   ended_[element.index_] = ended_.back();
   ended_.pop_back();
-  delete &element;
+  dispose(element);
 }
 
 void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {

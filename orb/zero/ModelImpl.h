@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include <orb/zero/ElementPool.h>
 #include <orb/zero/ModelConstellation.h>
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/TransactionCoordinator.h>
@@ -16,6 +17,7 @@ class UuidIndex;
 class ORB_ZERO_API Model::Impl {
  public:
   using Element = ModelElement::Impl;
+  using Staged = std::unique_ptr<Element, Element::Disposer>;
 
   Impl(const uuid& identity, const ModelConstellation& constellation,
        const WorkQueueFactory& workQueueFactory);
@@ -35,10 +37,12 @@ class ORB_ZERO_API Model::Impl {
   /// Raises "UniquenessConstraint" when a live element has this UUID.
   void checkUnique(const uuid& id);
   /// Takes a staged element in.
-  ModelElement adopt(std::unique_ptr<Element> staged, const uuid& id);
+  Element& adopt(Staged staged, const uuid& id);
   /// Makes an empty element; raises "InvalidValue" for an abstract class.
-  ModelElement create(const meta::ClassInfo& type, const uuid& id);
-  std::unique_ptr<Element> stage(const meta::ClassInfo& type);
+  Element& create(const meta::ClassInfo& type, const uuid& id);
+  Staged stage(const meta::ClassInfo& type);
+  void dispose(Element& element) noexcept;
+  uuid newUuid() noexcept { return newUuid_(); }
 
   /// Places in the creation order, of which some may be empty.
   std::uint32_t births() const noexcept { return static_cast<std::uint32_t>(elements_.size()); }
@@ -68,6 +72,7 @@ class ORB_ZERO_API Model::Impl {
   void remove(Element& element) noexcept;
   void disassociateIncoming(std::uint32_t start, std::size_t slots);
 
+  ElementPool pool_;
   std::size_t held_ = 0;
   std::size_t alive_ = 0;
   std::uint64_t losses_ = 0;

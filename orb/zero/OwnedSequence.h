@@ -149,7 +149,7 @@ class OwnedSequence : public Collection {
   mutable std::size_t gaps_ = 0;
 };
 
-/// Goes over the children, past the gaps; while one is in use, children may be added and removed.
+/// Goes over the children, past the gaps. While one is in use, children may be removed.
 template <class E>
 class OwnedSequence<E>::Iterator {
  public:

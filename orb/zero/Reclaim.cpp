@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <orb/zero/ModelImpl.h>
 #include <orb/zero/Targets.h>
 
@@ -15,13 +17,28 @@ bool ModelElement::Impl::isHeldOnlyBySlots(std::uint32_t slots) const noexcept {
   return !children.held;
 }
 
+namespace {
+
+/// Whether a rollback would end the element and all that it owns anyway.
+bool isYoung(ModelElement::Impl& element, std::uint32_t births) {
+  if (births == 0) return true;
+  if (element.isOlderThan(births)) return false;
+  Targets children;
+  for (const meta::PropertyInfo* property : element.getMetaClass().all)
+    if (property->isOwning) property->services.targets(element, children);
+  return std::all_of(children.found.begin(), children.found.end(),
+                     [=](auto* child) { return isYoung(*child, births); });
+}
+
+}  // namespace
+
 /// Collects first, then destroys: what the doomed let go of may be doomed in turn.
 std::size_t Model::Impl::reclaim() {
-  const std::uint32_t first = transactions_.outermostBirth();
+  const std::uint32_t first = transactions_.births();
   std::vector<Element*> doomed;
   const auto consider = [&](Element* element) {
-    if (!element || !element->isAlive() || element->container_ || element->index_ < first) return;
-    if (!element->isReclaimable()) return;
+    if (!element || !element->isAlive() || element->container_) return;
+    if (!element->isReclaimable() || !isYoung(*element, first)) return;
     element->life_ = Element::Life::Dying;
     doomed.push_back(element);
   };
@@ -43,7 +60,7 @@ std::size_t Model::Impl::reclaim() {
 
   for (Element* element : doomed) {
     remove(*element);
-    delete element;
+    dispose(*element);
   }
   alive_ -= doomed.size();
   if (2 * gaps_ > elements_.size()) compact();

@@ -28,8 +28,8 @@ class ORB_ZERO_API TransactionCoordinator {
   bool isRecording(std::uint32_t index) const noexcept { return index < recordedBelow_; }
   /// The number of the innermost open savepoint; every one opened has a higher one than before.
   std::uint64_t era() const noexcept { return savepoints_.back().era; }
-  /// Number of elements of the creation order that are older than all open transactions.
-  std::uint32_t outermostBirth() const noexcept { return isOpen() ? savepoints_[0].births : 0; }
+  /// Number of elements of the creation order that are older than the innermost open transaction.
+  std::uint32_t births() const noexcept { return recordedBelow_; }
 
   /// Opens a savepoint and returns its era.
   std::uint64_t begin();

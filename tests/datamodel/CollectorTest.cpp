@@ -17,8 +17,8 @@ class CollectorTest : public SessionTest {
 };
 
 TEST_F(CollectorTest, ListsVariablesFromLeftToRight) {
-  EXPECT_EQ(collect(expressions.createJoin({x, expressions.createConditional(c, y, x),
-                                            expressions.createStructRef(z, "f")})),
+  EXPECT_EQ(collect(expressions.createJoin(
+                {x, expressions.createConditional(c, y, x), expressions.createStructRef(z, "f")})),
             "xcyxz");
   EXPECT_EQ(collect(expressions.createMeet({x, x})), "xx");
   EXPECT_EQ(collect(expressions.createPrune(expressions.createMeet({y, x}), {"z"})), "yx");
@@ -32,21 +32,6 @@ TEST_F(CollectorTest, SkipsWhatIsEmptyOrNoExpression) {
   EXPECT_EQ(collect(expressions.createConditional({}, value, x)), "x");
   EXPECT_EQ(collect(expressions.createStructRef({}, "f")), "");
   EXPECT_EQ(collect({}) + collect(session.createSystemBuilder()->addEquation(x, y)), "");
-}
-
-TEST_F(CollectorTest, FirstRegisteredFunctionStays) {
-  struct Names : orb::zero::Visitor<std::string> {
-    Names() {
-      add(Variable::Uuid(), [](const ModelElement&) { return "variable"; });
-      add(Variable::Uuid(), [](const ModelElement&) { return "second"; });
-      add(Term::Uuid(), [](const ModelElement&) { return "term"; });
-      add(System::Uuid(), {});
-    }
-  };
-  EXPECT_EQ(Names().dispatch(x), "variable");
-  EXPECT_EQ(Names().dispatch(sets(1)->getTop()), "term");
-  EXPECT_EQ(Names().dispatch(sets(1)), "");
-  EXPECT_THROW(Names().dispatch(make<System>()), std::bad_function_call);
 }
 
 }  // namespace

@@ -10,10 +10,14 @@ class DepthTest : public SessionTest {
   /// Kinds of nesting in turn.
   Expression wrap(const Expression& inner, int level) {
     switch (level % 4) {
-      case 0: return expressions.createJoin({inner});
-      case 1: return expressions.createMeet({inner, {}});
-      case 2: return expressions.createPrune(inner, {"a"});
-      default: return expressions.createConditional(x, inner, x);
+      case 0:
+        return expressions.createJoin({inner});
+      case 1:
+        return expressions.createMeet({inner, {}});
+      case 2:
+        return expressions.createPrune(inner, {"a"});
+      default:
+        return expressions.createConditional(x, inner, x);
     }
   }
   Expression chain() {
@@ -31,17 +35,6 @@ TEST_F(DepthTest, ExpressionsPrintAndCollect) {
   EXPECT_EQ(text.substr(0, 43), "x = Conditional(ctrlExpr: x,prune(Meet(Join");
   EXPECT_EQ(text.substr(text.size() - 9), ",[a ]),x)");
   EXPECT_EQ(equation.getRhsVariables().size(), 1U + depth / 4 * 2);
-}
-
-TEST_F(DepthTest, PlacesPrintAndCollect) {
-  LExpression place = x;
-  for (int level = 0; level < depth; ++level)
-    place = level % 2 ? LExpression(expressions.createIndexRef(place, 1))
-                      : LExpression(expressions.createStructRef(place, "a"));
-  const Equation equation = session.createSystemBuilder()->addEquation(place, place);
-  EXPECT_TRUE(equation.getLhsVariable() == x);
-  const std::string text = equation.print();
-  EXPECT_EQ(text.substr(text.size() - 10), ",'a'),1 : 1)");
 }
 
 TEST_F(DepthTest, DestructionAndRollbackDoNotRecurse) {

@@ -9,20 +9,10 @@ class PowerSetTest : public SessionTest {
     return values.createPowerSet({}, bitsOf(length, elements));
   }
   static BitSet at(const PowerSet& set, std::uint16_t start, std::uint16_t end = 0) {
-    return PowerSet{set.at(start, end)}->getValue();
+    return PowerSet(set.at(start, end))->getValue();
   }
-  static BitSet valueOf(const LatticeValue& value) { return PowerSet{value}->getValue(); }
+  static BitSet valueOf(const LatticeValue& value) { return PowerSet(value)->getValue(); }
 };
-
-TEST_F(PowerSetTest, OrderIsInclusion) {
-  const PowerSetType type = sets(3);
-  EXPECT_EQ(set(type, {1, 2}).le(set(type, {1, 2, 3})), boolean3::T);
-  EXPECT_EQ(set(type, {1, 2, 3}).le(set(type, {1, 2})), boolean3::F);
-  EXPECT_EQ(set(type, {1}).le(set(type, {2})), boolean3::NA);
-  EXPECT_EQ(set(type, {}).le(set(type, {2})), boolean3::T);
-  EXPECT_EQ(valueOf(set(type, {1}).join(set(type, {3}))), bitsOf(3, {1, 3}));
-  EXPECT_EQ(valueOf(set(type, {1}).meet(set(type, {3}))), bitsOf(3, {}));
-}
 
 TEST_F(PowerSetTest, OperandsAreTakenAtTheLengthOfTheLeft) {
   const PowerSet wide = bits(130, {1, 3, 65, 130}), narrow = bits(2, {1, 2});

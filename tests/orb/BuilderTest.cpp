@@ -39,18 +39,6 @@ TEST_F(BuilderTest, StagedElementIsNotPartOfTheModel) {
   EXPECT_EQ(model.size(), before + 1);
 }
 
-TEST_F(BuilderTest, MakesTheModelChecksOfTheSetters) {
-  Session foreign;
-  const auto type = foreign.typeFactory()->createPowerSetType("P", 1);
-  Join::Builder builder(model);
-  EXPECT_EQ(failureOf([&] { builder->setType(type); }), "CannotCreateCrossModelAssociation");
-  EXPECT_EQ(failureOf([&] { builder->getOperands().add(type->getTop()); }),
-            "CannotCreateCrossModelAssociation");
-  EXPECT_EQ(failureOf([&] { builder->getOperands().add(sets(1)); }),
-            "CannotAddIncompatibleTypes(torvan.datamodel.PowerSetType,torvan.datamodel.Term)");
-  EXPECT_FALSE(builder->hasType() || builder->hasOperands());
-}
-
 TEST_F(BuilderTest, PartsAreCreatedWithTheirOwner) {
   Struct::Builder builder(model);
   builder.add(Struct::values(), fieldBuilder(model, "b"));
@@ -81,9 +69,15 @@ TEST_F(BuilderTest, RefusedCreationLeavesNothing) {
 
 TEST_F(BuilderTest, PartOfAnotherModelIsRefusedInBoth) {
   const Session foreign;
-  std::vector<std::unique_ptr<ModelElement::Builder>> parts;
-  parts.push_back(fieldBuilder(foreign.model(), "a"));
-  EXPECT_EQ(refusalOf(std::move(parts)), "CannotCreateCrossModelAssociation");
+  Struct::Builder builder(model);
+  EXPECT_EQ(failureOf([&] { builder.add(Struct::values(), fieldBuilder(foreign.model(), "a")); }),
+            "CannotCreateCrossModelAssociation");
+  EXPECT_EQ(failureOf([&] { builder.add(Struct::values(), nullptr); }), "InvalidValue");
+  const Struct record = builder.create();
+  FieldElem::Builder field(foreign.model());
+  EXPECT_EQ(failureOf([&] { record->createIntoValues(field, model.newUuid()); }),
+            "CannotCreateCrossModelAssociation");
+  EXPECT_TRUE(record->getValues().empty());
   EXPECT_EQ(foreign.model().size(), 0U);
 }
 

@@ -108,7 +108,7 @@ template <class... X>
 testing::Types<X...> testedClasses(ClassList<X...>);
 TYPED_TEST_SUITE(ContractTest, decltype(testedClasses(ModelClasses())));
 
-TYPED_TYPED_TEST(ContractTest, CreatesUnsetElementOrRefuses) {
+TYPED_TEST(ContractTest, CreatesUnsetElementOrRefuses) {
   const meta::ClassInfo& type = TypeParam::metaClass();
   const orb::zero::uuid id = this->model.newUuid();
   if (type.isAbstract()) {
@@ -145,5 +145,5 @@ TYPED_TEST(ContractTest, CreationIsUndone) {
   EXPECT_TRUE(TypeParam::create(this->model, id));
 }
 
-TYPED_}  // namespace
+}  // namespace
 }  // namespace torvan::datamodel

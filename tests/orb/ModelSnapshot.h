@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include <boost/uuid/uuid_io.hpp>
 #include <gtest/gtest.h>
 #include <orb/zero/ElementRange.h>
 #include <orb/zero/Targets.h>
 #include <torvan/datamodel.h>
+#include <boost/uuid/uuid_io.hpp>
 
 namespace torvan::datamodel {
 
@@ -26,13 +26,13 @@ inline std::string primitivesOf(const ModelElement& element) {
     text = lattice->getName() + '/' + std::to_string(lattice->getNumElems());
   }
   if (type == PowerSetType::metaClass())
-    for (const std::string& name : PowerSetType{element}->getUniverse()) text += ' ' + name;
-  if (type == FieldType::metaClass()) text = FieldType{element}->getName();
-  if (type == FieldElem::metaClass()) text = FieldElem{element}->getName();
-  if (type == Variable::metaClass()) text = Variable{element}->getName();
-  if (type == PowerSet::metaClass()) to_string(PowerSet{element}->getValue(), text);
+    for (const std::string& name : PowerSetType(element)->getUniverse()) text += ' ' + name;
+  if (type == FieldType::metaClass()) text = FieldType(element)->getName();
+  if (type == FieldElem::metaClass()) text = FieldElem(element)->getName();
+  if (type == Variable::metaClass()) text = Variable(element)->getName();
+  if (type == PowerSet::metaClass()) to_string(PowerSet(element)->getValue(), text);
   if (type == Join::metaClass())
-    for (const Term& operand : Join{element}->getOperands()) text += operand ? 'x' : '-';
+    for (const Term& operand : Join(element)->getOperands()) text += operand ? 'x' : '-';
   return text;
 }
 
@@ -45,7 +45,8 @@ inline std::string describe(const ModelElement& element) {
   for (const Property* property : type.all) {
     text += "; " + std::string(property->name);
     if (!property->type && element->isGiven(property->position)) text += " given";
-    for (const auto* target : targetsOf(element, *property)) text += ' ' + to_string(target->getUuid());
+    for (const auto* target : targetsOf(element, *property))
+      text += ' ' + to_string(target->getUuid());
   }
   return text + "; " + primitivesOf(element);
 }

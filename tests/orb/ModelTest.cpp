@@ -22,7 +22,7 @@ uuid numbered(unsigned number) {
 
 std::string namesOf(const orb::zero::ElementRange& range) {
   std::string names;
-  for (const ModelElement element : range) names += Variable{element}->getName();
+  for (const ModelElement element : range) names += Variable(element)->getName();
   return names;
 }
 
@@ -35,7 +35,7 @@ TEST_F(ModelTest, IteratesInOrderOfCreation) {
 
   std::string met;
   for (const ModelElement element : model.elements()) {
-    met += Variable{element}->getName();
+    met += Variable(element)->getName();
     if (met == "a") {
       element->destroy();
       all[2]->destroy();
@@ -166,11 +166,8 @@ TEST_F(ModelTest, ReclaimLeavesWhatIsOlderThanAnInnerTransaction) {
 TEST_F(ModelTest, ConstellationKnowsItsLiveModels) {
   const orb::zero::ModelConstellation group, copy = group;
   orb::zero::TransactionCoordinator* told = nullptr;
-  int made = 0;
   const auto factory = [&](orb::zero::TransactionCoordinator* coordinator) {
-    told = coordinator;
-    ++made;
-    return orb::zero::DefaultWorkQueueFactory()(coordinator);
+    return orb::zero::DefaultWorkQueueFactory()(told = coordinator);
   };
   const Model first = Model::create(numbered(1), group, factory);
   EXPECT_EQ(told, &first->transactions());
@@ -181,11 +178,6 @@ TEST_F(ModelTest, ConstellationKnowsItsLiveModels) {
   }
   EXPECT_EQ(copy.getModels(), std::vector{first});
   EXPECT_EQ(first.getUuid(), numbered(1));
-  EXPECT_EQ(made, 2);
-
-  bool ran = false;
-  first->workQueue().post([&] { ran = true; });
-  EXPECT_TRUE(ran);
 }
 
 }  // namespace

@@ -66,17 +66,19 @@ class RandomChanges {
     }
   }
 
+  template <class X>
+  static ModelElement make(const Model& model) {
+    return X::create(model, model.newUuid());
+  }
   void create() {
-    static const std::array classes{
-        &StructType::metaClass(), &FieldType::metaClass(), &FieldType::metaClass(),
-        &Struct::metaClass(),     &FieldElem::metaClass(), &FieldElem::metaClass(),
-        &System::metaClass(),     &Equation::metaClass(),  &Equation::metaClass(),
-        &Variable::metaClass(),   &Join::metaClass(),      &PowerSetType::metaClass(),
-        &PowerSet::metaClass()};
-    const ModelElement made = model_->create(*classes[below(classes.size())], model_.newUuid());
+    static constexpr ModelElement (*makers[])(const Model&) = {
+        make<StructType>,   make<FieldType>, make<FieldType>, make<Struct>,   make<FieldElem>,
+        make<FieldElem>,    make<System>,    make<Equation>,  make<Equation>, make<Variable>,
+        make<PowerSetType>, make<PowerSet>,  make<Join>};
+    const ModelElement made = makers[below(std::size(makers))](model_);
     held_[below(held_.size())] = made;
-    if (made->getMetaClass() == FieldElem::metaClass()) FieldElem{made}->basicSetName(name());
-    if (made->getMetaClass() == FieldType::metaClass()) FieldType{made}->setName(name());
+    if (made->getMetaClass() == FieldElem::metaClass()) FieldElem(made)->basicSetName(name());
+    if (made->getMetaClass() == FieldType::metaClass()) FieldType(made)->setName(name());
   }
   void destroy() {
     if (const ModelElement element = any<ModelElement>()) element->destroy();
@@ -84,17 +86,7 @@ class RandomChanges {
 
   void change() {
     try {
-      switch (below(9)) {
-        case 0: return changeTerm(any<Term>());
-        case 1: return changeLatticeType(any<LatticeType>());
-        case 2: return changeFields(any<StructType>(), any<FieldType>());
-        case 3: return changeFields(any<StructType>(), any<FieldType>());
-        case 4: return changeValues(any<Struct>(), any<FieldElem>());
-        case 5: return changeEquations(any<System>(), any<Equation>());
-        case 6: return changeEquations(any<System>(), any<Equation>());
-        case 7: return changeOperands(any<Join>());
-        default: return changeEquation(any<Equation>());
-      }
+      changes_[below(std::size(changes_))](*this);
     } catch (const orb::zero::Exception&) {
       // A refusal, such as of a key that is taken, has to leave everything as it was.
     }
@@ -102,51 +94,38 @@ class RandomChanges {
   void changeTerm(const Term& term) {
     term->setType(any<LatticeType>());
     const auto& type = term->getMetaClass();
-    if (type == Variable::metaClass()) Variable{term}->setName(name());
-    if (type == PowerSet::metaClass()) PowerSet{term}->setValue(BitSet(below(130), random_()));
+    if (type == Variable::metaClass()) Variable(term)->setName(name());
+    if (type == PowerSet::metaClass()) PowerSet(term)->setValue(BitSet(below(130), random_()));
   }
   void changeLatticeType(const LatticeType& type) {
     type->setNumElems(static_cast<std::uint16_t>(below(3)));
     type->setTop(any<LatticeValue>());
     if (!(type->getMetaClass() == PowerSetType::metaClass())) return;
-    auto& universe = PowerSetType{type}->getUniverse();
+    auto& universe = PowerSetType(type)->getUniverse();
     universe.insert(below(universe.size() + 1), name());
     if (below(2)) universe.erase(below(universe.size()));
   }
-  void changeFields(const StructType& type, const FieldType& field) {
-    switch (below(5)) {
-      case 0: return field->setName(name());
-      case 1: return field->setElemType(any<LatticeType>());
-      case 2: return type->getFields().erase(name());
-      default: return type->getFields().insert(field, resolution());
-    }
-  }
-  void changeValues(const Struct& record, const FieldElem& field) {
-    if (below(3) == 0) return field->setValue(any<LatticeValue>());
-    record->getValues().insert(field, resolution());
-  }
-  void changeEquations(const System& system, const Equation& equation) {
-    auto& equations = system->getEquations();
-    switch (below(4)) {
-      case 0: return equations.set(below(equations.size() + 1), equation);
-      case 1: return equations.remove(equation);
-      default: return equations.add(equation);
-    }
-  }
-  void changeOperands(const Join& join) {
-    auto& operands = join->getOperands();
-    switch (below(5)) {
-      case 0: return operands.addEmpty();
-      case 1: return operands.erase(below(operands.size() + 1));
-      case 2: return operands.set(below(operands.size() + 1), any<Term>());
-      default: return operands.insert(below(operands.size() + 1), any<Term>());
-    }
-  }
-  void changeEquation(const Equation& equation) {
-    equation->setLhs(any<LExpression>());
-    equation->setRhs(any<Term>());
-  }
   CollisionResolution resolution() { return static_cast<CollisionResolution>(below(3)); }
+
+  using Self = RandomChanges;
+  static constexpr void (*changes_[])(Self&) = {
+      [](Self& r) { r.changeTerm(r.any<Term>()); },
+      [](Self& r) { r.changeLatticeType(r.any<LatticeType>()); },
+      [](Self& r) { r.any<FieldType>()->setName(r.name()); },
+      [](Self& r) { r.any<FieldType>()->setElemType(r.any<LatticeType>()); },
+      [](Self& r) { r.any<StructType>()->getFields().erase(r.name()); },
+      [](Self& r) { r.any<StructType>()->getFields().insert(r.any<FieldType>(), r.resolution()); },
+      [](Self& r) { r.any<FieldElem>()->setValue(r.any<LatticeValue>()); },
+      [](Self& r) { r.any<Struct>()->getValues().insert(r.any<FieldElem>(), r.resolution()); },
+      [](Self& r) { r.any<Equation>()->setRhs(r.any<Term>()); },
+      [](Self& r) { r.any<System>()->getEquations().add(r.any<Equation>()); },
+      [](Self& r) { r.any<System>()->getEquations().set(r.below(4), r.any<Equation>()); },
+      [](Self& r) { r.any<System>()->getEquations().remove(r.any<Equation>()); },
+      [](Self& r) { r.any<Join>()->getOperands().addEmpty(); },
+      [](Self& r) { r.any<Join>()->getOperands().insert(r.below(4), r.any<Term>()); },
+      [](Self& r) { r.any<Join>()->getOperands().set(r.below(4), r.any<Term>()); },
+      [](Self& r) { r.any<Join>()->getOperands().erase(r.below(4)); },
+  };
 
   std::mt19937 random_;
   const bool reclaims_;

@@ -14,7 +14,7 @@ namespace {
 LatticeValue part(const Array::Impl& array, std::uint16_t index) {
   if (const ArrayElem::Impl* const element = array.getValues().find(index))
     return element->getValue();
-  const LatticeValue bottom = array.getType()->getBottom();
+  LatticeValue bottom = array.getType()->getBottom();
   if (bottom && bottom.get()->getMetaClass().isKindOf(Array::metaClass()) &&
       !Array { bottom } -> getValues().contains(index))
     orb::zero::raise("InvalidValue");
@@ -35,7 +35,7 @@ template <class Operation>
 Array mapIndices(const Array::Impl& array, Operation operation) {
   Array::Builder builder(array.getModel());
   builder->setType(array.getType());
-  const Array result = builder.create();
+  Array result = builder.create();
   forIndices(array, [&](std::uint16_t index) {
     result->store(index, operation(index));
     return true;
@@ -100,7 +100,7 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
   const std::uint16_t count = countOf(start, end);
   if (count == 1) return read(start);
 
-  const Array result = Array::Builder(getModel()).create();
+  Array result = Array::Builder(getModel()).create();
   LatticeType elemType;
   if (count == 0) elemType = ArrayType {
       getType()

@@ -18,7 +18,8 @@ class TORVAN_DATAMODEL_API FieldElem
   using Handle::Handle;
 
   /// The slot of the value. A write through it is a plain assignment: it is not checked, not undone
-  /// and not announced. It is valid as long as the element lives.
+  /// and not announced; the value has to belong to the same model. It is valid as long as the
+  /// element lives.
   LatticeValue* ref() const;
 
   static const Property& name() { return property(1); }

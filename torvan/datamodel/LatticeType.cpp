@@ -19,7 +19,7 @@ bool areCompatible(const LatticeType& a, const LatticeType& b) {
 }  // namespace
 
 bool LatticeType::Impl::isReclaimable() const noexcept {
-  if (!name_.empty() || container()) return false;
+  if (!name_.empty() || outsideCount() != 0) return false;
   std::uint32_t ownSlots = 0;  // those of the values that only this type holds
   const auto countOwn = [&](const LatticeValue& value, std::uint32_t slots) {
     if (!value || !value.get()->isHeldOnlyBySlots(slots)) return;
@@ -71,7 +71,7 @@ void StructType::Impl::store(const std::string& name, const LatticeType& elemTyp
 
 void FieldType::Impl::setName(const std::string& value) {
   if (hasName() && name_ == value) return;
-  if (!container()) return set<&Impl::name_>(value);
+  if (!container() || name_ == value) return set<&Impl::name_>(value);
   std::string name = value;
   notifyModifying(meta::positionOf(&Impl::name_));
   auto& fields = static_cast<StructType::Impl*>(container())->getFields();

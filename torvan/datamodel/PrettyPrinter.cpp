@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -26,7 +25,9 @@ class Line : public orb::zero::Visitor<void> {
     while (!pending_.empty()) {
       const Part part = std::move(pending_.back());
       pending_.pop_back();
-      if (const auto* const text = std::get_if<std::string>(&part))
+      if (const auto* const literal = std::get_if<const char*>(&part))
+        text_ += *literal;
+      else if (const auto* const text = std::get_if<std::string>(&part))
         text_ += *text;
       else
         dispatch(ModelElement(std::get<ModelElement::Impl*>(part)));
@@ -35,7 +36,7 @@ class Line : public orb::zero::Visitor<void> {
   }
 
  private:
-  using Part = std::variant<std::string, ModelElement::Impl*>;
+  using Part = std::variant<const char*, ModelElement::Impl*, std::string>;
 
   template <class... X>
   void addVisits() {
@@ -49,8 +50,9 @@ class Line : public orb::zero::Visitor<void> {
     push();
     std::reverse(pending_.begin() + first, pending_.end());
   }
-  void append(std::initializer_list<Part> parts) {
-    append([&] { pending_.insert(pending_.end(), parts); });
+  template <class... Parts>
+  void appendParts(Parts&&... parts) {
+    append([&] { (pending_.emplace_back(std::forward<Parts>(parts)), ...); });
   }
 
   /// "Name(item,item)": the last character makes way for the closing parenthesis, which is the
@@ -63,9 +65,10 @@ class Line : public orb::zero::Visitor<void> {
       return;
     }
     append([&] {
-      std::string before = "(";
+      const char* before = "(";
       for (const auto& item : items) {
-        pushItem(std::move(before), item);
+        pending_.emplace_back(before);
+        pushItem(item);
         before = ",";
       }
       pending_.emplace_back(")");
@@ -73,31 +76,29 @@ class Line : public orb::zero::Visitor<void> {
   }
   template <class Operands>
   void operation(const char* name, const Operands& operands) {
-    list(name, operands, [this](std::string before, const auto& operand) {
-      pending_.emplace_back(std::move(before));
-      pending_.emplace_back(operand.get());
-    });
+    list(name, operands, [this](const auto& operand) { pending_.emplace_back(operand.get()); });
   }
 
   void visit(const Variable& variable) { text_ += variable->getName(); }
   void visit(const Join& join) { operation("Join", join->getOperands()); }
   void visit(const Meet& meet) { operation("Meet", meet->getOperands()); }
   void visit(const StructRef& ref) {
-    append({"StructRef(", ref->getExpr().get(), ",'" + ref->getField() + "')"});
+    appendParts("StructRef(", ref->getExpr().get(), ",'" + ref->getField() + "')");
   }
   void visit(const IndexRef& ref) {
-    append({"IndexRef(", ref->getExpr().get(),
-            "," + std::to_string(ref->getStartIndex()) + " : " +
-                std::to_string(ref->getEndIndex()) + ")"});
+    appendParts("IndexRef(", ref->getExpr().get(),
+                "," + std::to_string(ref->getStartIndex()) + " : " +
+                    std::to_string(ref->getEndIndex()) + ")");
   }
   void visit(const Conditional& conditional) {
-    append({"Conditional(ctrlExpr: ", conditional->getCtrlExpr().get(), ",",
-            conditional->getOperandTrue().get(), ",", conditional->getOperandFalse().get(), ")"});
+    appendParts("Conditional(ctrlExpr: ", conditional->getCtrlExpr().get(), ",",
+                conditional->getOperandTrue().get(), ",", conditional->getOperandFalse().get(),
+                ")");
   }
   void visit(const Prune& prune) {
     std::string path = ",[";
     for (const std::string& field : prune->getField()) path += field + ' ';
-    append({"prune(", prune->getExpr().get(), path + "])"});
+    appendParts("prune(", prune->getExpr().get(), path + "])");
   }
   void visit(const PowerSet& set) {
     std::string bits;
@@ -105,19 +106,19 @@ class Line : public orb::zero::Visitor<void> {
     text_ += bits;
   }
   void visit(const Array& array) {
-    list("Array", array->getValues(), [this](std::string before, const auto& entry) {
-      pending_.emplace_back(std::move(before) + std::to_string(entry.first) + " : ");
+    list("Array", array->getValues(), [this](const auto& entry) {
+      pending_.emplace_back(std::to_string(entry.first) + " : ");
       pending_.emplace_back(entry.second->getValue().get());
     });
   }
   void visit(const Struct& record) {
-    list("Struct", record->getValues(), [this](std::string before, const auto& entry) {
-      pending_.emplace_back(std::move(before) + entry.first + " : ");
+    list("Struct", record->getValues(), [this](const auto& entry) {
+      pending_.emplace_back(entry.first + " : ");
       pending_.emplace_back(entry.second->getValue().get());
     });
   }
   void visit(const Equation& equation) {
-    append({equation->getLhs().get(), " = ", equation->getRhs().get()});
+    appendParts(equation->getLhs().get(), " = ", equation->getRhs().get());
   }
 
   std::string text_;

@@ -18,7 +18,8 @@ namespace torvan::datamodel {
 /// sets that it points into live (they stay where they are through insertions and undo).
 ///
 /// Writes are plain assignments: they are not checked, not undone and not announced. A written slot
-/// shares the value's element.
+/// shares the value's element, which has to belong to the slot's model: a slot keeps no other
+/// model.
 class TORVAN_DATAMODEL_API Ref {
  public:
   /// An update step: brings the incoming value into the place and tells whether that changed it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -79,10 +80,11 @@ struct ClassInfo {
   const ClassInfo* superclass;               ///< null for the root
   std::span<const PropertyInfo> own;         ///< in order of their positions
   std::span<const PropertyInfo* const> all;  ///< inherited ones first: position n is all[n - 1]
-  std::unique_ptr<Element> (*make)();        ///< null for an abstract class
+  std::size_t size;                          ///< of an element, in bytes
+  Element* (*construct)(void* memory);       ///< null for an abstract class
   std::unique_ptr<Storage> (*makeStorage)(Element&);  ///< an empty undo record
 
-  bool isAbstract() const { return make == nullptr; }
+  bool isAbstract() const { return construct == nullptr; }
   /// True for the class itself and those derived from it.
   bool isKindOf(const ClassInfo& other) const noexcept {
     const ClassInfo* level = this;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <new>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -115,9 +116,9 @@ template <>
 inline constexpr std::array<const PropertyInfo*, 0> allProperties<ModelElement>{};
 
 template <class X>
-consteval auto makerOf() -> std::unique_ptr<Element> (*)() {
+consteval auto constructorOf() -> Element* (*)(void*) {
   if constexpr (X::Impl::table.instances == Instances::Concrete)
-    return []() -> std::unique_ptr<Element> { return std::make_unique<typename X::Impl>(); };
+    return [](void* memory) -> Element* { return new (memory) typename X::Impl; };
   return nullptr;
 }
 
@@ -129,7 +130,8 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     &classOf<typename X::Super>,
     ownProperties<X>,
     allProperties<X>,
-    makerOf<X>(),
+    sizeof(typename X::Impl),
+    constructorOf<X>(),
     [](Element& e) -> std::unique_ptr<Storage> { return std::make_unique<StorageOf<X>>(e); }};
 template <>
 ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
@@ -138,6 +140,7 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     nullptr,
     {},
     {},
+    sizeof(ModelElement::Impl),
     nullptr,
     nullptr};
 
