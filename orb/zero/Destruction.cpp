@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include <orb/zero/ModelImpl.h>
+#include <orb/zero/ReferrerIndex.h>
 #include <orb/zero/Targets.h>
 #include <orb/zero/Transaction.h>
 #include <orb/zero/UndoRecord.h>
@@ -53,33 +56,52 @@ void Model::Impl::destroy(Element& root) {
     transactions_.reserve();
     transactions_.log(std::make_unique<Destruction>(*element));
   }
-  disassociateIncoming(root.index_, slots);
+  if (slots > 0) disassociateIncoming(doomed.found, slots);
   for (Element* element : doomed.found) element->life_ = Element::Life::Destroyed;
 }
 
-/// Clears what refers to dying elements. Goes from `start` outwards, since most references are
-/// local, and stops when all `slots` that refer to them have been seen.
-void Model::Impl::disassociateIncoming(std::uint32_t start, std::size_t slots) {
+/// Clears what refers to the doomed. Most references are local, so the search begins around the
+/// place of the first of them; for the others there is an index, which may not know them all, so it
+/// is the number of slots that tells when all have been seen.
+void Model::Impl::disassociateIncoming(const std::vector<Element*>& doomed, std::size_t slots) {
+  constexpr std::uint32_t vicinity = 32;
+  const std::uint32_t middle = doomed.front()->index_;
+  const std::uint32_t first = middle < vicinity ? 0 : middle - vicinity;
+  const std::uint32_t last = std::min(births(), middle + vicinity);
+  for (std::uint32_t place = first; slots > 0 && place < last; ++place) slots -= clearDying(place);
+  if (slots == 0) return;
+
+  if (!referrers_) referrers_ = std::make_unique<ReferrerIndex>();
+  std::vector<std::uint32_t> places;
+  for (const Element* target : doomed) referrers_->find(*target, elements_, places);
+  std::sort(places.begin(), places.end());
+  places.erase(std::unique(places.begin(), places.end()), places.end());
+  for (const std::uint32_t place : places)
+    if (slots > 0 && (place < first || place >= last)) slots -= clearDying(place);
+  if (slots == 0) return;
+
+  for (std::uint32_t place = 0; place < births(); ++place) clearDying(place);
+  referrers_.reset();
+}
+
+/// Clears what one element refers to. Returns the number of references, also of one that is not
+/// alive and keeps them for its revival.
+std::size_t Model::Impl::clearDying(std::uint32_t place) {
+  Element* const element = elements_[place];
+  if (!element) return 0;
   Targets targets;
-  const auto clearAt = [&](std::size_t place) {
-    Element* const element = elements_[place];
-    if (!element) return;
-    for (const meta::PropertyInfo* property : element->getMetaClass().all) {
-      if (property->isOwning) continue;
-      targets.found.clear();
-      property->services.targets(*element, targets);
-      for (Element* target : targets.found) {
-        if (target->life_ != Element::Life::Dying) continue;
-        --slots;
-        if (element->isAlive()) property->services.release(*element, *target);
-      }
+  std::size_t seen = 0;
+  for (const meta::PropertyInfo* property : element->getMetaClass().all) {
+    if (property->isOwning) continue;
+    targets.found.clear();
+    property->services.targets(*element, targets);
+    for (Element* target : targets.found) {
+      if (target->life_ != Element::Life::Dying) continue;
+      ++seen;
+      if (element->isAlive()) property->services.release(*element, *target);
     }
-  };
-  const std::size_t size = elements_.size();
-  for (std::size_t distance = 0; slots > 0 && distance < size; ++distance) {
-    if (start + distance < size) clearAt(start + distance);
-    if (slots > 0 && distance < start) clearAt(start - distance - 1);
   }
+  return seen;
 }
 
 }  // namespace orb::zero

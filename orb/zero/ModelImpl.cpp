@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <orb/zero/Exception.h>
+#include <orb/zero/ReferrerIndex.h>
 #include <orb/zero/UuidIndex.h>
 
 namespace orb::zero {
@@ -110,6 +111,7 @@ void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
     elements_.pop_back();
     --gaps_;
   }
+  if (referrers_) referrers_->truncate(births);
   if (index_) index_->setCovered(std::min(index_->covered(), births));
 }
 
@@ -122,6 +124,7 @@ void Model::Impl::compact() noexcept {
   };
   transactions_.renumber(left);
   if (index_) index_->setCovered(left(index_->covered()));
+  referrers_.reset();  // its places are those of before
   std::erase(elements_, nullptr);
   gaps_ = 0;
   for (std::uint32_t i = 0; i < births(); ++i) elements_[i]->index_ = i;

@@ -11,6 +11,7 @@
 
 namespace orb::zero {
 
+class ReferrerIndex;
 class UuidIndex;
 
 /// Owns the elements of a model.
@@ -70,7 +71,8 @@ class ORB_ZERO_API Model::Impl {
   void compact() noexcept;
   /// Takes the element out of the creation order and the index.
   void remove(Element& element) noexcept;
-  void disassociateIncoming(std::uint32_t start, std::size_t slots);
+  void disassociateIncoming(const std::vector<Element*>& doomed, std::size_t slots);
+  std::size_t clearDying(std::uint32_t place);
 
   ElementPool pool_;
   std::size_t held_ = 0;
@@ -81,7 +83,8 @@ class ORB_ZERO_API Model::Impl {
   std::uint32_t readers_ = 0;    // ranges that must not see the order renumbered
   std::vector<Element*> ended_;  // still counted by a handle or a slot
   UuidGenerator newUuid_;
-  std::unique_ptr<UuidIndex> index_;  // made by the first look-up
+  std::unique_ptr<ReferrerIndex> referrers_;  // made by a destruction that needs it
+  std::unique_ptr<UuidIndex> index_;          // made by the first look-up
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;

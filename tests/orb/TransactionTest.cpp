@@ -98,6 +98,29 @@ TEST_F(TransactionTest, DestructionClearsReferencesAndRollbackRestoresThem) {
   EXPECT_EQ(expressions.createJoin({y})->getOperands().size() + join->getOperands().size(), 3U);
 }
 
+TEST_F(TransactionTest, FarReferencesAreFoundAlsoWhenTheyChange) {
+  constexpr std::size_t count = 200;
+  std::vector<Variable> variables;
+  for (std::size_t i = 0; i < count; ++i) variables.push_back(make<Variable>());
+  std::vector<Equation> equations;
+  for (std::size_t i = 0; i < count; ++i) {
+    equations.push_back(make<Equation>());
+    equations[i]->setLhs(variables[i]);
+    equations[i]->setRhs(variables[count - 1 - i]);
+  }
+  expectUndone([&] {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (i % 10 == 3) equations[i]->setLhs(variables[i * 7 % count]);
+      if (i % 10 == 6) equations[i]->setRhs(make<Variable>());
+      variables[i * 67 % count]->destroy();
+      for (const Equation& equation : equations) {
+        EXPECT_EQ(equation->hasLhs(), equation->getLhs().get() != nullptr);
+        EXPECT_EQ(equation->hasRhs(), equation->getRhs().get() != nullptr);
+      }
+    }
+  });
+}
+
 TEST_F(TransactionTest, SlotsAndBitsStayWhereTheyAre) {
   const Struct value{record->getTop().clone()};
   LatticeValue* const slot = value->getValues()["a"].ref();

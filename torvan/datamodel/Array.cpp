@@ -1,5 +1,7 @@
 #include <torvan/datamodel/Array.h>
 
+#include <utility>
+
 #include <torvan/datamodel/ArrayType.h>
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/TypeFactory.h>
@@ -9,11 +11,9 @@
 namespace torvan::datamodel {
 namespace {
 
-/// An index of an operand, to be computed with. A missing one reads as the bottom of the operand's
-/// type; a bottom that lacks the index itself would be read for ever.
-LatticeValue part(const Array::Impl& array, std::uint16_t index) {
-  if (const ArrayElem::Impl* const element = array.getValues().find(index))
-    return element->getValue();
+/// The value at an index that is not stored, to be computed with: the bottom of the array's type.
+/// One that lacks the index itself would be read for ever.
+LatticeValue missing(const Array::Impl& array, std::uint16_t index) {
   LatticeValue bottom = array.getType()->getBottom();
   if (bottom && bottom.get()->getMetaClass().isKindOf(Array::metaClass()) &&
       !Array { bottom } -> getValues().contains(index))
@@ -21,38 +21,49 @@ LatticeValue part(const Array::Impl& array, std::uint16_t index) {
   return bottom;
 }
 
-/// Calls `visit` with the indices of the array's type while it returns true.
+/// Reads the elements of an array, which are asked for in ascending order of their indices.
+class ElementReader {
+ public:
+  explicit ElementReader(const Array::Impl& array)
+      : array_(array), next_(array.getValues().begin()), end_(array.getValues().end()) {}
+
+  LatticeValue at(std::uint16_t index) {
+    while (next_ != end_ && next_->first < index) ++next_;
+    if (next_ != end_ && next_->first == index) return next_->second->getValue();
+    return missing(array_, index);
+  }
+
+ private:
+  const Array::Impl& array_;
+  decltype(std::declval<Array::Impl>().getValues().begin()) next_, end_;
+};
+
+/// Visits the indices of the array's type with the values of both arrays, as long as `visit` is
+/// true.
 template <class Visit>
-bool forIndices(const Array::Impl& array, Visit visit) {
+bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit) {
   const unsigned size = ArrayType { array.getType() } -> getNumElems();
-  for (unsigned index = 1; index <= size; ++index)
-    if (!visit(static_cast<std::uint16_t>(index))) return false;
+  const Array right{other};
+  ElementReader leftElements(array), rightElements(*right.operator->());
+  for (unsigned i = 1; i <= size; ++i) {
+    const auto index = static_cast<std::uint16_t>(i);
+    if (!visit(index, leftElements.at(index), rightElements.at(index))) return false;
+  }
   return true;
 }
 
-/// A new array like this one whose every element is what `operation` makes of the index.
+/// A new array like this one whose every element is what `operation` makes of the elements of both.
 template <class Operation>
-Array mapIndices(const Array::Impl& array, Operation operation) {
+Array combine(const Array::Impl& array, const LatticeValue& other, Operation operation) {
   Array::Builder builder(array.getModel());
   builder->setType(array.getType());
   Array result = builder.create();
-  forIndices(array, [&](std::uint16_t index) {
-    result->store(index, operation(index));
+  forIndices(array, other, [&](std::uint16_t index, const auto& left, const auto& right) {
+    result->store(index, operation(left, right));
     return true;
   });
   return result;
 }
-
-/// The right operand of a lattice operation.
-class RightOperand {
- public:
-  explicit RightOperand(const LatticeValue& value) : array_(value), impl_(*array_.operator->()) {}
-  LatticeValue at(std::uint16_t index) const { return part(impl_, index); }
-
- private:
-  Array array_;
-  const Array::Impl& impl_;
-};
 
 /// Number of indices of a range; a range that ends before it starts is empty.
 std::uint16_t countOf(std::uint16_t start, std::uint16_t end) {
@@ -63,32 +74,30 @@ std::uint16_t countOf(std::uint16_t start, std::uint16_t end) {
 }  // namespace
 
 LatticeValue Array::Impl::join(const LatticeValue& other) const {
-  const RightOperand right(other);
-  return mapIndices(*this, [&](std::uint16_t i) { return part(*this, i).join(right.at(i)); });
+  return combine(*this, other, [](const auto& a, const auto& b) { return a.join(b); });
 }
 
 LatticeValue Array::Impl::meet(const LatticeValue& other) const {
-  const RightOperand right(other);
-  return mapIndices(*this, [&](std::uint16_t i) { return part(*this, i).meet(right.at(i)); });
+  return combine(*this, other, [](const auto& a, const auto& b) { return a.meet(b); });
 }
 
 LatticeValue Array::Impl::clone() const {
-  return mapIndices(*this, [&](std::uint16_t i) { return part(*this, i).clone(); });
+  return combine(*this, This(), [](const auto& a, const auto&) { return a.clone(); });
 }
 
 boolean3 Array::Impl::le(const LatticeValue& other) const {
-  const RightOperand right(other);
   OrderFold order;
-  forIndices(*this, [&](std::uint16_t i) {
-    order.add(part(*this, i).le(right.at(i)));
+  forIndices(*this, other, [&](std::uint16_t, const auto& left, const auto& right) {
+    order.add(left.le(right));
     return !order.isSettled();
   });
   return order.result();
 }
 
 bool Array::Impl::eq(const LatticeValue& other) const {
-  const RightOperand right(other);
-  return forIndices(*this, [&](std::uint16_t i) { return part(*this, i).eq(right.at(i)); });
+  return forIndices(*this, other, [](std::uint16_t, const auto& left, const auto& right) {
+    return left.eq(right);
+  });
 }
 
 LatticeValue Array::Impl::read(std::uint16_t index) const {
@@ -122,7 +131,7 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
   std::vector<LatticeValue*> slots;
   for (unsigned k = 0; k < count; ++k) {
     const auto index = static_cast<std::uint16_t>(start + k);
-    if (!values_.contains(index)) store(index, part(*this, index).clone());
+    if (!values_.contains(index)) store(index, read(index).clone());
     slots.push_back(values_.find(index)->ref());
   }
   return count == 1 ? Ref(slots.front()) : Ref(slots);

@@ -1,5 +1,7 @@
 #include <torvan/datamodel/Struct.h>
 
+#include <utility>
+
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/StructType.h>
 #include <torvan/datamodel/impl/OrderFold.h>
@@ -7,73 +9,86 @@
 namespace torvan::datamodel {
 namespace {
 
-const auto& fieldsOf(const Struct::Impl& value) {
-  return StructType { value.getType() } -> getFields();
-}
-
 Struct makeLike(const Struct::Impl& value) {
   Struct::Builder builder(value.getModel());
   builder->setType(value.getType());
   return builder.create();
 }
 
-/// A new record like this one whose every field is what `operation` makes of the field.
-template <class Operation>
-Struct mapFields(const Struct::Impl& value, Operation operation) {
-  const Struct result = makeLike(value);
-  for (const auto& [name, field] : fieldsOf(value)) result->store(name, operation(name));
-  return result;
-}
-
-/// Reads a field of the right operand: one that its type lacks reads as the left one's bottom.
-class RightOperand {
+/// Reads the fields of a record, which are asked for in ascending order of their names.
+class FieldReader {
  public:
-  RightOperand(const Struct::Impl& left, const LatticeValue& right)
-      : left_(StructType{left.getType()}), right_(right), type_(right_->getType()) {}
+  explicit FieldReader(const Struct::Impl& record)
+      : type_(record.getType()),
+        next_(record.getValues().begin()),
+        end_(record.getValues().end()) {}
 
-  LatticeValue at(const std::string& name) const {
-    LatticeValue value;
-    if (!type_ || type_->getFields().contains(name)) value = right_->at(name);
-    return value ? value : left_.at(name)->getBottom();
+  /// The stored value, or the bottom of the field's type: of the record's own, or of the type that
+  /// is read for, if the record's lacks the field.
+  LatticeValue at(const std::string& name, const StructType& readFor, const FieldType& field) {
+    while (next_ != end_ && next_->first < name) ++next_;
+    const bool isOwnType = type_ == readFor;
+    const LatticeType own = isOwnType || !type_ ? LatticeType() : type_.at(name);
+    if (isOwnType || own || !type_)
+      if (next_ != end_ && next_->first == name) return next_->second->getValue();
+    return (own ? own : field->getElemType())->getBottom();
   }
 
  private:
-  StructType left_;
-  Struct right_;
   StructType type_;
+  decltype(std::declval<Struct::Impl>().getValues().begin()) next_, end_;
 };
+
+/// Visits the fields of the record's type with the values of both records, as long as `visit` is
+/// true.
+template <class Visit>
+bool forFields(const Struct::Impl& record, const LatticeValue& other, Visit visit) {
+  const StructType type{record.getType()};
+  const Struct right{other};
+  FieldReader leftFields(record), rightFields(*right.operator->());
+  for (const auto& [name, field] : type->getFields())
+    if (!visit(name, leftFields.at(name, type, field), rightFields.at(name, type, field)))
+      return false;
+  return true;
+}
+
+/// A new record like this one whose every field is what `operation` makes of the fields of both.
+template <class Operation>
+Struct combine(const Struct::Impl& record, const LatticeValue& other, Operation operation) {
+  Struct result = makeLike(record);
+  forFields(record, other, [&](const auto& name, const auto& left, const auto& right) {
+    result->store(name, operation(left, right));
+    return true;
+  });
+  return result;
+}
 
 }  // namespace
 
 LatticeValue Struct::Impl::join(const LatticeValue& other) const {
-  const RightOperand right(*this, other);
-  return mapFields(*this, [&](const std::string& name) { return at(name).join(right.at(name)); });
+  return combine(*this, other, [](const auto& a, const auto& b) { return a.join(b); });
 }
 
 LatticeValue Struct::Impl::meet(const LatticeValue& other) const {
-  const RightOperand right(*this, other);
-  return mapFields(*this, [&](const std::string& name) { return at(name).meet(right.at(name)); });
+  return combine(*this, other, [](const auto& a, const auto& b) { return a.meet(b); });
 }
 
 LatticeValue Struct::Impl::clone() const {
-  return mapFields(*this, [&](const std::string& name) { return at(name).clone(); });
+  return combine(*this, This(), [](const auto& a, const auto&) { return a.clone(); });
 }
 
 boolean3 Struct::Impl::le(const LatticeValue& other) const {
-  const RightOperand right(*this, other);
   OrderFold order;
-  for (const auto& [name, field] : fieldsOf(*this)) {
-    order.add(at(name).le(right.at(name)));
-    if (order.isSettled()) break;
-  }
+  forFields(*this, other, [&](const auto&, const auto& left, const auto& right) {
+    order.add(left.le(right));
+    return !order.isSettled();
+  });
   return order.result();
 }
 
 bool Struct::Impl::eq(const LatticeValue& other) const {
-  const RightOperand right(*this, other);
-  for (const auto& [name, field] : fieldsOf(*this))
-    if (!at(name).eq(right.at(name))) return false;
-  return true;
+  return forFields(*this, other,
+                   [](const auto&, const auto& left, const auto& right) { return left.eq(right); });
 }
 
 LatticeValue Struct::Impl::at(const std::string& name) const {
@@ -91,7 +106,7 @@ Ref Struct::Impl::ref(const std::string& name) {
 }
 
 Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
-  const Struct result = makeLike(*this);
+  Struct result = makeLike(*this);
   for (const auto& [name, field] : values_)
     if (path.empty() || name != path.front())
       result->store(name, field->hasValue() ? field->getValue().clone() : LatticeValue());
