@@ -13,7 +13,7 @@ namespace {
 
 std::string nameOf(const LeafPort& port) {
   const bool isIn = port.direction == Direction::In;
-  const std::string number = std::to_string(port.number);
+  std::string number = std::to_string(port.number);
   switch (port.kind) {
     case SignalKind::Data:
       return (isIn ? "in" : "out") + number;
@@ -140,7 +140,7 @@ void DependenceSystem::declareNet(std::size_t net) {
 // ---------------------------------------------------------------- what is read
 LExpression DependenceSystem::elementsOf(LeafPortIndex output, std::size_t first,
                                          std::size_t count) const {
-  const LExpression all = placeOf(output);
+  LExpression all = placeOf(output);
   if (!signals_.isSplit(output) || count == signals_.size(output)) return all;
   return expressions_.createIndexRef(all, static_cast<std::uint16_t>(first),
                                      static_cast<std::uint16_t>(first + count - 1));

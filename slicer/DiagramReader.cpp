@@ -99,7 +99,7 @@ Orientation orientationOf(std::string_view style) {
 
 std::string kindOf(const pugi::xml_node& cell) {
   const std::string_view tag = cell.name();
-  const std::string given = cell.attribute("interfaceFunctionName").value();
+  std::string given = cell.attribute("interfaceFunctionName").value();
   if (!given.empty()) return given;
   if (tag == "SuperBlock") return "SUPER_f";
   if (tag == "SplitBlock") return "SPLIT_f";

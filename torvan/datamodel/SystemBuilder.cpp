@@ -11,7 +11,7 @@ Equation SystemBuilder::addEquation(const LExpression& lhs, const Term& rhs) {
   Equation::Builder builder(model_);
   builder->setLhs(lhs);
   builder->setRhs(rhs);
-  const Equation equation = builder.create();
+  Equation equation = builder.create();
   system_->getEquations().add(equation);
   return equation;
 }

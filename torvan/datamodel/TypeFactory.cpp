@@ -20,7 +20,7 @@ PowerSetType TypeFactory::createPowerSetType(const std::string& name, std::uint1
   PowerSetType::Builder builder(model_);
   builder->basicSetName(name);
   builder->basicSetNumElems(numElems);
-  const PowerSetType type = builder.create();
+  PowerSetType type = builder.create();
 
   const BitSet none(numElems);
   type->setTop(values().createPowerSet(type, ~none));
@@ -30,7 +30,7 @@ PowerSetType TypeFactory::createPowerSetType(const std::string& name, std::uint1
 
 PowerSetType TypeFactory::createPowerSetType(const std::string& name,
                                              const std::vector<std::string>& elements) {
-  const PowerSetType type = createPowerSetType(name, static_cast<std::uint16_t>(elements.size()));
+  PowerSetType type = createPowerSetType(name, static_cast<std::uint16_t>(elements.size()));
   auto& universe = type->getUniverse();
   universe.reserve(elements.size());
   for (const std::string& element : elements) universe.add(element);
@@ -44,7 +44,7 @@ StructType TypeFactory::createStructType(const std::string& name,
   StructType::Builder builder(model_);
   builder->basicSetName(name);
   builder->basicSetNumElems(1);
-  const StructType type = builder.create();
+  StructType type = builder.create();
 
   std::vector<LatticeValue> tops, bottoms;
   for (std::size_t i = 0; i < std::min(fieldNames.size(), fieldTypes.size()); ++i) {
@@ -63,7 +63,7 @@ ArrayType TypeFactory::createArrayType(const std::string& name, const LatticeTyp
   builder->basicSetName(name);
   builder->setElemType(elemType);
   builder->basicSetNumElems(size);
-  const ArrayType type = builder.create();
+  ArrayType type = builder.create();
 
   std::vector<std::uint16_t> indices(size);
   std::iota(indices.begin(), indices.end(), std::uint16_t{1});

@@ -14,7 +14,7 @@ Value makeComposite(const orb::zero::Model& model, const Type& type, const std::
   assert(keys.size() == values.size());
   typename Value::Builder builder(model);
   builder->setType(type);
-  const Value value = builder.create();
+  Value value = builder.create();
   for (std::size_t i = 0; i < std::min(keys.size(), values.size()); ++i)
     value->store(keys[i], values[i]);
   return value;
