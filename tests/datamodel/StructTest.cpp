@@ -100,5 +100,16 @@ TEST_F(StructTest, PruneGoesDeep) {
             "CannotCastIncompatibleTypes(torvan.datamodel.Struct)");
 }
 
+TEST_F(StructTest, WithoutATypeReadsWhatIsStored) {
+  const Struct record = make<Struct>();
+  EXPECT_FALSE(record.at("a"));
+  EXPECT_FALSE(record.ref("a").deref());
+  EXPECT_EQ(record->getValues().size(), 1U);
+  const Array array = make<Array>();
+  EXPECT_FALSE(array.at(2));
+  EXPECT_FALSE(array.ref(2).deref());
+  EXPECT_EQ(array->getValues().size(), 1U);
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

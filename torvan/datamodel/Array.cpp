@@ -102,7 +102,7 @@ bool Array::Impl::eq(const LatticeValue& other) const {
 
 LatticeValue Array::Impl::read(std::uint16_t index) const {
   if (const ArrayElem::Impl* const element = values_.find(index)) return element->getValue();
-  return getType()->getBottom();
+  return hasType() ? getType()->getBottom() : LatticeValue();
 }
 
 LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
@@ -131,7 +131,10 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
   std::vector<LatticeValue*> slots;
   for (unsigned k = 0; k < count; ++k) {
     const auto index = static_cast<std::uint16_t>(start + k);
-    if (!values_.contains(index)) store(index, read(index).clone());
+    if (!values_.contains(index)) {
+      const LatticeValue bottom = read(index);
+      store(index, bottom ? bottom.clone() : LatticeValue());
+    }
     slots.push_back(values_.find(index)->ref());
   }
   return count == 1 ? Ref(slots.front()) : Ref(slots);

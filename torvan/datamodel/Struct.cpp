@@ -93,8 +93,9 @@ bool Struct::Impl::eq(const LatticeValue& other) const {
 
 LatticeValue Struct::Impl::at(const std::string& name) const {
   if (const FieldElem::Impl* const field = values_.find(name)) return field->getValue();
-  const LatticeType type = StructType{getType()}.at(name);
-  return type ? type->getBottom() : LatticeValue();
+  const StructType type{getType()};
+  const LatticeType fieldType = type ? type.at(name) : LatticeType();
+  return fieldType ? fieldType->getBottom() : LatticeValue();
 }
 
 Ref Struct::Impl::ref(const std::string& name) {

@@ -21,7 +21,7 @@ class TORVAN_DATAMODEL_API Struct : public orb::zero::Handle<Struct, LatticeValu
   using Handle::Handle;
 
   /// The value of the field: the stored element itself, or the bottom of the field's type. An empty
-  /// handle when neither the record nor its type has the field.
+  /// handle when neither the record nor its type has the field, or it has no type.
   LatticeValue at(const std::string& name) const;
   /// The place of the field, to be written; see `Ref`. A field that is not stored is stored first,
   /// with a clone of its bottom, or with nothing when the type lacks it.
