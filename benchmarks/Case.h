@@ -63,5 +63,6 @@ void addKeyedCases();
 void addSystemCases();
 void addExpressionCases();
 void addReferenceCases();
+void addQueryCases();
 
 }  // namespace torvan::datamodel::benchmarks

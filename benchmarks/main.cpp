@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
   addSystemCases();
   addExpressionCases();
   addReferenceCases();
+  addQueryCases();
 
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;

@@ -5,6 +5,7 @@
 #include <orb/zero/Builder.h>
 #include <orb/zero/Exception.h>
 #include <orb/zero/ModelElement.h>
+#include <orb/zero/query/Constrainables.h>
 
 namespace orb::zero {
 
@@ -15,6 +16,7 @@ class ORB_ZERO_API Handle : public Base {
  public:
   using Super = Base;
   class Builder;
+  class Constrainables;
 
   /// An empty handle.
   Handle() = default;
@@ -65,6 +67,18 @@ class Handle<X, Base>::Builder : public ModelElement::Builder {
   /// Makes the element, with a new UUID or a given one (see `ModelElement::Builder`).
   X create() { return Handle::of(this->make()); }
   X create(const uuid& id) { return Handle::of(this->make(id)); }
+};
+
+/// What a query may ask of elements of class X. A class with properties of its own derives its
+/// `Constrainables` from this one, and adds an accessor for each.
+template <class X, class Base>
+class Handle<X, Base>::Constrainables : public Base::Constrainables {
+ public:
+  /// Has the query search the class. Raises "InvalidValue" when this is not X or derived from it,
+  /// or leads out of what the query searches (see `AbstractQuery::narrow`).
+  Constrainables(query::AbstractQuery& query, const meta::ClassInfo& type,
+                 query::SearchClassMatchMode mode)
+      : Base::Constrainables(query, Constrainables::checked(type, metaClass()), mode) {}
 };
 
 }  // namespace orb::zero

@@ -29,6 +29,7 @@ class ORB_ZERO_API ModelElement {
  public:
   class Impl;
   class Builder;
+  class Constrainables;
 
   ModelElement() noexcept = default;
   explicit ModelElement(Impl* element) noexcept;

@@ -8,6 +8,7 @@
 namespace torvan::datamodel {
 
 namespace meta = orb::zero::meta;
+namespace query = orb::zero::query;
 using meta::Instances, meta::Row, meta::Table;
 
 using orb::zero::ModelElement;

@@ -21,6 +21,13 @@ class TORVAN_DATAMODEL_API Array : public orb::zero::Handle<Array, IndexableValu
   using Handle::Handle;
 
   static const Property& values() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection values() const { return Array::values(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -22,6 +22,14 @@ class TORVAN_DATAMODEL_API ArrayElem
 
   static const Property& index() { return property(1); }
   static const Property& value() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<std::uint16_t> index() const { return ArrayElem::index(); }
+    query::Reference value() const { return ArrayElem::value(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -16,6 +16,13 @@ class TORVAN_DATAMODEL_API ArrayType : public orb::zero::Handle<ArrayType, Latti
   using Handle::Handle;
 
   static const Property& elemType() { return property(5); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference elemType() const { return ArrayType::elemType(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -16,6 +16,15 @@ class TORVAN_DATAMODEL_API Conditional : public orb::zero::Handle<Conditional, E
   static const Property& ctrlExpr() { return property(2); }
   static const Property& operandTrue() { return property(3); }
   static const Property& operandFalse() { return property(4); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference ctrlExpr() const { return Conditional::ctrlExpr(); }
+    query::Reference operandTrue() const { return Conditional::operandTrue(); }
+    query::Reference operandFalse() const { return Conditional::operandFalse(); }
+  };
 };
 
 }  // namespace torvan::datamodel

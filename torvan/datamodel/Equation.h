@@ -28,6 +28,14 @@ class TORVAN_DATAMODEL_API Equation : public orb::zero::Handle<Equation, orb::ze
 
   static const Property& lhs() { return property(1); }
   static const Property& rhs() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference lhs() const { return Equation::lhs(); }
+    query::Reference rhs() const { return Equation::rhs(); }
+  };
 };
 
 }  // namespace torvan::datamodel

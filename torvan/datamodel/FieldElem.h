@@ -24,6 +24,14 @@ class TORVAN_DATAMODEL_API FieldElem
 
   static const Property& name() { return property(1); }
   static const Property& value() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<std::string> name() const { return FieldElem::name(); }
+    query::Reference value() const { return FieldElem::value(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -19,6 +19,14 @@ class TORVAN_DATAMODEL_API FieldType
 
   static const Property& name() { return property(1); }
   static const Property& elemType() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<std::string> name() const { return FieldType::name(); }
+    query::Reference elemType() const { return FieldType::elemType(); }
+  };
 };
 
 }  // namespace torvan::datamodel

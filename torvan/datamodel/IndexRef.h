@@ -16,6 +16,15 @@ class TORVAN_DATAMODEL_API IndexRef : public orb::zero::Handle<IndexRef, LExpres
   static const Property& expr() { return property(2); }
   static const Property& startIndex() { return property(3); }
   static const Property& endIndex() { return property(4); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference expr() const { return IndexRef::expr(); }
+    query::Primitive<std::uint16_t> startIndex() const { return IndexRef::startIndex(); }
+    query::Primitive<std::uint16_t> endIndex() const { return IndexRef::endIndex(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -15,6 +15,13 @@ class TORVAN_DATAMODEL_API Join : public orb::zero::Handle<Join, Expression> {
   using Handle::Handle;
 
   static const Property& operands() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection operands() const { return Join::operands(); }
+  };
 };
 
 }  // namespace torvan::datamodel

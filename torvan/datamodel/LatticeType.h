@@ -28,6 +28,16 @@ class TORVAN_DATAMODEL_API LatticeType
   static const Property& numElems() { return property(2); }
   static const Property& top() { return property(3); }
   static const Property& bottom() { return property(4); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<std::string> name() const { return LatticeType::name(); }
+    query::Primitive<std::uint16_t> numElems() const { return LatticeType::numElems(); }
+    query::Reference top() const { return LatticeType::top(); }
+    query::Reference bottom() const { return LatticeType::bottom(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -14,6 +14,13 @@ class TORVAN_DATAMODEL_API Meet : public orb::zero::Handle<Meet, Expression> {
   using Handle::Handle;
 
   static const Property& operands() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection operands() const { return Meet::operands(); }
+  };
 };
 
 }  // namespace torvan::datamodel

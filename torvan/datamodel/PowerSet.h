@@ -4,6 +4,7 @@
 #define TORVAN_DATAMODEL_POWERSET_H
 
 #include <torvan/datamodel/Api.h>
+#include <torvan/datamodel/BitSet.h>
 
 namespace torvan::datamodel {
 
@@ -25,6 +26,13 @@ class TORVAN_DATAMODEL_API PowerSet : public orb::zero::Handle<PowerSet, Indexab
   using Handle::Handle;
 
   static const Property& value() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<BitSet> value() const { return PowerSet::value(); }
+  };
 };
 
 }  // namespace torvan::datamodel

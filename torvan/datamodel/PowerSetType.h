@@ -17,6 +17,13 @@ class TORVAN_DATAMODEL_API PowerSetType : public orb::zero::Handle<PowerSetType,
   using Handle::Handle;
 
   static const Property& universe() { return property(5); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::PrimitiveCollection<std::string> universe() const { return PowerSetType::universe(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -16,6 +16,14 @@ class TORVAN_DATAMODEL_API Prune : public orb::zero::Handle<Prune, Expression> {
 
   static const Property& expr() { return property(2); }
   static const Property& field() { return property(3); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference expr() const { return Prune::expr(); }
+    query::PrimitiveCollection<std::string> field() const { return Prune::field(); }
+  };
 };
 
 }  // namespace torvan::datamodel

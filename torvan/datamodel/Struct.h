@@ -33,6 +33,13 @@ class TORVAN_DATAMODEL_API Struct : public orb::zero::Handle<Struct, LatticeValu
   Struct prune(const std::vector<std::string>& path) const;
 
   static const Property& values() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection values() const { return Struct::values(); }
+  };
 };
 
 }  // namespace torvan::datamodel

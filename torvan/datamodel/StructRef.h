@@ -15,6 +15,14 @@ class TORVAN_DATAMODEL_API StructRef : public orb::zero::Handle<StructRef, LExpr
 
   static const Property& expr() { return property(2); }
   static const Property& field() { return property(3); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference expr() const { return StructRef::expr(); }
+    query::Primitive<std::string> field() const { return StructRef::field(); }
+  };
 };
 
 }  // namespace torvan::datamodel

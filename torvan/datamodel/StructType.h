@@ -23,6 +23,13 @@ class TORVAN_DATAMODEL_API StructType : public orb::zero::Handle<StructType, Lat
   LatticeType at(const std::string& name) const;
 
   static const Property& fields() { return property(5); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection fields() const { return StructType::fields(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -14,6 +14,13 @@ class TORVAN_DATAMODEL_API System : public orb::zero::Handle<System, orb::zero::
   using Handle::Handle;
 
   static const Property& equations() { return property(1); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::ElementCollection equations() const { return System::equations(); }
+  };
 };
 
 }  // namespace torvan::datamodel

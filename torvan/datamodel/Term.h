@@ -16,6 +16,13 @@ class TORVAN_DATAMODEL_API Term : public orb::zero::Handle<Term, orb::zero::Mode
   using Handle::Handle;
 
   static const Property& type() { return property(1); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Reference type() const { return Term::type(); }
+  };
 };
 
 }  // namespace torvan::datamodel

@@ -15,6 +15,13 @@ class TORVAN_DATAMODEL_API Variable : public orb::zero::Handle<Variable, LExpres
   using Handle::Handle;
 
   static const Property& name() { return property(2); }
+
+  class Constrainables : public Handle::Constrainables {
+   public:
+    using Handle::Constrainables::Constrainables;
+
+    query::Primitive<std::string> name() const { return Variable::name(); }
+  };
 };
 
 }  // namespace torvan::datamodel

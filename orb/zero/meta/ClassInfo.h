@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <typeinfo>
 
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/Uuid.h>
@@ -38,11 +39,15 @@ class TargetVisitor {
   ~TargetVisitor() = default;
 };
 
-/// The services of a property that undo, destruction and the end of a model use.
+/// The services of a property that undo, destruction, the end of a model and queries use.
 struct PropertyServices {
   /// Copies the value into the undo record, or back; none for collections, which log each change.
   void (*save)(const Element&, Storage&) = nullptr;
   void (*restore)(Element&, Storage&) noexcept = nullptr;
+  /// Whether a value was given, an element is named, a collection is not empty.
+  bool (*has)(const Element&) = nullptr;
+  /// Where the value is: a primitive one, a `ModelElement`, or a collection.
+  const void* (*slot)(const Element&) = nullptr;
   /// Shows every element that the property names.
   void (*targets)(const Element&, TargetVisitor&) = nullptr;
   /// Puts the element into the owned collection, checked; none for other properties.
@@ -67,6 +72,7 @@ struct PropertyInfo {
   std::string_view className;  ///< dotted name of the class that declares it
   const ClassInfo& (*type)();  ///< class of the values, null for primitive ones
   PropertyServices services;
+  const std::type_info* primitive = nullptr;  ///< type of the values, null for elements
 
   /// "torvan.datamodel.ArrayElem.index"
   std::string getQualifiedName() const { return std::string(className) + '.' + std::string(name); }
@@ -90,6 +96,11 @@ struct ClassInfo {
     const ClassInfo* level = this;
     while (level && level != &other) level = level->superclass;
     return level != nullptr;
+  }
+  /// Whether it is a property of the class, its own or an inherited one.
+  bool has(const PropertyInfo& property) const noexcept {
+    const auto place = static_cast<std::size_t>(property.position) - 1;
+    return place < all.size() && *all[place] == property;
   }
   friend bool operator==(const ClassInfo& a, const ClassInfo& b) { return a.id == b.id; }
 };

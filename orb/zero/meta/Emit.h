@@ -61,6 +61,20 @@ consteval PropertyServices emitServices() {
     services.save = [](const Element& e, Storage& s) { A::old(s) = A::slot(e); };
     services.restore = [](Element& e, Storage& s) noexcept { A::slot(e) = std::move(A::old(s)); };
   }
+  services.has = [](const Element& e) -> bool {
+    if constexpr (K::value != ValueKind::Single)
+      return !A::slot(e).empty();
+    else if constexpr (requires { K::type(); })
+      return static_cast<bool>(A::slot(e));
+    else
+      return e.isGiven(A::row.position);
+  };
+  services.slot = [](const Element& e) -> const void* {
+    if constexpr (std::is_base_of_v<ModelElement, Member>)
+      return static_cast<const ModelElement*>(&A::slot(e));
+    else
+      return &A::slot(e);
+  };
   services.targets = [](const Element& e, TargetVisitor& visitor) {
     if constexpr (requires { K::type(); }) K::targets(A::slot(e), visitor);
   };
@@ -85,6 +99,8 @@ consteval PropertyInfo emitProperty() {
   PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
                     A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
   if constexpr (requires { K::type(); }) info.type = &K::type;
+  if constexpr (requires { typename K::Primitive; })
+    info.primitive = &typeid(typename K::Primitive);
   return info;
 }
 

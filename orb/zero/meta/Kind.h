@@ -9,6 +9,7 @@
 /// What differs between the kinds of property. A new kind is one more specialisation of `Kind`:
 ///   value                              how many values, and whether they are owned
 ///   type()                             class of the values, absent for primitive ones
+///   Primitive                          type of the values, absent for elements
 ///   Old                                what an undo record keeps, absent for collections, which
 ///                                      log every change by themselves
 ///   targets, add, release, clear, forget   see `PropertyServices`; absent where there is nothing
@@ -17,6 +18,7 @@ namespace orb::zero::meta {
 /// A single primitive value. Whether it was ever given is a bit of the element.
 template <class Member>
 struct Kind {
+  using Primitive = Member;
   using Old = Member;
   static constexpr ValueKind value = ValueKind::Single;
   static constexpr bool isOwning = false;
@@ -69,6 +71,7 @@ struct Kind<ReferenceSequence<E>>
 
 template <class T>
 struct Kind<PrimitiveSequence<T>> {
+  using Primitive = T;
   static constexpr ValueKind value = ValueKind::Collection;
   static constexpr bool isOwning = false;
 };
