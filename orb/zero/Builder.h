@@ -68,7 +68,7 @@ class ORB_ZERO_API ModelElement::Builder::Orchestrator {
   ModelElement create(Builder& builder, const uuid& id);
   /// The element created first; empty before.
   const ModelElement& getCreatedElement() const noexcept { return created_; }
-  void commit() noexcept { unit_.commit(); }
+  void commit() { unit_.commit(); }
 
  private:
   Transaction unit_;

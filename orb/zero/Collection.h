@@ -4,8 +4,9 @@
 #include <utility>
 
 #include <orb/zero/Slot.h>
+#include <orb/zero/Storage.h>
 #include <orb/zero/Transaction.h>
-#include <orb/zero/UndoRecord.h>
+#include <orb/zero/Unit.h>
 
 namespace orb::zero {
 
@@ -27,16 +28,19 @@ class ORB_ZERO_API Collection {
   const meta::PropertyInfo& property() const { return property_(); }
 
   bool isRecorded() const noexcept { return owner_.isRecorded(); }
-  /// Puts the inverse of a change into the log, to be called before the change; only while
-  /// `isRecorded()`. Returns the logged function object.
-  template <class Undo>
-  Undo& log(Undo undo) const {
+  /// Puts a change into the log, to be called before it is made; only while `isRecorded()`. A
+  /// `Change` has `exchange(bool links)`, see `CollectionChange`. Returns the logged one.
+  template <class Change>
+  Change& log(Change change) const {
+    const int position = property().position;
+    Storage& storage = owner_.storageOfSavepoint();
     TransactionCoordinator& transactions = owner_.model().transactions();
     transactions.reserve();
-    auto record = std::make_unique<Change<Undo>>(owner_, std::move(undo));
-    Undo& logged = record->undo_;
-    transactions.log(std::move(record));
-    return logged;
+    auto* const record =
+        new (owner_.model()) Record<Change>(owner_, position, std::move(change));
+    storage.add(*record);
+    transactions.log(std::unique_ptr<UndoRecord>(record));
+    return record->change_;
   }
 
   /// Whether the element is a child of this collection.
@@ -59,12 +63,14 @@ class ORB_ZERO_API Collection {
   }
 
  private:
-  template <class Undo>
-  struct Change final : UndoRecord {
-    Change(ModelElement::Impl& owner, Undo undo) : UndoRecord(owner), undo_(std::move(undo)) {}
-    void undo() noexcept override { undo_(); }
+  template <class Change>
+  struct Record final : CollectionChange {
+    Record(ModelElement::Impl& owner, int position, Change change)
+        : CollectionChange(owner, position), change_(std::move(change)) {}
+    void exchange(bool links) noexcept override { change_.exchange(links); }
+    std::size_t size() const noexcept override { return sizeof *this; }
 
-    Undo undo_;
+    Change change_;
   };
 
   ModelElement::Impl& owner_;

@@ -48,6 +48,7 @@ class ElementMap : public Collection {
   /// stored already does nothing.
   void insert(const ModelElement& element,
               CollisionResolution resolution = CollisionResolution::Report) {
+    owner().checkNoProxy();
     owner().checkInsertion(element, E::metaClass());
     ModelElement::Impl& child = *element.get();
     const K key = key_(child);
@@ -60,13 +61,22 @@ class ElementMap : public Collection {
       insert(element);
       return unit.commit();
     }
+    Unit unit(owner());
     move(child, [&] { put(key, child); });
+    unit.commit();
   }
   void add(const ModelElement& element) { insert(element); }
 
   /// Takes out what is stored under the key, if anything is; it becomes a top-level element.
   void erase(const K& key) {
+    owner().checkNoProxy();
     if (const auto found = content_.find(key); found != content_.end()) take(found);
+  }
+  void clear() {
+    owner().checkNoProxy();
+    Unit unit(owner());
+    while (!empty()) take(content_.begin());
+    unit.commit();
   }
 
   /// Stores the child under another key; `rename` then changes the key itself and does not fail.
@@ -74,10 +84,10 @@ class ElementMap : public Collection {
   template <class Rename>
   void rekey(ModelElement::Impl& child, const K& key, Rename rename) {
     if (content_.contains(key)) raise("UniquenessConstraint");
-    const K before = key_(child);
-    if (isRecorded()) log([this, before, key] { changeKey(key, before); });
+    Renaming renaming{*this, key_(child), key, key};
+    if (isRecorded()) log(renaming);
     rename();
-    changeKey(before, key);
+    renaming.exchange(true);
   }
 
   // What the owner's property does with it (see `meta::PropertyServices`).
@@ -87,6 +97,27 @@ class ElementMap : public Collection {
   void release(const ModelElement::Impl& child) {
     const auto found = content_.find(key_(child));
     if (found != content_.end() && found->second.get() == &child) take(found);
+  }
+  void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
+    erase(key_(child));
+    add(ModelElement(&other));
+  }
+  template <class F>
+  void forEach(F visit) const {
+    for (const auto& [key, child] : content_) visit(child);
+  }
+  /// What is compared of it (see `Storage::isUnchanged`).
+  struct Snapshot {
+    friend bool operator==(const Snapshot& a, const Snapshot& b) {
+      return a.size == b.size && a.size <= 1 && a.key == b.key && a.child == b.child;
+    }
+    std::size_t size;
+    K key;
+    const ModelElement::Impl* child;
+  };
+  Snapshot snapshot() const {
+    if (empty()) return {0, K(), nullptr};
+    return {size(), begin()->first, begin()->second.get()};
   }
   void reset() noexcept {
     for (const auto& [key, child] : content_) disown(*child.get());
@@ -98,14 +129,32 @@ class ElementMap : public Collection {
 
  private:
   using Place = typename Content::iterator;
-  /// Undoes a removal with the very node, so that it needs no memory.
-  struct PutBack {
-    void operator()() noexcept {
-      map.adopt(*node.mapped().get());
+  /// An entry that came or went. The node goes back and forth, so that neither way needs memory.
+  struct Presence {
+    void exchange(bool links) noexcept {
+      if (node) {
+        if (links) map.adopt(*node.mapped().get());
+        map.content_.insert(std::move(node));
+      } else {
+        node = map.content_.extract(key);
+        if (links) map.disown(*node.mapped().get());
+      }
+    }
+    ElementMap& map;
+    K key;
+    typename Content::node_type node;
+  };
+  /// An entry that is stored under another key.
+  struct Renaming {
+    void exchange(bool) noexcept {
+      auto node = map.content_.extract(now);
+      std::swap(node.key(), spare);
+      std::swap(now, other);
       map.content_.insert(std::move(node));
     }
     ElementMap& map;
-    typename Content::node_type node;
+    K now, other;
+    K spare;  // equal to `other`
   };
 
   /// Where the key is or would be; at once for one that comes last.
@@ -116,30 +165,21 @@ class ElementMap : public Collection {
   void put(const K& key, ModelElement::Impl& child) {
     Content staged;
     staged.emplace(key, Slot<E>(&child));
-    if (isRecorded()) {
-      log([this, key] {
-        const Place place = content_.find(key);
-        disown(*place->second.get());
-        content_.erase(place);
-      });
-    }
+    if (isRecorded()) log(Presence{*this, key, {}});
     content_.insert(placeOf(key), staged.extract(staged.begin()));
     adopt(child);
   }
   void take(Place place) {
+    Unit unit(owner());
     ModelElement::Impl& child = *place->second.get();
     if (isRecorded()) {
-      PutBack& back = log(PutBack{*this, {}});
-      back.node = content_.extract(place);
+      Presence& presence = log(Presence{*this, place->first, {}});
+      presence.node = content_.extract(place);
     } else {
       content_.erase(place);
     }
     disown(child);
-  }
-  void changeKey(const K& from, const K& to) {
-    auto node = content_.extract(from);
-    node.key() = to;
-    content_.insert(std::move(node));
+    unit.commit();
   }
 
   Content content_;

@@ -22,7 +22,7 @@ bool ElementRange::Iterator::operator==(std::default_sentinel_t) const noexcept 
 ElementRange::Iterator& ElementRange::Iterator::settle() {
   for (; index_ < range_->model_->births(); ++index_) {
     const ModelElement::Impl* const element = range_->model_->born(index_);
-    if (!element || !element->isAlive()) continue;
+    if (!element || !element->isMember()) continue;
     if (!range_->type_) break;
     const meta::ClassInfo& type = element->getMetaClass();
     if (range_->mode_ == query::SearchClassMatchMode::ThisClassOnly ? type == *range_->type_

@@ -42,6 +42,10 @@ class ORB_ZERO_API Handle : public Base {
   /// Makes an empty element. Raises "UniquenessConstraint" when a live element of the model has
   /// the UUID, and "InvalidValue" when X is abstract.
   static X create(const Model& model, const uuid& id) { return of(model->create(metaClass(), id)); }
+  /// The stand-in for an X that is not there (see `Model::createProxy`).
+  static X createProxy(const Model& model, const uuid& id) {
+    return X(model.createProxy(metaClass(), id));
+  }
 
  protected:
   /// A handle of an element that is known to be an X.

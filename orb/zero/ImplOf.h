@@ -14,6 +14,11 @@
 
 namespace orb::zero {
 
+namespace meta {
+template <class X>
+struct StorageOf;
+}
+
 /// Base of `X::Impl`: what every element class does alike, on top of the Impl of its superclass.
 /// `X::Impl` adds its slots, a static constexpr `table`, and one line per accessor.
 template <class X>
@@ -23,8 +28,10 @@ class ImplOf : public X::Super::Impl {
   /// A handle to this element.
   X This() const { return X(ModelElement(const_cast<ImplOf*>(this))); }
 
- protected:
-  using enum meta::Flag;  // for the table
+  using Storage = meta::StorageOf<X>;
+  using BuilderImpl = typename Handle<X, typename X::Super>::Builder;
+
+  // What the accessors of a property are made of.
 
   /// Whether the single property is there: a reference to a live element, or a value once given.
   template <auto Member>
@@ -42,27 +49,48 @@ class ImplOf : public X::Super::Impl {
     slot = std::forward<Given>(value);
     if constexpr (!std::derived_from<std::remove_cvref_t<decltype(slot)>, ModelElement>)
       this->setGiven(meta::positionOf(Member), true);
+    else if (slot.get())
+      this->noteReference(*slot.get());
   }
   /// The guarded setter. Setting what is set already has no effect; a destroyed element is as good
-  /// as none; one of another model raises "CannotCreateCrossModelAssociation".
+  /// as none; one of another model raises "CannotCreateCrossModelAssociation", and a proxy as the
+  /// receiver "CannotModifyProxy".
   template <auto Member, class Given>
   void set(Given&& value) {
+    this->checkNoProxy();
     auto& slot = static_cast<typename X::Impl&>(*this).*Member;
     if constexpr (std::derived_from<std::remove_cvref_t<Given>, ModelElement>) {
       if (slot.get() == (value ? value.get() : nullptr)) return;
       this->checkCompatibleModel(value);
+      Unit unit(*this);
       this->notifyModifying(meta::positionOf(Member));
       if (value)
-        slot = value;
+        basicSet<Member>(value);
       else
         slot.clear();
+      unit.commit();
     } else {
       if (has<Member>() && slot == value) return;
       std::remove_cvref_t<decltype(slot)> copy(std::forward<Given>(value));
+      Unit unit(*this);
       this->notifyModifying(meta::positionOf(Member));
       basicSet<Member>(std::move(copy));
+      unit.commit();
     }
   }
+  /// Takes a primitive value back to what it is before it is given.
+  template <auto Member>
+  void unset() {
+    if (!has<Member>()) return;
+    Unit unit(*this);
+    this->notifyModifying(meta::positionOf(Member));
+    static_cast<typename X::Impl&>(*this).*Member = {};
+    this->setGiven(meta::positionOf(Member), false);
+    unit.commit();
+  }
+
+ protected:
+  using enum meta::Flag;  // for the table
 };
 
 }  // namespace orb::zero

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <utility>
 
 #include <orb/zero/Api.h>
@@ -13,6 +14,7 @@ namespace orb::zero {
 class ElementRange;
 class ModelConstellation;
 class ModelElement;
+class ModelListener;
 class Transaction;
 namespace meta {
 struct ClassInfo;
@@ -26,6 +28,7 @@ struct ClassInfo;
 class ORB_ZERO_API Model {
  public:
   class Impl;
+  class Freezer;
 
   /// Makes an empty model.
   static Model create(const uuid& identity, const ModelConstellation& constellation,
@@ -57,6 +60,29 @@ class ORB_ZERO_API Model {
   /// proportional to the size of the model: call it whenever the size has doubled. Elements that
   /// are older than an open transaction stay.
   std::size_t reclaim() const;
+  /// The stand-in for an element of this class and UUID that is not there: the one that the model
+  /// has, or a new one. Raises "InvalidValue" for an abstract class, and when the model has a proxy
+  /// of this UUID for another class.
+  ModelElement createProxy(const meta::ClassInfo& type, const uuid& id) const;
+
+  // Listeners, history and freezing change between transactions only; in an open one they raise
+  // "TransactionInProgress".
+
+  /// Has the listener told of every committed outermost transaction, and of every single change
+  /// outside of one, through the work queue.
+  void addListener(std::shared_ptr<ModelListener> listener) const;
+  void removeListener(const std::shared_ptr<ModelListener>& listener) const;
+
+  /// Keeps the latest committed transactions, so many at most, and single changes like them, for
+  /// `undo` and `redo`; 0, as at first, keeps none. Elements that these know are not reclaimed.
+  void setHistoryLimit(std::size_t steps) const;
+  /// Takes the latest transaction back; false when none is kept. Listeners are told.
+  bool undo() const;
+  /// Makes again what was taken back last; false when there is none, as after any other change.
+  bool redo() const;
+  std::size_t undoSteps() const noexcept;
+  std::size_t redoSteps() const noexcept;
+
   /// Opens a transaction that is rolled back when it leaves its scope uncommitted.
   [[nodiscard]] Transaction beginTransaction() const;
 
@@ -65,6 +91,27 @@ class ORB_ZERO_API Model {
 
  private:
   Impl* impl_;
+};
+
+/// Freezes models: every change of a frozen one raises "CannotModifyFrozenModel".
+class ORB_ZERO_API Model::Freezer {
+ public:
+  static void freeze(const Model& model);
+  static bool isFrozen(const Model& model) noexcept;
+
+  /// Lets a frozen model be changed as long as it lives.
+  class ORB_ZERO_API Thaw {
+   public:
+    explicit Thaw(const Model& model);
+    Thaw(const Thaw&) = delete;
+    Thaw& operator=(const Thaw&) = delete;
+    ~Thaw();
+
+   private:
+    Model model_;
+    bool wasFrozen_;
+  };
+  [[nodiscard]] static Thaw thaw(const Model& model) { return Thaw(model); }
 };
 
 }  // namespace orb::zero

@@ -25,18 +25,34 @@ void ModelElement::Impl::lastSlot() noexcept {
   if (outside_ == 0) model_->free(*this);
 }
 
-void ModelElement::Impl::recordValue(int position) {
+Storage& ModelElement::Impl::storageOfSavepoint() {
   TransactionCoordinator& transactions = model_->transactions();
   if (!storage_ || storage_->era() < transactions.era()) {
     transactions.reserve();
-    transactions.log(getMetaClass().makeStorage(*this));
+    std::unique_ptr<Storage> storage = createStorage();
+    storage->push(transactions.era());
+    transactions.log(std::move(storage));
   }
-  storage_->keep(*getMetaClass().all[static_cast<std::size_t>(position) - 1]);
+  return *storage_;
 }
 
-void ModelElement::Impl::checkCompatibleModel(const ModelElement& target) const {
-  if (target.get() && target.get()->model_ != model_) raise("CannotCreateCrossModelAssociation");
+void ModelElement::Impl::recordValue(int position) {
+  Storage& storage = storageOfSavepoint();
+  if (!storage.isChanged(position))
+    storage.keep(*getMetaClass().all[static_cast<std::size_t>(position) - 1]);
 }
+
+std::unique_ptr<Storage> ModelElement::Impl::createStorage() const {
+  return getMetaClass().makeStorage(const_cast<Impl&>(*this));
+}
+void ModelElement::Impl::copyValue(Storage& storage, int position) const {
+  const meta::PropertyInfo* const property = getPropertyByIndex(position);
+  if (property && property->services.save && !storage.isChanged(position)) storage.keep(*property);
+}
+void ModelElement::Impl::copyStateFromStorage(Storage& storage) noexcept { storage.flip(); }
+
+void ModelElement::Impl::raiseCrossModel() { raise("CannotCreateCrossModelAssociation"); }
+void ModelElement::Impl::raiseProxy() { raise("CannotModifyProxy"); }
 
 void ModelElement::Impl::checkInsertion(const ModelElement& element,
                                         const meta::ClassInfo& expected) const {

@@ -35,9 +35,9 @@ class ORB_ZERO_API ModelElement {
   explicit ModelElement(Impl* element) noexcept;
   ModelElement(const ModelElement& other) noexcept : ModelElement(other.get()) {}
   ModelElement(ModelElement&& other) noexcept { *this = std::move(other); }
-  ModelElement& operator=(const ModelElement& other) noexcept { return assign(other.get()); }
+  ModelElement& operator=(const ModelElement& other) noexcept { return assignHandle(other.get()); }
   ModelElement& operator=(ModelElement&& other) noexcept {
-    if ((word_ | other.word_) & slotTag) return assign(other.get());  // nobody steals from a slot
+    if ((word_ | other.word_) & slotTag) return assignHandle(other.get());  // not from a slot
     std::swap(word_, other.word_);
     return *this;
   }
@@ -70,6 +70,8 @@ class ORB_ZERO_API ModelElement {
   void forget() noexcept { word_ &= slotTag; }      // lets go without telling the element
   void exchange(ModelElement& other) noexcept { std::swap(word_, other.word_); }  // of two slots
   ModelElement& assign(Impl* target) noexcept;
+  /// The same for a slot whose element does not know, as it is written by its address.
+  ModelElement& assignHandle(Impl* target) noexcept;
   /// Raises the error of a handle that refers to no live element of its class.
   [[noreturn]] static void raiseEmpty(const meta::ClassInfo& expected);
 

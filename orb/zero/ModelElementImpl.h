@@ -1,12 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
 
 #include <orb/zero/Model.h>
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/meta/ClassInfo.h>
 
 namespace orb::zero {
+
+class Value;
+struct ElementChange;
+
+/// Whether a value that names a proxy is given as the element that the proxy stands for, when the
+/// model has that.
+enum class ProxyTag { Resolve, Keep };
+
+/// What a proxy stands for.
+struct ProxyId {
+  uuid id;
+  const meta::ClassInfo* type;
+};
 
 /// What every element is: identity, class, model, owner and the counts of what refers to it. A
 /// model class derives from it (through `ImplOf`) and adds its properties.
@@ -24,6 +40,78 @@ class ORB_ZERO_API ModelElement::Impl {
   /// The element that owns this one; empty for a top-level element.
   ModelElement getContainer() const noexcept { return ModelElement(container_); }
   bool isAlive() const noexcept { return life_ == Life::Alive; }
+  /// Whether it is a live element of its model, and no proxy.
+  bool isMember() const noexcept { return isAlive() && !isProxy_; }
+
+  // Reflection: properties by their descriptors. A property that the class lacks raises
+  // "NoSuchProperty" with the class and the property.
+
+  /// The property at this position, or of this name; null when there is none.
+  const meta::PropertyInfo* getPropertyByIndex(int position) const noexcept;
+  const meta::PropertyInfo* getPropertyByName(std::string_view name) const noexcept;
+  /// A single primitive value that is not set is an empty `Value`; references are handles, empty
+  /// ones included; a collection is a sequence, in its order.
+  Value getPropertyValue(const meta::PropertyInfo& property,
+                         ProxyTag tag = ProxyTag::Resolve) const;
+  Value getPropertyValue(std::string_view name, ProxyTag tag = ProxyTag::Resolve) const;
+  bool hasPropertyValue(const meta::PropertyInfo& property) const;
+  /// Does what the setter does; an empty `Value` unsets, a sequence replaces the content of a
+  /// collection as one unit. Raises, in this order, "CannotModifyProxy",
+  /// "CannotSetReadOnlyProperty" with the qualified name, "CannotCastIncompatibleTypes" with the
+  /// type's name, and what the setter or the collection raises.
+  void setPropertyValue(const meta::PropertyInfo& property, const Value& value,
+                        ProxyTag tag = ProxyTag::Resolve);
+
+  // The open transaction.
+
+  /// What it changed of this element since the innermost savepoint that did; null for nothing, and
+  /// for an element that is younger than the savepoint.
+  Storage* storage() const noexcept { return storage_; }
+  /// The value before the outermost transaction.
+  Value getOldValue(const meta::PropertyInfo& property, ProxyTag tag = ProxyTag::Resolve) const;
+  /// What the transaction has changed so far, as listeners would be told.
+  ElementChange createChanges() const;
+  /// An empty storage of the class, which takes values from `copyValue` and gives them back by
+  /// `copyStateFromStorage`. Raises nothing but for lack of memory.
+  std::unique_ptr<Storage> createStorage() const;
+  void copyValue(Storage& storage, int position) const;
+  void copyStateFromStorage(Storage& storage) noexcept;
+
+  // Proxies: stand-ins for elements that are not there, with their UUID and class. A proxy is made
+  // by `createProxy`; it can stand wherever its element can, and all else that changes it raises
+  // "CannotModifyProxy". It is no element of the model to `find`, `elements` and queries.
+
+  bool isProxy() const noexcept { return isProxy_; }
+  ProxyId getProxyId() const noexcept { return {uuid_, &getMetaClass()}; }
+  /// The element that a proxy stands for, if the model has it, or else the proxy; itself for an
+  /// element that is none.
+  ModelElement resolved() const;
+  /// Puts the element that a proxy stands for in its place everywhere, and ends the proxy. Returns
+  /// false, and changes nothing, when the model does not have the element.
+  bool resolve();
+  /// Puts a proxy in the place of this element everywhere, and destroys the element with all that
+  /// it owns. Returns the proxy.
+  ModelElement convertToProxy();
+  /// Has this element, and with `owned` all that it owns, refer to proxies instead of elements
+  /// outside of what is converted: to all, or only to the one named. What it owns stays.
+  void convertReferencesToProxies(bool owned, const std::optional<ProxyId>& only);
+  /// Raises "CannotModifyProxy" for a proxy.
+  void checkNoProxy() const {
+    if (isProxy_) [[unlikely]]
+      raiseProxy();
+  }
+
+  // The far end of a link.
+
+  /// Puts the element into the collection, takes it out, tells whether there is a proxy for it.
+  void inverseAdd(const ModelElement& element, const meta::PropertyInfo& property);
+  void inverseRemove(const ModelElement& element, const meta::PropertyInfo& property);
+  bool inverseContainsProxyTo(const ModelElement& element,
+                              const meta::PropertyInfo& property) const;
+  /// Clears what refers to this element.
+  void disassociateIncoming();
+  /// Clears what this element refers to; what it owns stays.
+  void basicDisassociateAll();
 
   /// Ends the element and all that it owns. What refers to them is cleared (a single property
   /// becomes unset, a sequence entry is removed); what they refer to stays. One undoable unit.
@@ -61,16 +149,21 @@ class ORB_ZERO_API ModelElement::Impl {
     given_ = given ? given_ | (1u << position) : given_ & ~(1u << position);
   }
   /// To be called before a single property changes: keeps its value for a rollback.
-  void notifyModifying(int position) {
-    if (isRecorded()) recordValue(position);
-  }
+  void notifyModifying(int position);
+  /// The storage of the innermost savepoint, made when it is asked for first.
+  Storage& storageOfSavepoint();
   /// Whether a change of this element can be rolled back by itself: a transaction is open, and the
   /// element is older than it (the undo of a younger one is its end).
   bool isRecorded() const noexcept;
+  /// Place in the model's creation order.
+  std::uint32_t place() const noexcept { return index_; }
   /// Whether the element is among the first `births` of its model's creation order.
   bool isOlderThan(std::uint32_t births) const noexcept { return index_ < births; }
   /// Raises "CannotCreateCrossModelAssociation" for an element of another model.
-  void checkCompatibleModel(const ModelElement& target) const;
+  void checkCompatibleModel(const ModelElement& target) const {
+    if (target.get() && target.get()->model_ != model_) [[unlikely]]
+      raiseCrossModel();
+  }
   /// The checks of an insertion in their order: exists, class, model.
   void checkInsertion(const ModelElement& element, const meta::ClassInfo& expected) const;
   /// Links to the owner, or to none. `position` is that of the owning property.
@@ -82,12 +175,26 @@ class ORB_ZERO_API ModelElement::Impl {
   bool isContainedIn(const Impl& owner, int position) const noexcept {
     return container_ == &owner && containment_ == position;
   }
+  /// The property of the owner that holds this element; only while there is an owner.
+  const meta::PropertyInfo& containment() const noexcept {
+    return *container_->getPropertyByIndex(containment_);
+  }
   /// Takes the element out of its owner's collection; can be undone.
   void leaveContainer();
   /// Place in the owned sequence that holds this element.
   std::uint32_t order() const noexcept { return order_; }
   void setOrder(std::uint32_t order) noexcept { order_ = order; }
   Model::Impl& model() const noexcept { return *model_; }
+
+  // See `Referrers`.
+  bool isUntracked() const noexcept { return isUntracked_; }
+  void setUntracked() noexcept { isUntracked_ = true; }
+  void forgetReferrers() noexcept {
+    referrers_ = 0;
+    isUntracked_ = false;
+  }
+  /// To be called after a property of this element has come to refer to the target.
+  void noteReference(Impl& target) const noexcept;
 
   /// True when exactly so many slots refer to this element, no outside handle does, and what it
   /// owns is referred to by it alone.
@@ -98,13 +205,17 @@ class ORB_ZERO_API ModelElement::Impl {
   friend class ModelElement;
   friend class ModelElement::Builder;
   friend class Storage;
-  friend class Destruction;
+  friend class Existence;
+  friend class Referrers;
 
   // Staged: in a builder. Dying: being destroyed. Destroyed: a rollback may revive it. Ended: only
   // counts keep its memory.
   enum class Life : std::uint8_t { Staged, Alive, Dying, Destroyed, Ended };
 
   void recordValue(int position);
+  void checkOwn(const meta::PropertyInfo& property) const;
+  [[noreturn]] static void raiseProxy();
+  [[noreturn]] static void raiseCrossModel();
   void lastOutside() noexcept;
   void lastSlot() noexcept;
 
@@ -119,6 +230,9 @@ class ORB_ZERO_API ModelElement::Impl {
   std::uint32_t given_ = 0;
   std::uint8_t containment_ = 0;
   Life life_ = Life::Staged;
+  bool isProxy_ = false;
+  bool isUntracked_ = false;
+  std::uint32_t referrers_ = 0;
 };
 
 inline ModelElement::ModelElement(Impl* element) noexcept
@@ -139,6 +253,10 @@ inline void ModelElement::addRef() const noexcept {
 }
 inline void ModelElement::removeRef() const noexcept {
   if (get()) get()->removeRef();
+}
+inline ModelElement& ModelElement::assignHandle(Impl* target) noexcept {
+  if (isSlot() && target) target->setUntracked();
+  return assign(target);
 }
 inline ModelElement& ModelElement::assign(Impl* target) noexcept {
   const std::uintptr_t tag = word_ & slotTag;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include <orb/zero/Existence.h>
 #include <orb/zero/Exception.h>
-#include <orb/zero/ReferrerIndex.h>
+#include <orb/zero/History.h>
+#include <orb/zero/Unit.h>
 #include <orb/zero/UuidIndex.h>
 
 namespace orb::zero {
@@ -20,6 +22,7 @@ Model::Impl::Impl(const uuid& identity, const ModelConstellation& constellation,
 /// Rings and long chains end without recursion: first all slots let go, then all elements die.
 Model::Impl::~Impl() {
   std::erase(*constellation_.members_, this);
+  transactions_.settle();
   const auto forAll = [this](auto visit) {
     for (const auto* list : {&elements_, &ended_})
       for (Element* element : *list)
@@ -58,13 +61,22 @@ void Model::Impl::checkUnique(const uuid& id) {
 }
 
 Model::Impl::Element& Model::Impl::adopt(Staged staged, const uuid& id) {
+  Unit unit(*this);
   if (elements_.size() == elements_.capacity() && 2 * gaps_ > elements_.size()) compact();
+  std::unique_ptr<UndoRecord> creation;
+  if (transactions_.isRecordingAll()) [[unlikely]] {
+    transactions_.reserve();
+    creation.reset(new (*this) Existence(*staged, Existence::Change::Creation));
+  }
   elements_.push_back(staged.get());
   Element& element = *staged.release();
   element.uuid_ = id;
   element.index_ = births() - 1;
   element.life_ = Element::Life::Alive;
-  ++alive_;
+  if (!element.isProxy()) ++alive_;
+  referrers_.noteTargets(element);
+  if (creation) transactions_.log(std::move(creation));
+  unit.commit();
   return element;
 }
 
@@ -75,6 +87,7 @@ Model::Impl::Element& Model::Impl::create(const meta::ClassInfo& type, const uui
 }
 
 void Model::Impl::remove(Element& element) noexcept {
+  if (element.isProxy()) proxies_.erase(element.getUuid());
   if (index_) index_->erase(element, element.index_);
   elements_[element.index_] = nullptr;
   ++gaps_;
@@ -105,13 +118,12 @@ void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
   ++losses_;
   while (elements_.size() > births) {
     if (Element* const element = elements_.back()) {
-      if (element->isAlive()) --alive_;
+      if (element->isAlive() && !element->isProxy()) --alive_;
       end(*element);
     }
     elements_.pop_back();
     --gaps_;
   }
-  if (referrers_) referrers_->truncate(births);
   if (index_) index_->setCovered(std::min(index_->covered(), births));
 }
 
@@ -124,10 +136,12 @@ void Model::Impl::compact() noexcept {
   };
   transactions_.renumber(left);
   if (index_) index_->setCovered(left(index_->covered()));
-  referrers_.reset();  // its places are those of before
+  std::uint32_t next = 0;
+  for (Element* element : elements_)
+    if (element) element->index_ = next++;
+  referrers_.renumber();
   std::erase(elements_, nullptr);
   gaps_ = 0;
-  for (std::uint32_t i = 0; i < births(); ++i) elements_[i]->index_ = i;
 }
 
 }  // namespace orb::zero

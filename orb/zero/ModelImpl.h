@@ -2,16 +2,17 @@
 
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include <orb/zero/ElementPool.h>
 #include <orb/zero/ModelConstellation.h>
 #include <orb/zero/ModelElement.h>
+#include <orb/zero/Referrers.h>
 #include <orb/zero/TransactionCoordinator.h>
 
 namespace orb::zero {
 
-class ReferrerIndex;
 class UuidIndex;
 
 /// Owns the elements of a model.
@@ -33,6 +34,7 @@ class ORB_ZERO_API Model::Impl {
 
   TransactionCoordinator& transactions() noexcept { return transactions_; }
   WorkQueue& workQueue() noexcept { return *workQueue_; }
+  ElementPool& pool() noexcept { return pool_; }
 
   Element* find(const uuid& id);
   /// Raises "UniquenessConstraint" when a live element has this UUID.
@@ -51,15 +53,23 @@ class ORB_ZERO_API Model::Impl {
   Element* born(std::uint32_t index) noexcept { return elements_[index]; }
   /// Grows with every destruction and rollback: what was staged before may refer to what is gone.
   std::uint64_t losses() const noexcept { return losses_; }
+  void lose() noexcept { ++losses_; }
 
-  void destroy(Element& root);
+  /// See `Model::createProxy`. A new one can take the place of the original in its owner.
+  Element& proxy(const ProxyId& id, const Element* original = nullptr);
+  Referrers& referrers() noexcept { return referrers_; }
+
+  /// Ends the element and what it owns. What refers to it is cleared, or refers to the replacement.
+  void destroy(Element& root, Element* replacement = nullptr);
+  /// Clears what refers to the element.
+  void disassociate(Element& target);
   std::size_t reclaim();
 
  private:
   friend class Model;
   friend class ModelElement::Impl;
   friend class TransactionCoordinator;
-  friend class Destruction;
+  friend class Existence;
   friend class ElementRange;
 
   ~Impl();
@@ -71,8 +81,8 @@ class ORB_ZERO_API Model::Impl {
   void compact() noexcept;
   /// Takes the element out of the creation order and the index.
   void remove(Element& element) noexcept;
-  void disassociateIncoming(const std::vector<Element*>& doomed, std::size_t slots);
-  std::size_t clearDying(std::uint32_t place);
+  void disassociateIncoming(const std::vector<Element*>& targets, Element* replacement);
+  static void copyKey(const Element& original, Element& copy);
 
   ElementPool pool_;
   std::size_t held_ = 0;
@@ -83,19 +93,22 @@ class ORB_ZERO_API Model::Impl {
   std::uint32_t readers_ = 0;    // ranges that must not see the order renumbered
   std::vector<Element*> ended_;  // still counted by a handle or a slot
   UuidGenerator newUuid_;
-  std::unique_ptr<ReferrerIndex> referrers_;  // made by a destruction that needs it
-  std::unique_ptr<UuidIndex> index_;          // made by the first look-up
+  Referrers referrers_{elements_};
+  std::unique_ptr<UuidIndex> index_;  // made by the first look-up
+  std::unordered_map<uuid, Element*, UuidHash> proxies_;
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;
   std::shared_ptr<WorkQueue> workQueue_;
 };
 
+inline void ModelElement::Impl::noteReference(Impl& target) const noexcept {
+  if (index_ != UINT32_MAX) model_->referrers().note(target, index_);
+}
 inline void ModelElement::Impl::addRef() noexcept {
   if (outside_++ == 0) model_->hold();
 }
 inline bool ModelElement::Impl::isRecorded() const noexcept {
   return model_->transactions().isRecording(index_);
 }
-
 }  // namespace orb::zero

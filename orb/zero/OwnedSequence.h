@@ -15,7 +15,8 @@ namespace orb::zero {
 /// Owned elements in an order of their own, each at most once. Places count from 0.
 ///
 /// Every child knows its place in the storage, so that finding and removing it takes no search. A
-/// removal leaves a gap there; gaps are closed when a place is asked for by its number.
+/// removal leaves a gap there. Gaps are closed when a place is asked for by its number, unless a
+/// change may still be taken back; then the place is searched from the one asked for last.
 template <class E>
 class OwnedSequence : public Collection {
  public:
@@ -30,9 +31,7 @@ class OwnedSequence : public Collection {
   bool contains(const ModelElement& element) const { return element && owns(*element.get()); }
   /// Raises "InvalidValue" for a place that does not exist.
   E operator[](std::size_t place) const {
-    if (place >= size()) raise("InvalidValue");
-    compact();
-    return E(content_[place]);
+    return E(content_[locate(place)]);
   }
 
   /// Appends the element; one that has another owner moves, one that is held already stays where it
@@ -40,24 +39,38 @@ class OwnedSequence : public Collection {
   /// of another class ("CannotAddIncompatibleTypes") or model
   /// ("CannotCreateCrossModelAssociation").
   void add(const ModelElement& element) {
+    owner().checkNoProxy();
     owner().checkInsertion(element, E::metaClass());
     ModelElement::Impl& child = *element.get();
     if (owns(child)) return;
+    Unit unit(owner());
     move(child, [&] { append(child); });
+    unit.commit();
   }
   /// Puts the element in the place of another, which becomes a top-level element; replacing one by
   /// itself does nothing. Refuses what `add` refuses, and an element that is held at another place
   /// ("CannotAddSecondObject").
   void set(std::size_t place, const ModelElement& element) {
+    owner().checkNoProxy();
     owner().checkInsertion(element, E::metaClass());
     const E before = (*this)[place];
     if (before == element) return;
     if (contains(element)) raise("CannotAddSecondObject");
-    move(*element.get(), [&] { replace(place, *element.get()); });
+    Unit unit(owner());
+    move(*element.get(), [&] { replaceAt(before.get()->order(), *element.get()); });
+    unit.commit();
   }
   /// Takes the element out, if it is held; it becomes a top-level element.
   void remove(const ModelElement& element) {
+    owner().checkNoProxy();
     if (element.get()) release(*element.get());
+  }
+  void clear() {
+    owner().checkNoProxy();
+    Unit unit(owner());
+    for (std::size_t order = content_.size(); order-- > 0;)
+      if (order < content_.size() && content_[order].get()) release(*content_[order].get());
+    unit.commit();
   }
 
   // What the owner's property does with it (see `meta::PropertyServices`).
@@ -67,55 +80,111 @@ class OwnedSequence : public Collection {
   }
   void release(ModelElement::Impl& child) {
     if (!owns(child)) return;
-    const std::uint32_t order = child.order();
-    if (isRecorded()) {
-      log([this, order, kept = Slot<E>(&child)]() mutable {
-        content_[order] = std::move(kept);
-        --gaps_;
-        settle(order);
-      });
-    }
-    disown(child);
-    content_[order].clear();
-    ++gaps_;
+    Unit unit(owner());
+    Presence presence{*this, child.order(), {}};
+    if (isRecorded())
+      log(std::move(presence)).exchange(true);
+    else
+      presence.exchange(true);
+    unit.commit();
+  }
+  void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
+    if (!owns(child)) return;
+    Unit unit(owner());
+    move(other, [&] { replaceAt(child.order(), other); });
+    unit.commit();
+  }
+  template <class F>
+  void forEach(F visit) const {
+    for (const E& child : *this) visit(child);
+  }
+  /// What is compared of it (see `Storage::isUnchanged`).
+  std::vector<const ModelElement::Impl*> snapshot() const {
+    std::vector<const ModelElement::Impl*> children;
+    for (const E& child : *this) children.push_back(child.get());
+    return children;
   }
   void reset() noexcept {
     for (const Slot<E>& child : content_)
       if (child.get()) disown(*child.get());
     content_.clear();
     gaps_ = 0;
+    found_ = {};
   }
   void forget() noexcept {
     for (Slot<E>& child : content_) child.forget();
   }
 
  private:
+  /// A child that came or went.
+  struct Presence {
+    void exchange(bool links) noexcept {
+      if (child.get()) {
+        sequence.restore(order, std::move(child), links);
+      } else {
+        child = sequence.withdraw(order, links);
+      }
+    }
+    OwnedSequence& sequence;
+    std::uint32_t order;
+    Slot<E> child;
+  };
+  /// A child in the place of another.
+  struct Replacement {
+    void exchange(bool links) noexcept {
+      if (links) sequence.disown(*sequence.content_[order].get());
+      std::swap(sequence.content_[order], other);
+      if (links) sequence.settle(order);
+    }
+    OwnedSequence& sequence;
+    std::uint32_t order;
+    Slot<E> other;
+  };
+
   void append(ModelElement::Impl& child) {
     if (content_.size() == content_.capacity()) {
-      compact();
+      if (!owner().model().transactions().keepsRecords()) compact();
       content_.reserve(std::max<std::size_t>(4, 2 * content_.size()));
     }
-    if (isRecorded()) {
-      log([this] {
-        disown(*content_.back().get());
-        content_.pop_back();
-      });
-    }
+    const auto order = static_cast<std::uint32_t>(content_.size());
+    if (isRecorded()) log(Presence{*this, order, {}});
     content_.emplace_back(&child);
-    settle(static_cast<std::uint32_t>(content_.size() - 1));
+    settle(order);
   }
-  void replace(std::size_t place, ModelElement::Impl& child) {
-    Slot<E> before = content_[place];
-    if (isRecorded()) {
-      log([this, place, before]() mutable {
-        disown(*content_[place].get());
-        content_[place] = std::move(before);
-        settle(static_cast<std::uint32_t>(place));
-      });
-    }
-    disown(*before.get());
-    content_[place] = Slot<E>(&child);
-    settle(static_cast<std::uint32_t>(place));
+  void replaceAt(std::uint32_t order, ModelElement::Impl& child) {
+    Replacement replacement{*this, order, Slot<E>(&child)};
+    if (isRecorded())
+      log(std::move(replacement)).exchange(true);
+    else
+      replacement.exchange(true);
+  }
+  /// The vector never gives memory back, so that a child can return without any.
+  void restore(std::uint32_t order, Slot<E> child, bool links) noexcept {
+    for (; content_.size() <= order; ++gaps_) content_.emplace_back();
+    content_[order] = std::move(child);
+    --gaps_;
+    found_ = {};
+    if (links) settle(order);
+  }
+  Slot<E> withdraw(std::uint32_t order, bool links) noexcept {
+    Slot<E> child = std::move(content_[order]);
+    if (links) disown(*child.get());
+    ++gaps_;
+    for (; !content_.empty() && !content_.back().get(); --gaps_) content_.pop_back();
+    if (order < found_.order) found_ = {};
+    return child;
+  }
+  /// Where in the storage the child at this place is.
+  std::size_t locate(std::size_t place) const {
+    if (place >= size()) raise("InvalidValue");
+    if (!owner().model().transactions().keepsRecords()) compact();
+    if (gaps_ == 0) return place;
+    const bool isAhead = place >= found_.place && found_.order < content_.size();
+    std::size_t order = isAhead ? found_.order : 0;
+    std::size_t left = isAhead ? place - found_.place : place;
+    while (!content_[order].get() || left-- > 0) ++order;
+    found_ = {place, order};
+    return order;
   }
   /// Links the child at this place of the storage to its owner and place.
   void settle(std::uint32_t order) const noexcept {
@@ -123,30 +192,22 @@ class OwnedSequence : public Collection {
     adopt(child);
     child.setOrder(order);
   }
-  /// Closes the gaps; the log keeps the storage as it was, for the places that it names.
+  /// Closes the gaps, while no record names places of the storage.
   void compact() const {
     if (gaps_ == 0) return;
-    std::vector<Slot<E>> closed;
-    closed.reserve(size());
-    for (const Slot<E>& child : content_)
-      if (child.get()) closed.push_back(child);
-    if (isRecorded())
-      log([this, before = content_, gaps = gaps_]() mutable {
-        content_.swap(before);
-        gaps_ = gaps;
-        renumber();
-      });
-    content_.swap(closed);
-    gaps_ = 0;
-    renumber();
-  }
-  void renumber() const noexcept {
+    std::erase_if(content_, [](const Slot<E>& child) { return !child.get(); });
     for (std::uint32_t order = 0; order < content_.size(); ++order)
-      if (content_[order].get()) content_[order].get()->setOrder(order);
+      content_[order].get()->setOrder(order);
+    gaps_ = 0;
+    found_ = {};
   }
 
+  struct Found {
+    std::size_t place = 0, order = 0;
+  };
   mutable std::vector<Slot<E>> content_;
   mutable std::size_t gaps_ = 0;
+  mutable Found found_;  // by the last search
 };
 
 /// Goes over the children, past the gaps. While one is in use, children may be removed.

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include <orb/zero/Exception.h>
 #include <orb/zero/ModelImpl.h>
 #include <orb/zero/Targets.h>
 
@@ -34,10 +35,11 @@ bool isYoung(ModelElement::Impl& element, std::uint32_t births) {
 
 /// Collects first, then destroys: what the doomed let go of may be doomed in turn.
 std::size_t Model::Impl::reclaim() {
+  if (transactions_.isFrozen()) raise("CannotModifyFrozenModel");
   const std::uint32_t first = transactions_.births();
   std::vector<Element*> doomed;
   const auto consider = [&](Element* element) {
-    if (!element || !element->isAlive() || element->container_) return;
+    if (!element || !element->isAlive() || element->isProxy() || element->container_) return;
     if (!element->isReclaimable() || !isYoung(*element, first)) return;
     element->life_ = Element::Life::Dying;
     doomed.push_back(element);

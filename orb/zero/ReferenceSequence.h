@@ -20,10 +20,12 @@ class ReferenceSequence : public Sequence<Slot<E>> {
   void insert(std::size_t place, const ModelElement& element) {
     check(element);
     this->insertItem(place, Slot<E>(element.get()));
+    this->owner().noteReference(*element.get());
   }
   void set(std::size_t place, const ModelElement& element) {
     check(element);
     this->setItem(place, Slot<E>(element.get()));
+    this->owner().noteReference(*element.get());
   }
   /// Keeps a place for an operand that is missing: an entry with an empty handle.
   void addEmpty() { this->insertItem(this->size(), Slot<E>()); }
@@ -40,6 +42,20 @@ class ReferenceSequence : public Sequence<Slot<E>> {
     for (std::size_t place = this->size(); place-- > 0;)
       if (this->content()[place].get() == &target) this->erase(place);
   }
+  void replace(const ModelElement::Impl& target, ModelElement::Impl& other) {
+    for (std::size_t place = 0; place < this->size(); ++place)
+      if (this->content()[place].get() == &target) set(place, ModelElement(&other));
+  }
+  template <class F>
+  void forEach(F visit) const {
+    for (const E& entry : *this) visit(entry);
+  }
+  /// What is compared of it (see `Storage::isUnchanged`).
+  std::vector<const ModelElement::Impl*> snapshot() const {
+    std::vector<const ModelElement::Impl*> targets;
+    for (const E& entry : *this) targets.push_back(entry.get());
+    return targets;
+  }
   void reset() noexcept { this->content().clear(); }
   void forget() noexcept {
     for (Slot<E>& entry : this->content()) entry.forget();
@@ -47,6 +63,7 @@ class ReferenceSequence : public Sequence<Slot<E>> {
 
  private:
   void check(const ModelElement& element) const {
+    this->owner().checkNoProxy();
     this->owner().checkInsertion(element, E::metaClass());
   }
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -29,40 +30,76 @@ class Sequence : public Collection {
 
   /// Takes out the item at this place; later ones move up.
   void erase(std::size_t place) {
+    this->owner().checkNoProxy();
     checkPlace(place, size());
+    Unit unit(owner());
     if (isRecorded()) {
-      log([this, place, item = content_[place]]() mutable {
-        content_.insert(iteratorAt(place), std::move(item));
-      });
+      Presence& presence = log(Presence{*this, place, {}});
+      presence.exchange(true);
+    } else {
+      content_.erase(iteratorAt(place));
     }
-    content_.erase(iteratorAt(place));
+    unit.commit();
   }
   void clear() {
+    this->owner().checkNoProxy();
+    Unit unit(owner());
     while (!empty()) erase(size() - 1);
+    unit.commit();
   }
 
  protected:
   ~Sequence() = default;
 
   void insertItem(std::size_t place, Item item) {
+    owner().checkNoProxy();
     checkPlace(place, size() + 1);
     if (size() == content_.capacity()) content_.reserve(std::max<std::size_t>(4, 2 * size()));
-    if (isRecorded()) log([this, place] { content_.erase(iteratorAt(place)); });
+    Unit unit(owner());
+    if (isRecorded()) log(Presence{*this, place, {}});
     content_.insert(iteratorAt(place), std::move(item));
+    unit.commit();
   }
   void setItem(std::size_t place, Item item) {
+    owner().checkNoProxy();
     checkPlace(place, size());
     if (content_[place] == item) return;
+    Unit unit(owner());
     if (isRecorded()) {
-      log([this, place, before = content_[place]]() mutable {
-        content_[place] = std::move(before);
-      });
+      Replacement& replacement = log(Replacement{*this, place, std::move(item)});
+      replacement.exchange(true);
+    } else {
+      content_[place] = std::move(item);
     }
-    content_[place] = std::move(item);
+    unit.commit();
   }
   std::vector<Item>& content() noexcept { return content_; }
 
  private:
+  /// An item that came or went. The vector never gives memory back, so that neither way needs any.
+  struct Presence {
+    void exchange(bool) noexcept {
+      const auto at = sequence.iteratorAt(place);
+      if (item) {
+        sequence.content_.insert(at, std::move(*item));
+        item.reset();
+      } else {
+        item.emplace(std::move(*at));
+        sequence.content_.erase(at);
+      }
+    }
+    Sequence& sequence;
+    std::size_t place;
+    std::optional<Item> item;
+  };
+  /// An item in the place of another.
+  struct Replacement {
+    void exchange(bool) noexcept { std::swap(sequence.content_[place], other); }
+    Sequence& sequence;
+    std::size_t place;
+    Item other;
+  };
+
   static void checkPlace(std::size_t place, std::size_t end) {
     if (place >= end) raise("InvalidValue");
   }

@@ -18,7 +18,7 @@ class ORB_ZERO_API Transaction {
 
   /// Makes the changes final, or leaves them to the outer transaction. Has no effect on a
   /// transaction that has ended.
-  void commit() noexcept;
+  void commit();
   void rollback() noexcept;
 
  private:

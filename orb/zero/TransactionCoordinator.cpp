@@ -1,9 +1,11 @@
 #include <orb/zero/TransactionCoordinator.h>
 
 #include <algorithm>
+#include <utility>
 
+#include <orb/zero/Exception.h>
+#include <orb/zero/History.h>
 #include <orb/zero/ModelElement.h>
-#include <orb/zero/UndoRecord.h>
 
 namespace orb::zero {
 
@@ -16,24 +18,51 @@ bool TransactionCoordinator::isOpen(std::uint64_t era) const noexcept {
 }
 
 std::uint64_t TransactionCoordinator::begin() {
-  savepoints_.push_back({++eras_, model_.births(), log_.size()});
-  recordedBelow_ = savepoints_.back().births;
+  if (isFrozen_) raise("CannotModifyFrozenModel");
+  savepoints_.push_back({eras_ + 1, model_.births(), log_.size()});
+  ++eras_;
+  update();
   return eras_;
 }
 
 void TransactionCoordinator::pop() noexcept {
   savepoints_.pop_back();
-  recordedBelow_ = isOpen() ? savepoints_.back().births : 0;
+  update();
+}
+
+/// What the paths of a change ask for all the time.
+void TransactionCoordinator::update() noexcept {
+  era_ = isOpen() ? savepoints_.back().era : 0;
+  recordedBelow_ = !isOpen() ? 0 : history_ ? all : savepoints_.back().births;
+  needsUnit_ = !isOpen() && (isFrozen_ || listeners_ || history_);
 }
 
 /// A committed savepoint leaves its part of the log to the outer one; the outermost settles all.
-void TransactionCoordinator::commit(std::uint64_t era) noexcept {
+void TransactionCoordinator::commit(std::uint64_t era) {
   if (!isOpen(era)) return;
   while (savepoints_.back().era != era) pop();
+  if (savepoints_.size() == 1) return settleOutermost();
   pop();
-  if (isOpen()) return;
-  for (const auto& record : log_) record->settle();
-  log_.clear();
+}
+
+void TransactionCoordinator::settleOutermost() {
+  ModelChanges changes;
+  if (listeners_ || history_) changes = describe();
+  const bool isRemembered = history_ && !changes.isEmpty();
+  if (isRemembered) {
+    history_->done.emplace_back();  // room, before anything is final
+    for (auto record = log_.rbegin(); record != log_.rend(); ++record)
+      if (Storage* const storage = (*record)->asStorage()) storage->settleMarks();
+  }
+  std::for_each(log_.rbegin(), log_.rend(), [](const auto& record) { record->unlink(); });
+  pop();
+  if (isRemembered) {
+    history_->push(HistoryStep(std::exchange(log_, {})));
+  } else {
+    for (const auto& record : log_) record->settle();
+    log_.clear();
+  }
+  if (!changes.isEmpty()) post(std::move(changes));
 }
 
 void TransactionCoordinator::rollback(std::uint64_t era) noexcept {
@@ -41,17 +70,125 @@ void TransactionCoordinator::rollback(std::uint64_t era) noexcept {
     const Savepoint start = savepoints_.back();
     pop();
     // An element younger than the savepoint is about to end; later changes of it may not be logged.
-    for (; log_.size() > start.log; log_.pop_back())
-      if (log_.back()->element().isOlderThan(start.births)) log_.back()->undo();
+    for (; log_.size() > start.log; log_.pop_back()) {
+      if (log_.back()->element().isOlderThan(start.births)) log_.back()->flip();
+      log_.back()->unlink();
+    }
     model_.endYoungerThan(start.births);
   }
 }
 
-void TransactionCoordinator::reserve() {
-  if (log_.size() == log_.capacity()) log_.reserve(std::max<std::size_t>(16, 2 * log_.size()));
-}
 void TransactionCoordinator::log(std::unique_ptr<UndoRecord> record) noexcept {
   log_.push_back(std::move(record));
+}
+
+void TransactionCoordinator::grow() { log_.reserve(std::max<std::size_t>(64, 2 * log_.size())); }
+
+/// The changes of an element that was there before are told once, at its outermost storage.
+ModelChanges TransactionCoordinator::describe() {
+  const std::uint32_t births = savepoints_.front().births;
+  ModelChanges changes;
+  for (std::uint32_t place = births; place < model_.births(); ++place)
+    if (ModelElement::Impl* const element = model_.born(place))
+      if (element->isAlive() && !element->isProxy()) changes.created.emplace_back(element);
+  for (const auto& record : log_) {
+    ModelElement::Impl& element = record->element();
+    if (!element.isOlderThan(births) || element.isProxy()) continue;
+    if (record->isDestruction() && !element.isAlive())
+      changes.destroyed.push_back({element.getUuid(), &element.getMetaClass()});
+    const Storage* const storage = record->asStorage();
+    if (!storage || storage->previous() || !element.isAlive()) continue;
+    ElementChange change = element.createChanges();
+    if (!change.properties.empty()) changes.changed.push_back(std::move(change));
+  }
+  return changes;
+}
+
+void TransactionCoordinator::post(ModelChanges changes) {
+  if (!listeners_) return;
+  model_.workQueue().post([listeners = listeners_, changes = std::move(changes)] {
+    for (const auto& listener : *listeners) {
+      try {
+        listener->changed(changes);
+      } catch (...) {  // see `ModelListener`
+      }
+    }
+  });
+}
+
+void TransactionCoordinator::checkNoneOpen() const {
+  if (isOpen()) raise("TransactionInProgress");
+}
+
+void TransactionCoordinator::setFrozen(bool frozen) {
+  checkNoneOpen();
+  isFrozen_ = frozen;
+  update();
+}
+
+void TransactionCoordinator::addListener(std::shared_ptr<ModelListener> listener) {
+  checkNoneOpen();
+  if (!listener) raise("InvalidValue");
+  auto listeners = listeners_ ? *listeners_ : std::vector<std::shared_ptr<ModelListener>>();
+  listeners.push_back(std::move(listener));
+  listeners_ = std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(
+      std::move(listeners));
+  update();
+}
+
+void TransactionCoordinator::removeListener(const std::shared_ptr<ModelListener>& listener) {
+  checkNoneOpen();
+  if (!listeners_) return;
+  auto listeners = *listeners_;
+  std::erase(listeners, listener);
+  listeners_ = listeners.empty()
+                   ? nullptr
+                   : std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(
+                         std::move(listeners));
+  update();
+}
+
+void TransactionCoordinator::setHistoryLimit(std::size_t steps) {
+  checkNoneOpen();
+  if (steps == 0) {
+    settle();
+  } else {
+    if (!history_) history_ = std::make_unique<History>();
+    history_->setLimit(steps);
+  }
+  update();
+}
+
+void TransactionCoordinator::settle() noexcept {
+  if (history_) history_->setLimit(0);
+  history_.reset();
+  update();
+}
+
+bool TransactionCoordinator::undo() { return flip(true); }
+bool TransactionCoordinator::redo() { return flip(false); }
+
+bool TransactionCoordinator::flip(bool isUndo) {
+  checkNoneOpen();
+  if (isFrozen_) raise("CannotModifyFrozenModel");
+  if (!history_) return false;
+  auto& from = isUndo ? history_->done : history_->undone;
+  auto& to = isUndo ? history_->undone : history_->done;
+  if (from.empty()) return false;
+
+  to.emplace_back();
+  ModelChanges changes;
+  try {
+    changes = from.back().flip(isUndo, listeners_ != nullptr);
+  } catch (...) {
+    to.pop_back();
+    throw;
+  }
+  to.back() = std::move(from.back());
+  from.pop_back();
+  model_.lose();
+  if (!changes.isEmpty()) post(std::move(changes));
+  return true;
 }
 
 }  // namespace orb::zero

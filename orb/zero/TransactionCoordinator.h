@@ -9,13 +9,17 @@
 
 namespace orb::zero {
 
+class History;
+class ModelListener;
 class UndoRecord;
+struct ModelChanges;
 
-/// Keeps the open transactions of a model, one savepoint each, and the log that undoes them.
+/// Keeps the open transactions of a model, one savepoint each, the log that undoes them, and who is
+/// to know what they did.
 ///
 /// Creations are not logged: what a transaction created is the tail of the model's creation-ordered
 /// list. An element younger than the innermost savepoint needs no record of its changes either,
-/// since its undo is its end.
+/// since its undo is its end. With a history, which has to bring such elements back, all is logged.
 class ORB_ZERO_API TransactionCoordinator {
  public:
   explicit TransactionCoordinator(Model::Impl& model);
@@ -24,32 +28,56 @@ class ORB_ZERO_API TransactionCoordinator {
   ~TransactionCoordinator();
 
   bool isOpen() const noexcept { return !savepoints_.empty(); }
+  /// Whether a single change has to be a transaction of its own (see `Unit`).
+  bool needsUnit() const noexcept { return needsUnit_; }
   /// Whether changes of the element with this place in the creation order are logged.
   bool isRecording(std::uint32_t index) const noexcept { return index < recordedBelow_; }
+  /// Whether creations are logged as well.
+  bool isRecordingAll() const noexcept { return recordedBelow_ == all; }
+  /// Whether there may be records of former changes.
+  bool keepsRecords() const noexcept { return isOpen() || history_; }
   /// The number of the innermost open savepoint; every one opened has a higher one than before.
-  std::uint64_t era() const noexcept { return savepoints_.back().era; }
+  std::uint64_t era() const noexcept { return era_; }
   /// Number of elements of the creation order that are older than the innermost open transaction.
-  std::uint32_t births() const noexcept { return recordedBelow_; }
+  std::uint32_t births() const noexcept { return isOpen() ? savepoints_.back().births : 0; }
 
-  /// Opens a savepoint and returns its era.
+  /// Opens a savepoint and returns its era. Raises "CannotModifyFrozenModel" in a frozen model.
   std::uint64_t begin();
   /// Ends a savepoint and all inner ones that are still open; one that has ended is left alone.
-  void commit(std::uint64_t era) noexcept;
+  /// May run out of memory when listeners are to be told of much; the savepoint is open then.
+  void commit(std::uint64_t era);
   void rollback(std::uint64_t era) noexcept;
 
   /// Makes room for one record, so that `log` cannot fail.
-  void reserve();
+  void reserve() {
+    if (log_.size() == log_.capacity()) [[unlikely]]
+      grow();
+  }
   void log(std::unique_ptr<UndoRecord> record) noexcept;
+
+  // See `Model`, and `Model::Freezer`. All raise "TransactionInProgress" in an open transaction.
+  void setFrozen(bool frozen);
+  bool isFrozen() const noexcept { return isFrozen_; }
+  void addListener(std::shared_ptr<ModelListener> listener);
+  void removeListener(const std::shared_ptr<ModelListener>& listener);
+  void setHistoryLimit(std::size_t steps);
+  const History* history() const noexcept { return history_.get(); }
+  bool undo();
+  bool redo();
+  /// Forgets the history.
+  void settle() noexcept;
 
   /// Told by the model when it closes the gaps in the creation order; `renumbered` maps the number
   /// of elements before the change to that after it.
   template <class F>
   void renumber(F renumbered) {
     for (Savepoint& savepoint : savepoints_) savepoint.births = renumbered(savepoint.births);
-    recordedBelow_ = isOpen() ? savepoints_.back().births : 0;
+    update();
   }
 
  private:
+  static constexpr std::uint32_t all = UINT32_MAX;
+
   struct Savepoint {
     std::uint64_t era;
     std::uint32_t births;
@@ -57,12 +85,24 @@ class ORB_ZERO_API TransactionCoordinator {
   };
   bool isOpen(std::uint64_t era) const noexcept;
   void pop() noexcept;
+  void update() noexcept;
+  void grow();
+  void checkNoneOpen() const;
+  void settleOutermost();
+  ModelChanges describe();
+  void post(ModelChanges changes);
+  bool flip(bool isUndo);
 
   Model::Impl& model_;
   std::uint64_t eras_ = 0;
+  std::uint64_t era_ = 0;
   std::uint32_t recordedBelow_ = 0;
+  bool needsUnit_ = false;
+  bool isFrozen_ = false;
   std::vector<Savepoint> savepoints_;
   std::vector<std::unique_ptr<UndoRecord>> log_;
+  std::unique_ptr<History> history_;
+  std::shared_ptr<const std::vector<std::shared_ptr<ModelListener>>> listeners_;  // null for none
 };
 
 }  // namespace orb::zero

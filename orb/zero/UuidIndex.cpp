@@ -8,7 +8,7 @@ ModelElement::Impl* UuidIndex::find(const uuid& id, const Elements& all) {
   catchUp(all);
   if (table_.empty()) return nullptr;
   for (std::size_t at = home(id); table_[at]; at = (at + 1) & (table_.size() - 1))
-    if (table_[at]->getUuid() == id && table_[at]->isAlive()) return table_[at];
+    if (table_[at]->getUuid() == id && table_[at]->isMember()) return table_[at];
   return nullptr;
 }
 

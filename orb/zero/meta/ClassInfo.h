@@ -11,6 +11,14 @@
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/Uuid.h>
 
+namespace orb::zero {
+
+class Referrers;
+class Value;
+enum class ProxyTag;
+
+}  // namespace orb::zero
+
 /// What is known of a class at run time. The records are emitted from the table that each class
 /// declares once (see Table.h and Emit.h), are constant, and live as long as the program.
 namespace orb::zero::meta {
@@ -39,11 +47,22 @@ class TargetVisitor {
   ~TargetVisitor() = default;
 };
 
-/// The services of a property that undo, destruction, the end of a model and queries use.
+/// The services of a property that reflection, undo, destruction, the end of a model and queries use.
 struct PropertyServices {
-  /// Copies the value into the undo record, or back; none for collections, which log each change.
+  // See `ModelElement::Impl`; the checks are made before.
+  Value (*get)(const Element&, ProxyTag) = nullptr;
+  void (*set)(Element&, const Value&) = nullptr;
+  /// Adds a value to those of a collection; none for single properties.
+  void (*insert)(Element&, const Value&) = nullptr;
+  /// Copies the value into the undo record, exchanges the two, reads the record; none for
+  /// collections, which log each change.
   void (*save)(const Element&, Storage&) = nullptr;
-  void (*restore)(Element&, Storage&) noexcept = nullptr;
+  void (*exchange)(Element&, Storage&) noexcept = nullptr;
+  Value (*getOld)(const Storage&, ProxyTag) = nullptr;
+  /// See `Storage::isUnchanged`.
+  bool (*isUnchanged)(const Element&, const Storage&) = nullptr;
+  /// Tells what the property refers to; none for what is owned, and for values.
+  void (*note)(const Element&, Referrers&) noexcept = nullptr;
   /// Whether a value was given, an element is named, a collection is not empty.
   bool (*has)(const Element&) = nullptr;
   /// Where the value is: a primitive one, a `ModelElement`, or a collection.
@@ -54,6 +73,8 @@ struct PropertyServices {
   void (*add)(Element&, const ModelElement&) = nullptr;
   /// Takes the target out of the property; can be undone.
   void (*release)(Element&, Element& target) = nullptr;
+  /// Puts another element in the place of the target; can be undone.
+  void (*replace)(Element&, Element& target, Element& other) = nullptr;
   /// Empties the property for good.
   void (*clear)(Element&) noexcept = nullptr;
   /// Empties the property without telling its targets, which are about to go as well.

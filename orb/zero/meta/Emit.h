@@ -32,6 +32,8 @@ auto oldValues(const std::tuple<Row<C, M>...>&) -> std::tuple<typename OldOf<M>:
 template <class X>
 struct StorageOf : StorageOf<typename X::Super> {
   using StorageOf<typename X::Super>::StorageOf;
+  std::size_t size() const noexcept override { return sizeof *this; }
+
   decltype(oldValues(X::Impl::table.rows)) old;
 };
 template <>
@@ -48,6 +50,9 @@ struct Access {
     return static_cast<const typename X::Impl&>(e).*row.member;
   }
   static auto& old(Storage& s) { return std::get<I>(static_cast<StorageOf<X>&>(s).old); }
+  static const auto& old(const Storage& s) {
+    return std::get<I>(static_cast<const StorageOf<X>&>(s).old);
+  }
 };
 
 template <class X, std::size_t I>
@@ -57,10 +62,56 @@ consteval PropertyServices emitServices() {
   using K = Kind<Member>;
 
   PropertyServices services;
+  constexpr bool isPrimitive = K::value == ValueKind::Single && !requires { K::type(); };
+  services.get = [](const Element& e, ProxyTag tag) -> Value {
+    if constexpr (isPrimitive)
+      if (!e.isGiven(A::row.position)) return Value();
+    return K::get(A::slot(e), tag);
+  };
+  services.set = [](Element& e, const Value& value) {
+    auto& element = static_cast<typename X::Impl&>(e);
+    if constexpr (K::value != ValueKind::Single) {
+      Transaction unit(e.getModel());
+      K::assign(A::slot(e), value);
+      unit.commit();
+    } else if constexpr (!isPrimitive) {
+      using H = typename K::Handle;
+      element.template set<A::row.member>(value.isEmpty() ? H() : value.getValue<H>());
+    } else {
+      const Member given = value.isEmpty() ? Member() : value.getValue<Member>();
+      if constexpr (A::row.setter != nullptr)
+        (element.*A::row.setter)(given);
+      else if (!value.isEmpty())
+        element.template set<A::row.member>(given);
+      if (value.isEmpty()) element.template unset<A::row.member>();
+    }
+  };
+  if constexpr (K::value != ValueKind::Single)
+    services.insert = [](Element& e, const Value& value) { K::insert(A::slot(e), value); };
   if constexpr (requires { typename K::Old; }) {
     services.save = [](const Element& e, Storage& s) { A::old(s) = A::slot(e); };
-    services.restore = [](Element& e, Storage& s) noexcept { A::slot(e) = std::move(A::old(s)); };
+    services.exchange = [](Element& e, Storage& s) noexcept {
+      std::swap(A::slot(e), A::old(s));
+      if constexpr (!isPrimitive)
+        if (A::slot(e).get()) e.noteReference(*A::slot(e).get());
+    };
+    services.getOld = [](const Storage& s, ProxyTag tag) -> Value {
+      return K::get(A::old(s), tag);
+    };
   }
+  services.isUnchanged = [](const Element& e, const Storage& s) -> bool {
+    if constexpr (requires { typename K::Old; }) {
+      return A::slot(e) == A::old(s);
+    } else {
+      const auto now = K::snapshot(A::slot(e));
+      const Rewound rewound(s, A::row.position);
+      return now == K::snapshot(A::slot(e));
+    }
+  };
+  if constexpr (requires(Element & e, Referrers & r) { K::note(A::slot(e), e, r); })
+    services.note = [](const Element& e, Referrers& referrers) noexcept {
+      K::note(A::slot(e), e, referrers);
+    };
   services.has = [](const Element& e) -> bool {
     if constexpr (K::value != ValueKind::Single)
       return !A::slot(e).empty();
@@ -82,6 +133,10 @@ consteval PropertyServices emitServices() {
     services.add = [](Element& e, const ModelElement& child) { K::add(A::slot(e), child); };
   services.release = [](Element& e, Element& target) {
     if constexpr (requires { K::type(); }) K::release(A::slot(e), e, A::row.position, target);
+  };
+  services.replace = [](Element& e, Element& target, Element& other) {
+    if constexpr (requires { K::type(); })
+      K::replace(A::slot(e), e, A::row.position, target, other);
   };
   services.clear = [](Element& e) noexcept {
     if constexpr (requires { K::type(); }) K::clear(A::slot(e));
@@ -148,7 +203,7 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     allProperties<X>,
     sizeof(typename X::Impl),
     constructorOf<X>(),
-    [](Element& e) -> std::unique_ptr<Storage> { return std::make_unique<StorageOf<X>>(e); }};
+    [](Element& e) { return std::unique_ptr<Storage>(new (e.model()) StorageOf<X>(e)); }};
 template <>
 ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     "orb.zero.ModelElement",

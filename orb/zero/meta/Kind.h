@@ -1,10 +1,13 @@
 #pragma once
 
+#include <vector>
+
 #include <orb/zero/ElementMap.h>
 #include <orb/zero/OwnedSequence.h>
 #include <orb/zero/PrimitiveSequence.h>
 #include <orb/zero/ReferenceSequence.h>
 #include <orb/zero/Slot.h>
+#include <orb/zero/Value.h>
 
 /// What differs between the kinds of property. A new kind is one more specialisation of `Kind`:
 ///   value                              how many values, and whether they are owned
@@ -12,7 +15,9 @@
 ///   Primitive                          type of the values, absent for elements
 ///   Old                                what an undo record keeps, absent for collections, which
 ///                                      log every change by themselves
-///   targets, add, release, clear, forget   see `PropertyServices`; absent where there is nothing
+///   get, assign, snapshot              reads and replaces a collection, and what of it is compared
+///   targets, add, release, replace, note, clear, forget
+///                                      see `PropertyServices`; absent where there is nothing
 namespace orb::zero::meta {
 
 /// A single primitive value. Whether it was ever given is a bit of the element.
@@ -22,16 +27,24 @@ struct Kind {
   using Old = Member;
   static constexpr ValueKind value = ValueKind::Single;
   static constexpr bool isOwning = false;
+
+  static Value get(const Member& value, ProxyTag) { return value; }
 };
 
 /// A single reference.
 template <class H>
 struct Kind<Slot<H>> {
+  using Handle = H;
   using Old = Slot<H>;
   static constexpr ValueKind value = ValueKind::Single;
   static constexpr bool isOwning = false;
 
   static const ClassInfo& type() { return H::metaClass(); }
+  static Value get(const Slot<H>& slot, ProxyTag tag) {
+    if (tag == ProxyTag::Resolve && slot.get() && slot.get()->isProxy()) [[unlikely]]
+      return slot.get()->resolved();
+    return ModelElement(slot.get());
+  }
   static void targets(const Slot<H>& slot, TargetVisitor& visitor) {
     if (slot.get()) visitor.visit(*slot.get());
   }
@@ -39,6 +52,16 @@ struct Kind<Slot<H>> {
     if (slot.get() != &target) return;
     owner.notifyModifying(position);
     slot.clear();
+  }
+  static void replace(Slot<H>& slot, Element& owner, int position, Element& target,
+                      Element& other) {
+    if (slot.get() != &target) return;
+    owner.notifyModifying(position);
+    slot = H(ModelElement(&other));
+    owner.noteReference(other);
+  }
+  static void note(const Slot<H>& slot, const Element& owner, Referrers& referrers) noexcept {
+    if (slot.get()) referrers.note(*slot.get(), owner.place());
   }
   static void clear(Slot<H>& slot) noexcept { slot.clear(); }
   static void forget(Slot<H>& slot) noexcept { slot.forget(); }
@@ -58,6 +81,27 @@ struct CollectionKind {
   static void release(Collection& collection, Element&, int, Element& target) {
     collection.release(target);
   }
+  static void replace(Collection& collection, Element&, int, Element& target, Element& other) {
+    collection.replace(target, other);
+  }
+  static Value get(const Collection& collection, ProxyTag tag) {
+    std::vector<ModelElement> elements;
+    elements.reserve(collection.size());
+    collection.forEach([&](const ModelElement& element) {
+      elements.push_back(tag == ProxyTag::Resolve && element ? element->resolved() : element);
+    });
+    return elements;
+  }
+  static void assign(Collection& collection, const Value& value) {
+    const auto elements = value.isEmpty() ? std::vector<ModelElement>()
+                                          : value.getValue<std::vector<ModelElement>>();
+    collection.clear();
+    for (const ModelElement& element : elements) collection.add(element);
+  }
+  static void insert(Collection& collection, const Value& value) {
+    collection.add(value.getValue<typename Collection::Entry>());
+  }
+  static auto snapshot(const Collection& collection) { return collection.snapshot(); }
   static void clear(Collection& collection) noexcept { collection.reset(); }
   static void forget(Collection& collection) noexcept { collection.forget(); }
 };
@@ -67,13 +111,32 @@ template <class E>
 struct Kind<OwnedSequence<E>> : CollectionKind<OwnedSequence<E>, ValueKind::Collection, true> {};
 template <class E>
 struct Kind<ReferenceSequence<E>>
-    : CollectionKind<ReferenceSequence<E>, ValueKind::Collection, false> {};
+    : CollectionKind<ReferenceSequence<E>, ValueKind::Collection, false> {
+  static void note(const ReferenceSequence<E>& sequence, const Element& owner,
+                   Referrers& referrers) noexcept {
+    for (const Slot<E>& entry : sequence)
+      if (entry.get()) referrers.note(*entry.get(), owner.place());
+  }
+};
 
 template <class T>
 struct Kind<PrimitiveSequence<T>> {
   using Primitive = T;
   static constexpr ValueKind value = ValueKind::Collection;
   static constexpr bool isOwning = false;
+
+  static Value get(const PrimitiveSequence<T>& sequence, ProxyTag) { return snapshot(sequence); }
+  static void assign(PrimitiveSequence<T>& sequence, const Value& value) {
+    const auto items = value.isEmpty() ? std::vector<T>() : value.getValue<std::vector<T>>();
+    sequence.clear();
+    for (const T& item : items) sequence.add(item);
+  }
+  static void insert(PrimitiveSequence<T>& sequence, const Value& value) {
+    sequence.add(value.getValue<T>());
+  }
+  static std::vector<T> snapshot(const PrimitiveSequence<T>& sequence) {
+    return std::vector<T>(sequence.begin(), sequence.end());
+  }
 };
 
 }  // namespace orb::zero::meta

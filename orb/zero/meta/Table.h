@@ -13,10 +13,12 @@ namespace orb::zero::meta {
 template <class Impl, class M>
 struct Row {
   using Member = M;
+  using Setter = void (Impl::*)(const M&);
 
   consteval Row(M Impl::*slot, std::string_view label, int place, std::string_view uuidText,
-                unsigned flagSet, std::string_view qualifier = {})
+                unsigned flagSet, std::string_view qualifier = {}, Setter own = nullptr)
       : member(slot),
+        setter(own),
         name(label),
         key(qualifier),
         id(uuidOf(uuidText)),
@@ -24,6 +26,7 @@ struct Row {
         flags(static_cast<std::uint8_t>(flagSet)) {}
 
   M Impl::*member;
+  Setter setter;  ///< where setting takes more than storing
   std::string_view name, key;
   uuid id;
   int position;

@@ -65,7 +65,7 @@ Constraint::Elements AbstractQuery::find() const {
     for (; place < births && end != batch.end(); ++place) {
       ModelElement::Impl* const element = model_->born(place);
       __builtin_prefetch(model_->born(std::min(place + ahead, births - 1)));
-      if (element && element->isAlive() && isOfClass(*element)) *end++ = element;
+      if (element && element->isMember() && isOfClass(*element)) *end++ = element;
     }
     batch.erase(end, batch.end());
     for (const Constraint& constraint : constraints_) constraint.select(batch);

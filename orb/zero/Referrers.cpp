@@ -1,0 +1,61 @@
+#include <orb/zero/Referrers.h>
+
+#include <algorithm>
+#include <new>
+
+#include <orb/zero/meta/ClassInfo.h>
+
+namespace orb::zero {
+
+void Referrers::note(Element& target, std::uint32_t place) noexcept {
+  if (target.isUntracked()) return;
+  if (target.slotCount() > popular || (entries_.size() == entries_.capacity() && !hasRoom())) {
+    target.setUntracked();
+    return;
+  }
+  // The first reference makes all earlier ones past; a repeated one is known.
+  std::uint32_t next = target.slotCount() > 1 ? target.referrers_ : 0;
+  if (next != 0 && entries_[next - 1].place == place) return;
+  entries_.push_back({place, next});
+  target.referrers_ = static_cast<std::uint32_t>(entries_.size());
+}
+
+void Referrers::noteTargets(const Element& element) noexcept {
+  for (const meta::PropertyInfo* property : element.getMetaClass().all)
+    if (property->services.note) property->services.note(element, *this);
+}
+
+void Referrers::find(const Element& target, std::vector<std::uint32_t>& places) const {
+  for (std::uint32_t at = target.referrers_; at != 0; at = entries_[at - 1].next)
+    if (entries_[at - 1].place < all_.size()) places.push_back(entries_[at - 1].place);
+}
+
+/// Grows with the model; what chains have lost is collected before they outgrow it.
+bool Referrers::hasRoom() noexcept {
+  const std::size_t bound = 4 * all_.size() + 1024;
+  if (entries_.size() >= bound) rebuild();
+  if (entries_.size() < entries_.capacity()) return true;
+  try {
+    entries_.reserve(std::max<std::size_t>(1024, 2 * entries_.size()));
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
+}
+
+void Referrers::rebuild() noexcept {
+  entries_.clear();
+  for (Element* element : all_)
+    if (element) element->forgetReferrers();
+  for (const Element* element : all_)
+    if (element) noteTargets(*element);
+}
+
+void Referrers::renumber() noexcept {
+  for (Entry& entry : entries_) {
+    const Element* const element = entry.place < all_.size() ? all_[entry.place] : nullptr;
+    entry.place = element ? element->index_ : UINT32_MAX;
+  }
+}
+
+}  // namespace orb::zero

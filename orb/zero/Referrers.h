@@ -1,0 +1,48 @@
+#include <orb/zero/ModelElement.h>  // before the guard: on the way there it may bring this class
+
+#ifndef ORB_ZERO_REFERRERS_H
+#define ORB_ZERO_REFERRERS_H
+
+#include <cstdint>
+#include <vector>
+
+namespace orb::zero {
+
+/// Tells which elements of a model may refer to an element: a chain of places in the creation order
+/// per target, of which the target has the head. A new reference adds to the chain; one that goes
+/// leaves it, so what is named has to be looked at. A target is untracked when its chain may not be
+/// all: very many refer to it, or a slot was written by its address.
+class ORB_ZERO_API Referrers {
+ public:
+  using Element = ModelElement::Impl;
+  using Elements = std::vector<Element*>;
+
+  explicit Referrers(const Elements& all) noexcept : all_(all) {}
+
+  /// The element at this place has come to refer to the target.
+  void note(Element& target, std::uint32_t place) noexcept;
+  /// All that the element refers to.
+  void noteTargets(const Element& element) noexcept;
+  /// Appends the places of the elements that may refer to the target, which must be tracked.
+  void find(const Element& target, std::vector<std::uint32_t>& places) const;
+  /// Starts anew from what the model holds now; tracks every target but the popular ones.
+  void rebuild() noexcept;
+  /// Told when the elements have got new places and before the order is closed up.
+  void renumber() noexcept;
+
+ private:
+  static constexpr std::uint32_t popular = 64;  // references, from which on they are not followed
+
+  bool hasRoom() noexcept;
+
+  struct Entry {
+    std::uint32_t place;
+    std::uint32_t next;  // of the same target, from 1; 0 for none
+  };
+  const Elements& all_;
+  std::vector<Entry> entries_;
+};
+
+}  // namespace orb::zero
+
+#endif  // ORB_ZERO_REFERRERS_H

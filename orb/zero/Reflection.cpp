@@ -1,0 +1,110 @@
+#include <orb/zero/Exception.h>
+#include <orb/zero/ModelChanges.h>
+#include <orb/zero/Storage.h>
+#include <orb/zero/Value.h>
+
+#include <algorithm>
+
+namespace orb::zero {
+
+ModelListener::~ModelListener() = default;
+
+const meta::PropertyInfo* ModelElement::Impl::getPropertyByIndex(int position) const noexcept {
+  const auto& all = getMetaClass().all;
+  const auto place = static_cast<std::size_t>(position) - 1;
+  return place < all.size() ? all[place] : nullptr;
+}
+
+const meta::PropertyInfo* ModelElement::Impl::getPropertyByName(
+    std::string_view name) const noexcept {
+  for (const meta::PropertyInfo* property : getMetaClass().all)
+    if (property->name == name) return property;
+  return nullptr;
+}
+
+void ModelElement::Impl::checkOwn(const meta::PropertyInfo& property) const {
+  if (!getMetaClass().has(property)) [[unlikely]]
+    raise("NoSuchProperty", {std::string(getMetaClass().name), property.getQualifiedName()});
+}
+
+Value ModelElement::Impl::getPropertyValue(const meta::PropertyInfo& property,
+                                           ProxyTag tag) const {
+  checkOwn(property);
+  return property.services.get(*this, tag);
+}
+
+Value ModelElement::Impl::getPropertyValue(std::string_view name, ProxyTag tag) const {
+  const meta::PropertyInfo* const property = getPropertyByName(name);
+  if (!property) raise("NoSuchProperty", {std::string(getMetaClass().name), std::string(name)});
+  return property->services.get(*this, tag);
+}
+
+bool ModelElement::Impl::hasPropertyValue(const meta::PropertyInfo& property) const {
+  checkOwn(property);
+  return property.services.has(*this);
+}
+
+void ModelElement::Impl::setPropertyValue(const meta::PropertyInfo& property, const Value& value,
+                                          ProxyTag tag) {
+  checkNoProxy();
+  checkOwn(property);
+  if (property.flags & meta::ReadOnly)
+    raise("CannotSetReadOnlyProperty", {property.getQualifiedName()});
+  // What stands for the element already is as good as the element.
+  if (tag == ProxyTag::Resolve && property.services.get(*this, tag) == value) return;
+  property.services.set(*this, value);
+}
+
+Value ModelElement::Impl::getOldValue(const meta::PropertyInfo& property, ProxyTag tag) const {
+  checkOwn(property);
+  const Storage* outermost = nullptr;
+  for (const Storage* storage = storage_; storage; storage = storage->previous())
+    if (storage->isChanged(property.position)) outermost = storage;
+  return outermost ? outermost->getOldValue(property, tag) : getPropertyValue(property, tag);
+}
+
+ElementChange ModelElement::Impl::createChanges() const {
+  ElementChange change{ModelElement(const_cast<Impl*>(this)), {}};
+  if (!storage_) return change;
+  for (const meta::PropertyInfo* property : getMetaClass().all) {
+    const Storage* outermost = nullptr;
+    for (const Storage* storage = storage_; storage; storage = storage->previous())
+      if (storage->isChanged(property->position)) outermost = storage;
+    if (!outermost || outermost->isUnchanged(*property)) continue;
+    change.properties.push_back({property, outermost->getOldValue(*property, ProxyTag::Keep),
+                                 getPropertyValue(*property, ProxyTag::Keep)});
+  }
+  return change;
+}
+
+void ModelElement::Impl::inverseAdd(const ModelElement& element,
+                                    const meta::PropertyInfo& property) {
+  checkOwn(property);
+  if (!property.services.insert || !property.type) raise("InvalidValue");
+  property.services.insert(*this, Value(element));
+}
+
+void ModelElement::Impl::inverseRemove(const ModelElement& element,
+                                       const meta::PropertyInfo& property) {
+  checkNoProxy();
+  checkOwn(property);
+  if (element.get()) property.services.release(*this, *element.get());
+}
+
+bool ModelElement::Impl::inverseContainsProxyTo(const ModelElement& element,
+                                                const meta::PropertyInfo& property) const {
+  checkOwn(property);
+  if (!property.type || !element.get()) return false;
+  struct Search final : meta::TargetVisitor {
+    void visit(Impl& target) override {
+      isFound = isFound || (target.isProxy() && target.getUuid() == wanted);
+    }
+    uuid wanted;
+    bool isFound = false;
+  } search;
+  search.wanted = element.get()->getUuid();
+  property.services.targets(*this, search);
+  return search.isFound;
+}
+
+}  // namespace orb::zero
