@@ -25,6 +25,7 @@ class ImplOf : public X::Super::Impl {
 
  protected:
   using enum meta::Flag;  // for the table
+  using enum meta::Body;
 
   /// Whether the single property is there: a reference to a live element, or a value once given.
   template <auto Member>

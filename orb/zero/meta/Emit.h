@@ -8,6 +8,9 @@
 
 #include <orb/zero/Handle.h>
 #include <orb/zero/Storage.h>
+#include <orb/zero/ValueTraits.h>
+#include <orb/zero/meta/ClassList.h>
+#include <orb/zero/meta/EmitOperations.h>
 #include <orb/zero/meta/Kind.h>
 #include <orb/zero/meta/Table.h>
 
@@ -50,6 +53,22 @@ struct Access {
   static auto& old(Storage& s) { return std::get<I>(static_cast<StorageOf<X>&>(s).old); }
 };
 
+/// The type of one value of a slot.
+template <class M>
+struct ValueIn {
+  using Type = M;
+};
+template <class T>
+struct ValueIn<PrimitiveSequence<T>> {
+  using Type = T;
+};
+
+/// The package that a class says to be part of, by a function `packageOf` in its own namespace.
+template <class X>
+AbstractMetaPackage& packageFor() {
+  return packageOf(std::type_identity<X>());
+}
+
 template <class X, std::size_t I>
 consteval PropertyServices emitServices() {
   using A = Access<X, I>;
@@ -75,16 +94,25 @@ consteval PropertyServices emitServices() {
   services.forget = [](Element& e) noexcept {
     if constexpr (requires { K::type(); }) K::forget(A::slot(e));
   };
+  if constexpr (std::derived_from<Member, Collection>)
+    services.collection = [](Element& e) -> Collection* { return &A::slot(e); };
   return services;
 }
 
 template <class X, std::size_t I>
 consteval PropertyInfo emitProperty() {
   using A = Access<X, I>;
-  using K = Kind<typename std::remove_cvref_t<decltype(A::row)>::Member>;
+  using Member = typename std::remove_cvref_t<decltype(A::row)>::Member;
+  using K = Kind<Member>;
   PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
                     A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
-  if constexpr (requires { K::type(); }) info.type = &K::type;
+  if constexpr (requires { K::type(); }) {
+    info.type = &K::type;
+    info.typeName = [] { return K::type().name; };
+  } else {
+    info.typeName = &valueName<typename ValueIn<Member>::Type>;
+  }
+  info.package = &packageFor<X>;
   return info;
 }
 
@@ -122,6 +150,15 @@ consteval auto constructorOf() -> Element* (*)(void*) {
   return nullptr;
 }
 
+template <class X>
+consteval auto builderOf() -> std::unique_ptr<ModelElement::Builder> (*)(const Model&) {
+  if constexpr (X::Impl::table.instances == Instances::Concrete)
+    return [](const Model& model) -> std::unique_ptr<ModelElement::Builder> {
+      return std::make_unique<typename X::Builder>(model);
+    };
+  return nullptr;
+}
+
 /// One object for the whole process, whichever shared library asks.
 template <class X>
 ORB_ZERO_API inline constexpr ClassInfo classOf{
@@ -132,7 +169,10 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     allProperties<X>,
     sizeof(typename X::Impl),
     constructorOf<X>(),
-    [](Element& e) -> std::unique_ptr<Storage> { return std::make_unique<StorageOf<X>>(e); }};
+    [](Element& e) -> std::unique_ptr<Storage> { return std::make_unique<StorageOf<X>>(e); },
+    ownOperations<X>,
+    builderOf<X>(),
+    &packageFor<X>};
 template <>
 ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     "orb.zero.ModelElement",
@@ -142,7 +182,19 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     {},
     sizeof(ModelElement::Impl),
     nullptr,
-    nullptr};
+    nullptr,
+    {},
+    nullptr,
+    &packageFor<ModelElement>};
+
+/// The records of the listed classes.
+template <class... X>
+std::span<const ClassInfo* const> classesOf(ClassList<X...>) {
+  // Used: `metaClass()` is called from elsewhere, so its definitions must not be optimised away.
+  [[gnu::used]] static constexpr std::array functions{&X::metaClass...};
+  static constexpr std::array<const ClassInfo*, sizeof...(X)> classes{&classOf<X>...};
+  return classes;
+}
 
 }  // namespace orb::zero::meta
 
