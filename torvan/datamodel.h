@@ -36,5 +36,6 @@
 #include <torvan/datamodel/Term.h>
 #include <torvan/datamodel/TypeFactory.h>
 #include <torvan/datamodel/ValueFactory.h>
+#include <torvan/datamodel/ValueTypes.h>
 #include <torvan/datamodel/Variable.h>
 #include <torvan/datamodel/boolean3.h>

@@ -85,9 +85,9 @@ class ElementMap : public Collection {
   void rekey(ModelElement::Impl& child, const K& key, Rename rename) {
     if (content_.contains(key)) raise("UniquenessConstraint");
     Renaming renaming{*this, key_(child), key, key};
-    if (isRecorded()) log(renaming);
+    Renaming& made = isRecorded() ? log(std::move(renaming)) : renaming;
     rename();
-    renaming.exchange(true);
+    made.exchange(true);
   }
 
   // What the owner's property does with it (see `meta::PropertyServices`).

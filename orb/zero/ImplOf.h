@@ -91,6 +91,7 @@ class ImplOf : public X::Super::Impl {
 
  protected:
   using enum meta::Flag;  // for the table
+  using enum meta::Body;
 };
 
 }  // namespace orb::zero

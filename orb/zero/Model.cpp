@@ -61,7 +61,7 @@ bool Model::Freezer::isFrozen(const Model& model) noexcept {
   return model->transactions().isFrozen();
 }
 Model::Freezer::Thaw::Thaw(const Model& model) : model_(model), wasFrozen_(isFrozen(model)) {
-  model->transactions().setFrozen(false);
+  if (wasFrozen_) model->transactions().setFrozen(false);
 }
 Model::Freezer::Thaw::~Thaw() {
   if (wasFrozen_) freeze(model_);

@@ -77,7 +77,7 @@ class ORB_ZERO_API Storage : public UndoRecord {
 };
 
 /// As long as it lives, a collection reads as it was when a savepoint began.
-class Rewound {
+class ORB_ZERO_API Rewound {
  public:
   Rewound(const Storage& until, int position);
   Rewound(const Rewound&) = delete;

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <random>
 
+#include <boost/uuid/name_generator_md5.hpp>
+
 namespace orb::zero {
 namespace {
 
@@ -12,6 +14,11 @@ std::uint64_t processSeed() {
 }
 
 }  // namespace
+
+uuid uuidOfName(std::string_view name) {
+  static constexpr uuid names = uuidOf("01b7b0d1-47c6-317c-bea5-415e2cc9d1dd");
+  return boost::uuids::name_generator_md5(names)(name.data(), name.size());
+}
 
 UuidGenerator::UuidGenerator() {
   static std::atomic<std::uint64_t> stream{processSeed()};

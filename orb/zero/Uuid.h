@@ -27,6 +27,9 @@ consteval uuid uuidOf(std::string_view text) {
   return digits == 32 ? id : throw "not a UUID";
 }
 
+/// The UUID that a name has for good (version 3), in the framework's own namespace of names.
+ORB_ZERO_API uuid uuidOfName(std::string_view name);
+
 /// Hash of a UUID that also spreads hand-made ones, which differ in a few bits only.
 struct UuidHash {
   std::size_t operator()(const uuid& id) const noexcept {

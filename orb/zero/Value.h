@@ -35,8 +35,8 @@ class ORB_ZERO_API Value {
  public:
   /// An empty value, which is of no type.
   Value() noexcept = default;
-  template <class T>
-  requires Valuable<std::remove_cvref_t<T>> Value(T&& value);
+  template <class T, class = std::enable_if_t<Valuable<std::remove_cvref_t<T>>>>
+  Value(T&& value);
   Value(const Value& other) : type_(other.type_) {
     if (type_ && type_->clone)
       type_->clone(other.bytes_, bytes_);
@@ -149,8 +149,8 @@ inline void Value::destroy() noexcept {
     type_->destroy(bytes_);
 }
 
-template <class T>
-requires Valuable<std::remove_cvref_t<T>> Value::Value(T&& value) {
+template <class T, class>
+Value::Value(T&& value) {
   using Given = std::remove_cvref_t<T>;
   using Held = StoredAs<Given>;
   if constexpr (ElementHandle<ValueElement<Given>> &&

@@ -9,7 +9,14 @@ namespace torvan::datamodel {
 
 namespace meta = orb::zero::meta;
 namespace query = orb::zero::query;
-using meta::Instances, meta::Row, meta::Table;
+using meta::Instances, meta::Op, meta::Row, meta::Table;
+
+/// The package that describes the classes, see `MetaPackageTorvan_datamodel`.
+TORVAN_DATAMODEL_API meta::AbstractMetaPackage& metaPackage();
+template <class X>
+meta::AbstractMetaPackage& packageOf(std::type_identity<X>) {
+  return metaPackage();
+}
 
 using orb::zero::ModelElement;
 using Property = meta::PropertyInfo;

@@ -2,13 +2,12 @@
 
 #include <span>
 
+#include <orb/zero/meta/ClassList.h>
 #include <torvan/datamodel/Array.h>
 
 namespace torvan::datamodel {
 
-/// A list of classes, to build on at compile time.
-template <class... X>
-struct ClassList {};
+using meta::ClassList;
 
 /// The classes of the package, in the order of their names. Whatever goes over all classes starts
 /// from this list.

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <typeinfo>
 
 #include <orb/zero/ModelElement.h>
@@ -13,14 +14,24 @@
 
 namespace orb::zero {
 
+class Collection;
 class Referrers;
 class Value;
 enum class ProxyTag;
+namespace meta {
+class AbstractMetaPackage;
+class Class;
+class Property;
+}  // namespace meta
+
+ORB_ZERO_API meta::AbstractMetaPackage& packageOf(std::type_identity<ModelElement>);
 
 }  // namespace orb::zero
 
 /// What is known of a class at run time. The records are emitted from the table that each class
 /// declares once (see Table.h and Emit.h), are constant, and live as long as the program.
+///
+/// The registry describes the same by elements (see MetaRegistry.h), to which the records convert.
 namespace orb::zero::meta {
 
 using Element = ModelElement::Impl;
@@ -79,6 +90,8 @@ struct PropertyServices {
   void (*clear)(Element&) noexcept = nullptr;
   /// Empties the property without telling its targets, which are about to go as well.
   void (*forget)(Element&) noexcept = nullptr;
+  /// The collection itself; none for single properties.
+  Collection* (*collection)(Element&) = nullptr;
 };
 
 /// One property of a class.
@@ -94,10 +107,36 @@ struct PropertyInfo {
   const ClassInfo& (*type)();  ///< class of the values, null for primitive ones
   PropertyServices services;
   const std::type_info* primitive = nullptr;  ///< type of the values, null for elements
+  std::string_view (*typeName)() = nullptr;     ///< of the values, see `valueName`
+  AbstractMetaPackage& (*package)() = nullptr;  ///< the one of its class
 
   /// "torvan.datamodel.ArrayElem.index"
   std::string getQualifiedName() const { return std::string(className) + '.' + std::string(name); }
   friend bool operator==(const PropertyInfo& a, const PropertyInfo& b) { return a.id == b.id; }
+
+  /// The element that describes the property in the registry, see `ClassInfo`.
+  ORB_ZERO_API operator Property() const;
+};
+
+/// The result of an operation, or an argument.
+struct ParameterInfo {
+  std::string_view name;           ///< empty for a result
+  std::string_view (*typeName)();  ///< see `valueName`
+  bool isMany;                     ///< any number of values instead of one
+};
+
+/// Calls an operation. Raises "InvalidValue" for a wrong number of arguments, and
+/// "CannotCastIncompatibleTypes" for an argument of another type and for a receiver that is empty
+/// or of another class.
+using Invoker = Value (*)(const ModelElement& receiver, std::span<const Value> arguments);
+
+/// One operation of a class.
+struct OperationInfo {
+  std::string_view name;
+  bool isAbstract;  ///< left to the classes derived from this one
+  ParameterInfo result;
+  std::span<const ParameterInfo> arguments;
+  Invoker invoke;
 };
 
 /// One class.
@@ -110,6 +149,10 @@ struct ClassInfo {
   std::size_t size;                          ///< of an element, in bytes
   Element* (*construct)(void* memory);       ///< null for an abstract class
   std::unique_ptr<Storage> (*makeStorage)(Element&);  ///< an empty undo record
+  std::span<const OperationInfo> operations;          ///< own ones
+  /// Makes an empty builder; null for an abstract class.
+  std::unique_ptr<ModelElement::Builder> (*makeBuilder)(const Model&);
+  AbstractMetaPackage& (*package)();  ///< registers the class
 
   bool isAbstract() const { return construct == nullptr; }
   /// True for the class itself and those derived from it.
@@ -124,6 +167,10 @@ struct ClassInfo {
     return place < all.size() && *all[place] == property;
   }
   friend bool operator==(const ClassInfo& a, const ClassInfo& b) { return a.id == b.id; }
+
+  /// The element that describes the class in the registry. The first use initialises the package
+  /// of the class; if that raises, the next use tries again.
+  ORB_ZERO_API operator Class() const;
 };
 
 }  // namespace orb::zero::meta

@@ -8,6 +8,9 @@
 
 #include <orb/zero/Handle.h>
 #include <orb/zero/Storage.h>
+#include <orb/zero/ValueTraits.h>
+#include <orb/zero/meta/ClassList.h>
+#include <orb/zero/meta/EmitOperations.h>
 #include <orb/zero/meta/Kind.h>
 #include <orb/zero/meta/Table.h>
 
@@ -54,6 +57,12 @@ struct Access {
     return std::get<I>(static_cast<const StorageOf<X>&>(s).old);
   }
 };
+
+/// The package that a class says to be part of, by a function `packageOf` in its own namespace.
+template <class X>
+AbstractMetaPackage& packageFor() {
+  return packageOf(std::type_identity<X>());
+}
 
 template <class X, std::size_t I>
 consteval PropertyServices emitServices() {
@@ -144,18 +153,26 @@ consteval PropertyServices emitServices() {
   services.forget = [](Element& e) noexcept {
     if constexpr (requires { K::type(); }) K::forget(A::slot(e));
   };
+  if constexpr (std::derived_from<Member, Collection>)
+    services.collection = [](Element& e) -> Collection* { return &A::slot(e); };
   return services;
 }
 
 template <class X, std::size_t I>
 consteval PropertyInfo emitProperty() {
   using A = Access<X, I>;
-  using K = Kind<typename std::remove_cvref_t<decltype(A::row)>::Member>;
+  using Member = typename std::remove_cvref_t<decltype(A::row)>::Member;
+  using K = Kind<Member>;
   PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
                     A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
-  if constexpr (requires { K::type(); }) info.type = &K::type;
-  if constexpr (requires { typename K::Primitive; })
+  if constexpr (requires { K::type(); }) {
+    info.type = &K::type;
+    info.typeName = [] { return K::type().name; };
+  } else {
     info.primitive = &typeid(typename K::Primitive);
+    info.typeName = &valueName<typename K::Primitive>;
+  }
+  info.package = &packageFor<X>;
   return info;
 }
 
@@ -193,6 +210,15 @@ consteval auto constructorOf() -> Element* (*)(void*) {
   return nullptr;
 }
 
+template <class X>
+consteval auto builderOf() -> std::unique_ptr<ModelElement::Builder> (*)(const Model&) {
+  if constexpr (X::Impl::table.instances == Instances::Concrete)
+    return [](const Model& model) -> std::unique_ptr<ModelElement::Builder> {
+      return std::make_unique<typename X::Builder>(model);
+    };
+  return nullptr;
+}
+
 /// One object for the whole process, whichever shared library asks.
 template <class X>
 ORB_ZERO_API inline constexpr ClassInfo classOf{
@@ -203,7 +229,10 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     allProperties<X>,
     sizeof(typename X::Impl),
     constructorOf<X>(),
-    [](Element& e) { return std::unique_ptr<Storage>(new (e.model()) StorageOf<X>(e)); }};
+    [](Element& e) { return std::unique_ptr<Storage>(new (e.model()) StorageOf<X>(e)); },
+    ownOperations<X>,
+    builderOf<X>(),
+    &packageFor<X>};
 template <>
 ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     "orb.zero.ModelElement",
@@ -213,7 +242,19 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     {},
     sizeof(ModelElement::Impl),
     nullptr,
-    nullptr};
+    nullptr,
+    {},
+    nullptr,
+    &packageFor<ModelElement>};
+
+/// The records of the listed classes.
+template <class... X>
+std::span<const ClassInfo* const> classesOf(ClassList<X...>) {
+  // Used: `metaClass()` is called from elsewhere, so its definitions must not be optimised away.
+  [[gnu::used]] static constexpr std::array functions{&X::metaClass...};
+  static constexpr std::array<const ClassInfo*, sizeof...(X)> classes{&classOf<X>...};
+  return classes;
+}
 
 }  // namespace orb::zero::meta
 

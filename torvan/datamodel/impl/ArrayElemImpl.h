@@ -14,10 +14,13 @@ class TORVAN_DATAMODEL_API ArrayElem::Impl : public orb::zero::ImplOf<ArrayElem>
 
  public:
   static constexpr Table table{
-      Instances::Concrete, "torvan.datamodel.ArrayElem", "e0cce470-c4c4-302a-9267-db1bfbbee8d2",
+      Instances::Concrete,
+      "torvan.datamodel.ArrayElem",
+      "e0cce470-c4c4-302a-9267-db1bfbbee8d2",
       Row{&Impl::index_, "index", 1, "9d376a34-0db9-357f-af02-2f9f64d3f811",
           Ordered | Unique | ReadOnly | Transient | NoDefault},
-      Row{&Impl::value_, "value", 2, "c99c717c-0168-32b7-a1df-067ff8f76095", Ordered | Unique}};
+      Row{&Impl::value_, "value", 2, "c99c717c-0168-32b7-a1df-067ff8f76095", Ordered | Unique},
+      Op{&ArrayElem::ref, "ref", Defined}};
 
   /// The key under which the owner stores the element.
   static const std::uint16_t& keyOf(const ModelElement::Impl& element) {

@@ -15,10 +15,13 @@ class TORVAN_DATAMODEL_API FieldElem::Impl : public orb::zero::ImplOf<FieldElem>
 
  public:
   static constexpr Table table{
-      Instances::Concrete, "torvan.datamodel.FieldElem", "3ef84786-8ca2-378a-8265-8f4819ae498b",
+      Instances::Concrete,
+      "torvan.datamodel.FieldElem",
+      "3ef84786-8ca2-378a-8265-8f4819ae498b",
       Row{&Impl::name_, "name", 1, "840147cb-8912-3cbc-ae01-fad6fb2617fd",
           Ordered | Unique | ReadOnly | Transient | NoDefault},
-      Row{&Impl::value_, "value", 2, "8fb5b092-1368-35a6-9551-d250595de13c", Ordered | Unique}};
+      Row{&Impl::value_, "value", 2, "8fb5b092-1368-35a6-9551-d250595de13c", Ordered | Unique},
+      Op{&FieldElem::ref, "ref", Defined}};
 
   /// The key under which the owner stores the element.
   static const std::string& keyOf(const ModelElement::Impl& element) {

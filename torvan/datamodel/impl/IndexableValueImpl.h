@@ -8,7 +8,9 @@ namespace torvan::datamodel {
 class TORVAN_DATAMODEL_API IndexableValue::Impl : public orb::zero::ImplOf<IndexableValue> {
  public:
   static constexpr Table table{Instances::Abstract, "torvan.datamodel.IndexableValue",
-                               "009181ef-dfd6-37d8-b107-6b5b7a61007d"};
+                               "009181ef-dfd6-37d8-b107-6b5b7a61007d",
+                               Op{&IndexableValue::at, "at", Abstract, "startIndex", "endIndex"},
+                               Op{&IndexableValue::ref, "ref", Abstract, "startIndex", "endIndex"}};
 
   virtual LatticeValue at(std::uint16_t start, std::uint16_t end) const = 0;
   virtual Ref ref(std::uint16_t start, std::uint16_t end) = 0;

@@ -28,7 +28,8 @@ class TORVAN_DATAMODEL_API LatticeType::Impl : public orb::zero::ImplOf<LatticeT
       Row{&Impl::top_, "top", 3, "74759111-c957-31d4-9e74-41c143160b46",
           Ordered | Unique | NoMutator},
       Row{&Impl::bottom_, "bottom", 4, "af8c142c-23af-30e1-9ea0-fce9248d0780",
-          Ordered | Unique | NoMutator}};
+          Ordered | Unique | NoMutator},
+      Op{&LatticeType::isCompatible, "isCompatible", Abstract, "other"}};
 
   const std::string& getName() const noexcept { return name_; }
   bool hasName() const noexcept { return has<&Impl::name_>(); }

@@ -14,8 +14,13 @@ class TORVAN_DATAMODEL_API Struct::Impl : public orb::zero::ImplOf<Struct> {
 
  public:
   static constexpr Table table{
-      Instances::Concrete, "torvan.datamodel.Struct", "096f485a-ee30-3f68-8ae0-88f63ff96674",
-      Row{&Impl::values_, "values", 2, "c1b68a6c-272d-341d-aa68-0e311a9387cf", 0, "name"}};
+      Instances::Concrete,
+      "torvan.datamodel.Struct",
+      "096f485a-ee30-3f68-8ae0-88f63ff96674",
+      Row{&Impl::values_, "values", 2, "c1b68a6c-272d-341d-aa68-0e311a9387cf", 0, "name"},
+      Op{&Struct::at, "at", Defined, "name"},
+      Op{&Struct::ref, "ref", Defined, "name"},
+      Op{&Struct::prune, "prune", Defined, "fieldName"}};
 
   orb::zero::ElementMap<std::string, FieldElem>& getValues() noexcept { return values_; }
   const orb::zero::ElementMap<std::string, FieldElem>& getValues() const noexcept {

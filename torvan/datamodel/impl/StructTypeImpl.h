@@ -15,7 +15,8 @@ class TORVAN_DATAMODEL_API StructType::Impl : public orb::zero::ImplOf<StructTyp
  public:
   static constexpr Table table{
       Instances::Concrete, "torvan.datamodel.StructType", "a25be7f4-c58f-3411-bb04-269ef1caac7d",
-      Row{&Impl::fields_, "fields", 5, "31e1c15f-1eee-3f50-a7c1-2771c10214e8", NoMutator, "name"}};
+      Row{&Impl::fields_, "fields", 5, "31e1c15f-1eee-3f50-a7c1-2771c10214e8", NoMutator, "name"},
+      Op{&StructType::at, "at", Defined, "name"}};
 
   orb::zero::ElementMap<std::string, FieldType>& getFields() noexcept { return fields_; }
   const orb::zero::ElementMap<std::string, FieldType>& getFields() const noexcept {

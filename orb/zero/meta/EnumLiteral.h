@@ -1,0 +1,23 @@
+#include <orb/zero/meta/NamedElement.h>  // before the guard, see impl/Elements.h
+
+#ifndef ORB_ZERO_META_ENUMLITERAL_H
+#define ORB_ZERO_META_ENUMLITERAL_H
+
+namespace orb::zero::meta {
+
+class Enum;
+
+/// One literal of an enumeration, which owns it.
+class ORB_ZERO_API EnumLiteral : public Handle<EnumLiteral, NamedElement> {
+ public:
+  class Impl;
+  using Handle::Handle;
+
+  static const PropertyInfo& value() { return property(2); }
+};
+
+}  // namespace orb::zero::meta
+
+#include <orb/zero/meta/impl/Elements.h>
+
+#endif  // ORB_ZERO_META_ENUMLITERAL_H

@@ -1,0 +1,142 @@
+#include <orb/zero/meta/MetaRegistry.h>
+
+#include <algorithm>
+
+#include <orb/zero/Exception.h>
+#include <orb/zero/meta/impl/StandardPackage.h>
+
+namespace orb::zero::meta {
+namespace {
+
+void collect(const Package& package, std::vector<Package>& found) {
+  found.push_back(package);
+  for (const Package& inner : package->getPackages()) collect(inner, found);
+}
+
+bool isInside(ModelElement element, const Package& package) {
+  while (element && !(element == package)) element = element->getContainer();
+  return static_cast<bool>(element);
+}
+
+}  // namespace
+
+MetaRegistry& MetaRegistry::getInstance() {
+  static MetaRegistry& registry = *new MetaRegistry;  // what outlives the program may still ask
+  return registry;
+}
+
+MetaRegistry::MetaRegistry() {
+  StandardPackage::getInstance().registerIn(*this);
+  Model::Freezer::freeze(model_);
+}
+
+Type MetaRegistry::findType(std::string_view name) const {
+  const Lock lock(mutex_);
+  const auto found = tables_.types.find(name);
+  return found != tables_.types.end() && found->second ? found->second : Type();
+}
+
+Type MetaRegistry::requireType(std::string_view name) const {
+  Type found = findType(name);
+  if (!found) raise("NoSuchType", {std::string(name)});
+  return found;
+}
+
+PrimitiveType MetaRegistry::getPrimitiveType(std::string_view name) const {
+  const Lock lock(mutex_);
+  const Type found = findType(name);
+  const bool isPrimitive = found && found->getMetaClass() == PrimitiveType::metaClass();
+  return isPrimitive ? PrimitiveType(found) : PrimitiveType();
+}
+
+Package MetaRegistry::findPackage(std::u16string_view uri) const {
+  const Lock lock(mutex_);
+  for (const Package& package : getPackages())
+    if (package->getUri() == uri) return package;
+  return {};
+}
+
+std::vector<Package> MetaRegistry::getPackages() const {
+  const Lock lock(mutex_);
+  std::vector<Package> found;
+  for (const Package& root : tables_.roots)
+    if (root) collect(root, found);
+  return found;
+}
+
+std::vector<Type> MetaRegistry::getTypes() const {
+  const Lock lock(mutex_);
+  std::vector<Type> found;
+  for (const Package& package : getPackages())
+    for (const Type& type : package->getTypes()) found.push_back(type);
+  return found;
+}
+
+std::vector<Class> MetaRegistry::getClasses() const {
+  const Lock lock(mutex_);
+  std::vector<Class> found;
+  for (const Type& type : getTypes())
+    if (type->getMetaClass() == Class::metaClass()) found.emplace_back(type);
+  return found;
+}
+
+ModelElement MetaRegistry::createElement(const Model& model, std::string_view className) const {
+  BuilderFactory makeBuilder = nullptr;
+  {
+    const Lock lock(mutex_);
+    const Type type = requireType(className);
+    if (!(type->getMetaClass() == Class::metaClass()))
+      raise("NoSuchType", {std::string(className)});
+    makeBuilder = Class(type)->getBuilderFactory();
+  }
+  if (!makeBuilder) raise("InvalidValue");
+  return makeBuilder(model)->create();
+}
+
+void MetaRegistry::registerRootPackage(const Package& package) {
+  const Lock lock(mutex_);
+  tables_.roots.push_back(package);
+}
+
+void MetaRegistry::unregisterRootPackage(std::u16string_view uri) {
+  const Lock lock(mutex_);
+  std::erase_if(tables_.roots, [&](const Package& root) {
+    if (!root || root->getUri() != uri) return !root;
+    std::erase_if(tables_.types, [&](const auto& entry) { return isInside(entry.second, root); });
+    return true;
+  });
+}
+
+void MetaRegistry::registerType(const Class& type, CollectionAccessor collectionAccessor,
+                                BuilderFactory builderFactory) {
+  const Lock lock(mutex_);
+  type->collectionAccessor_ = collectionAccessor;
+  type->builderFactory_ = builderFactory;
+}
+
+void MetaRegistry::registerTypeNames(const Type& type, std::string_view qualified,
+                                     std::string_view native) {
+  const Lock lock(mutex_);
+  type->qualifiedName_ = qualified;
+  type->nativeName_ = native;
+  for (const std::string_view name : {qualified, native})
+    tables_.types.insert_or_assign(std::string(name), type);
+}
+
+MetaRegistry::Update::Update(MetaRegistry& registry)
+    : lock_(registry.mutex_),
+      registry_(registry),
+      thaw_(registry.model_),
+      transaction_(registry.model_),
+      before_(registry.tables_) {}
+
+MetaRegistry::Update::~Update() {
+  if (!isCommitted_) std::swap(registry_.tables_, before_);
+}
+
+void MetaRegistry::Update::commit() {
+  transaction_.commit();
+  isCommitted_ = true;
+}
+
+}  // namespace orb::zero::meta

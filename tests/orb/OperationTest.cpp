@@ -1,0 +1,96 @@
+#include <orb/zero/Value.h>
+#include <orb/zero/meta/AbstractMetaPackage.h>
+#include <orb/zero/meta/Operation.h>
+
+#include "tests/datamodel/SessionTest.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using orb::zero::Value;
+
+/// Operations called by their names.
+class OperationTest : public SessionTest {
+ protected:
+  static meta::Invoker invoker(const meta::ClassInfo& type, std::string_view name) {
+    for (const meta::ClassInfo* level = &type; level; level = level->superclass)
+      for (const meta::Operation& operation : meta::Class(*level)->getOperations())
+        if (operation->getName() == orb::zero::toUtf16(name)) return operation->getInvoker();
+    return nullptr;
+  }
+  template <class Result>
+  static Result call(const ModelElement& receiver, std::string_view name,
+                     const std::vector<Value>& arguments = {}) {
+    return invoker(receiver->getMetaClass(), name)(receiver, arguments).template getValue<Result>();
+  }
+
+  PowerSetType p = sets(4);
+  PowerSet a = set(p, {1, 2}), b = set(p, {2, 3});
+  StructType record = types.createStructType("R", {"x", "y"}, {p, p});
+  Struct s = values.createStruct(record, {"x"}, {a});
+};
+
+TEST_F(OperationTest, OfValuesAndTypes) {
+  EXPECT_TRUE(call<LatticeValue>(a, "join", {b}).eq(a.join(b)));
+  EXPECT_TRUE(call<PowerSet>(a, "meet", {b}).eq(a.meet(b)));
+  EXPECT_EQ(call<boolean3>(a, "le", {a.join(b)}), boolean3::T);
+  EXPECT_EQ(call<boolean3>(a, "le", {b}), boolean3::NA);
+  EXPECT_TRUE(call<bool>(a, "eq", {a.clone()}));
+  EXPECT_FALSE(call<bool>(a, "eq", {b}));
+  const LatticeValue copy = call<LatticeValue>(a, "clone");
+  EXPECT_TRUE(copy.eq(a) && !(copy == a));
+  EXPECT_TRUE(call<bool>(p, "isCompatible", {sets(4)}));
+  EXPECT_FALSE(call<bool>(p, "isCompatible", {record}));
+}
+
+TEST_F(OperationTest, OfIndexedValues) {
+  const std::uint16_t start = 2, end = 3;
+  EXPECT_EQ(call<PowerSet>(a, "at", {start, end})->getValue(), bitsOf(2, {1}));
+  const Ref bits = call<Ref>(a, "ref", {start, end});
+  EXPECT_TRUE(bits == a.ref(2, 3));
+  EXPECT_FALSE(bits == a.ref(2, 4));
+}
+
+TEST_F(OperationTest, OfRecordsAndSlots) {
+  const std::string x = "x";
+  EXPECT_TRUE(call<LatticeValue>(s, "at", {x}) == a);
+  EXPECT_TRUE(call<Ref>(s, "ref", {x}) == s.ref(x));
+  EXPECT_FALSE(call<Struct>(s, "prune", {std::vector{x}})->getValues().contains(x));
+  EXPECT_TRUE(call<LatticeType>(record, "at", {x}) == p);
+  EXPECT_FALSE(call<LatticeType>(record, "at", {std::string("z")}));
+
+  const FieldElem slot = s->getValues()[x];
+  EXPECT_EQ(call<LatticeValue*>(slot, "ref"), slot.ref());
+  const Array array = values.createArray({}, {1}, {a});
+  EXPECT_EQ(call<LatticeValue*>(array->getValues()[1], "ref"), array->getValues()[1].ref());
+}
+
+TEST_F(OperationTest, OfEquations) {
+  const Variable x = variable("x", p), y = variable("y", p);
+  const Equation equation =
+      session.createSystemBuilder()->addEquation(x, expressions.createJoin({y, x, y}));
+  EXPECT_EQ(call<std::string>(equation, "print"), equation.print());
+  EXPECT_TRUE(call<Variable>(equation, "getLhsVariable") == x);
+  EXPECT_TRUE(call<std::vector<Variable>>(equation, "getRhsVariables") == (std::vector{y, x, y}));
+}
+
+TEST_F(OperationTest, RefusesWhatTheMethodWouldNotTake) {
+  const auto failure = [&](const ModelElement& receiver, const std::vector<Value>& arguments) {
+    return failureOf([&] { invoker(LatticeValue::metaClass(), "join")(receiver, arguments); });
+  };
+  EXPECT_EQ(failure(a, {}), "InvalidValue");
+  EXPECT_EQ(failure(a, {b, b}), "InvalidValue");
+  const std::string expected = "CannotCastIncompatibleTypes(torvan.datamodel.LatticeValue)";
+  EXPECT_EQ(failure(a, {std::string("b")}), expected);
+  EXPECT_EQ(failure(a, {p}), expected);
+  EXPECT_EQ(failure({}, {b}), expected);
+  EXPECT_EQ(failure(p, {b}), expected);
+  EXPECT_EQ(failure(a, {s}), "CannotCastIncompatibleTypes(torvan.datamodel.PowerSet)");
+  EXPECT_EQ(failureOf([&] {
+              call<LatticeValue>(a, "at", {1, 2});
+            }),  // int is another type
+            "CannotCastIncompatibleTypes(UInteger16)");
+}
+
+}  // namespace
+}  // namespace torvan::datamodel
