@@ -4,6 +4,7 @@
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/Targets.h>
+#include <orb/zero/Value.h>
 
 namespace orb::zero {
 
@@ -26,12 +27,37 @@ ModelElement::Impl* ModelElement::Builder::staged() const {
 
 void ModelElement::Builder::add(const meta::PropertyInfo& property,
                                 std::unique_ptr<Builder> child) {
-  const auto own = std::find_if(class_.all.begin(), class_.all.end(),
-                                [&](const auto* candidate) { return *candidate == property; });
-  if (own == class_.all.end() || !(*own)->isOwning) raise("InvalidValue");
-  if (!child) raise("InvalidValue");
+  if (!class_.has(property) || !property.isOwning || !child) raise("InvalidValue");
   checkModel(*child, model_);
-  children_.push_back({*own, std::move(child)});
+  children_.push_back({&property, std::move(child)});
+}
+
+int ModelElement::Builder::markGiven(int position, bool isGiven) {
+  given_.resize(class_.all.size() + 1);
+  given_.set(static_cast<std::size_t>(position), isGiven);
+  return position;
+}
+
+int ModelElement::Builder::setOrAdd(const meta::PropertyInfo& property, const Value& value) {
+  if (!class_.has(property)) return -1;
+  const bool isWhole = !property.services.insert || value.isEmpty() ||
+                       value.type()->multiplicity != Multiplicity::One;
+  (isWhole ? property.services.set : property.services.insert)(*staged(), value);
+  return markGiven(property.position, !value.isEmpty());
+}
+
+int ModelElement::Builder::setOrAdd(const meta::PropertyInfo& property,
+                                    std::unique_ptr<Builder>& child) {
+  if (!class_.has(property)) return -1;
+  add(property, std::move(child));
+  return markGiven(property.position, true);
+}
+
+int ModelElement::Builder::doClear(const meta::PropertyInfo& property) {
+  if (!class_.has(property)) return -1;
+  property.services.set(*staged(), Value());
+  std::erase_if(children_, [&](const Child& child) { return *child.property == property; });
+  return markGiven(property.position, false);
 }
 
 ModelElement::Impl& ModelElement::Builder::make() {

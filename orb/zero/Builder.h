@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/dynamic_bitset/dynamic_bitset.hpp>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -29,6 +30,18 @@ class ORB_ZERO_API ModelElement::Builder {
   /// and "CannotCreateCrossModelAssociation" for a builder of another model.
   void add(const meta::PropertyInfo& property, std::unique_ptr<Builder> child);
 
+  /// Gives a value by the descriptor of its property: a single one, or one more of a collection,
+  /// or, as a sequence, all of it. Returns the position of the property; -1 when the class lacks
+  /// it. Raises "CannotCastIncompatibleTypes" for a value of another type, and what the setter
+  /// raises.
+  int setOrAdd(const meta::PropertyInfo& property, const Value& value);
+  /// Gives the builder of an element to own, and takes it over; see `add`.
+  int setOrAdd(const meta::PropertyInfo& property, std::unique_ptr<Builder>& child);
+  /// Takes back what was given for the property.
+  int doClear(const meta::PropertyInfo& property);
+  /// Which positions were given a value by `setOrAdd`.
+  const boost::dynamic_bitset<>& given() const noexcept { return given_; }
+
   /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
   /// have one key.
@@ -46,6 +59,7 @@ class ORB_ZERO_API ModelElement::Builder {
     std::unique_ptr<Builder> builder;
   };
   friend class Impl;
+  int markGiven(int position, bool isGiven);
   static void checkModel(const Builder& builder, const Model& model);
   Impl& adopt(const uuid& id);
   void cascadeCreation(Impl& owner);
@@ -55,6 +69,7 @@ class ORB_ZERO_API ModelElement::Builder {
   const meta::ClassInfo& class_;
   std::unique_ptr<Impl, Impl::Disposer> staged_;
   std::vector<Child> children_;
+  boost::dynamic_bitset<> given_;
   std::uint64_t losses_;  // of the model when the builder was made
 };
 

@@ -117,6 +117,10 @@ class ORB_ZERO_API ModelElement::Impl {
   /// becomes unset, a sequence entry is removed); what they refer to stays. One undoable unit.
   void destroy();
 
+  /// The same with a choice: what it owns goes with it, or stays as top-level elements; and what
+  /// refers to it is cleared, or refers to a proxy from now on.
+  void doDestroy(bool owned, bool leavesProxy);
+
   /// Makes the element of the builder and puts it into the owned collection, as one unit: a refused
   /// insertion leaves no element.
   ModelElement createInto(const meta::PropertyInfo& property, Builder& builder, const uuid& id);

@@ -54,11 +54,25 @@ bool ModelElement::Impl::resolve() {
 
 ModelElement ModelElement::Impl::convertToProxy() {
   if (isProxy_) return ModelElement(this);
-  Transaction unit(getModel());
-  ModelElement proxy(&model_->proxy(getProxyId(), this));
-  model_->destroy(*this, proxy.get());
+  const Model model = getModel();
+  const ProxyId id = getProxyId();
+  Transaction unit(model);
+  doDestroy(true, true);
   unit.commit();
-  return proxy;
+  return model.createProxy(*id.type, id.id);
+}
+
+void ModelElement::Impl::doDestroy(bool owned, bool leavesProxy) {
+  Transaction unit(getModel());
+  if (!owned) {
+    Targets children;
+    for (const meta::PropertyInfo* property : getMetaClass().all)
+      if (property->isOwning) property->services.targets(*this, children);
+    for (Impl* child : children.found) child->leaveContainer();
+  }
+  Impl* const proxy = leavesProxy && !isProxy_ ? &model_->proxy(getProxyId(), this) : nullptr;
+  model_->destroy(*this, proxy);
+  unit.commit();
 }
 
 void ModelElement::Impl::convertReferencesToProxies(bool owned,

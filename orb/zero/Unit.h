@@ -39,6 +39,7 @@ class Unit {
 class Batch {
  public:
   explicit Batch(const Model& model) : unit_(*model.operator->()) {}
+  explicit Batch(const ModelElement::Impl& element) : unit_(element) {}
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   ~Batch() noexcept(false) { unit_.commit(); }

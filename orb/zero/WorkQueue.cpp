@@ -1,11 +1,29 @@
 #include <orb/zero/WorkQueue.h>
 
+#include <deque>
+#include <utility>
+
 namespace orb::zero {
 namespace {
 
+/// Work that posts more is finished first, so that everybody learns of all changes in their order.
 class InlineWorkQueue final : public WorkQueue {
  public:
-  void post(std::function<void()> work) override { work(); }
+  void post(std::function<void()> work) override {
+    waiting_.push_back(std::move(work));
+    if (isRunning_) return;
+    isRunning_ = true;
+    while (!waiting_.empty()) {
+      const std::function<void()> next = std::move(waiting_.front());
+      waiting_.pop_front();
+      next();
+    }
+    isRunning_ = false;
+  }
+
+ private:
+  std::deque<std::function<void()>> waiting_;
+  bool isRunning_ = false;
 };
 
 }  // namespace

@@ -55,6 +55,7 @@ bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit
 /// A new array like this one whose every element is what `operation` makes of the elements of both.
 template <class Operation>
 Array combine(const Array::Impl& array, const LatticeValue& other, Operation operation) {
+  const orb::zero::Batch batch(array);
   Array::Builder builder(array.getModel());
   builder->setType(array.getType());
   Array result = builder.create();
@@ -109,6 +110,7 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
   const std::uint16_t count = countOf(start, end);
   if (count == 1) return read(start);
 
+  const orb::zero::Batch batch(*this);
   Array result = Array::Builder(getModel()).create();
   LatticeType elemType;
   if (count == 0) elemType = ArrayType {
@@ -128,6 +130,7 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
 
 Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
   const std::uint16_t count = countOf(start, end);
+  const orb::zero::Batch batch(*this);
   std::vector<LatticeValue*> slots;
   for (unsigned k = 0; k < count; ++k) {
     const auto index = static_cast<std::uint16_t>(start + k);
@@ -142,6 +145,7 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
 
 void Array::Impl::store(std::uint16_t index, const LatticeValue& value) {
   if (values_.contains(index)) orb::zero::raise("UniquenessConstraint");
+  const orb::zero::Batch batch(*this);
   ArrayElem::Builder element(getModel());
   element->basicSetIndex(index);
   element->setValue(value);

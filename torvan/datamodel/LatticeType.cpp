@@ -63,6 +63,7 @@ LatticeType StructType::Impl::at(const std::string& name) const {
 
 void StructType::Impl::store(const std::string& name, const LatticeType& elemType) {
   if (fields_.contains(name)) orb::zero::raise("UniquenessConstraint");
+  const orb::zero::Batch batch(*this);
   FieldType::Builder field(getModel());
   field->basicSetName(name);
   field->setElemType(elemType);

@@ -69,6 +69,7 @@ LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {
   BitSet bits = value_ >> offset;
   bits.resize(length);
 
+  const orb::zero::Batch batch(*this);
   ValueFactory values(getModel());
   TypeFactory types(getModel());
   types.valueFactory(&values);

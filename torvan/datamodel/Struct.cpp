@@ -55,6 +55,7 @@ bool forFields(const Struct::Impl& record, const LatticeValue& other, Visit visi
 /// A new record like this one whose every field is what `operation` makes of the fields of both.
 template <class Operation>
 Struct combine(const Struct::Impl& record, const LatticeValue& other, Operation operation) {
+  const orb::zero::Batch batch(record);
   Struct result = makeLike(record);
   forFields(record, other, [&](const auto& name, const auto& left, const auto& right) {
     result->store(name, operation(left, right));
@@ -99,6 +100,7 @@ LatticeValue Struct::Impl::at(const std::string& name) const {
 }
 
 Ref Struct::Impl::ref(const std::string& name) {
+  const orb::zero::Batch batch(*this);
   if (!values_.contains(name)) {
     const LatticeValue bottom = at(name);
     store(name, bottom ? bottom.clone() : LatticeValue());
@@ -107,6 +109,7 @@ Ref Struct::Impl::ref(const std::string& name) {
 }
 
 Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
+  const orb::zero::Batch batch(*this);
   Struct result = makeLike(*this);
   for (const auto& [name, field] : values_)
     if (path.empty() || name != path.front())
@@ -120,6 +123,7 @@ Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
 
 void Struct::Impl::store(const std::string& name, const LatticeValue& value) {
   if (values_.contains(name)) orb::zero::raise("UniquenessConstraint");
+  const orb::zero::Batch batch(*this);
   FieldElem::Builder field(getModel());
   field->basicSetName(name);
   field->setValue(value);

@@ -17,6 +17,7 @@ ValueFactory& TypeFactory::values() const {
 }
 
 PowerSetType TypeFactory::createPowerSetType(const std::string& name, std::uint16_t numElems) {
+  const orb::zero::Batch batch(model_);
   PowerSetType::Builder builder(model_);
   builder->basicSetName(name);
   builder->basicSetNumElems(numElems);
@@ -30,6 +31,7 @@ PowerSetType TypeFactory::createPowerSetType(const std::string& name, std::uint1
 
 PowerSetType TypeFactory::createPowerSetType(const std::string& name,
                                              const std::vector<std::string>& elements) {
+  const orb::zero::Batch batch(model_);
   PowerSetType type = createPowerSetType(name, static_cast<std::uint16_t>(elements.size()));
   auto& universe = type->getUniverse();
   universe.reserve(elements.size());
@@ -41,6 +43,7 @@ StructType TypeFactory::createStructType(const std::string& name,
                                          const std::vector<std::string>& fieldNames,
                                          const std::vector<LatticeType>& fieldTypes) {
   assert(fieldNames.size() == fieldTypes.size());
+  const orb::zero::Batch batch(model_);
   StructType::Builder builder(model_);
   builder->basicSetName(name);
   builder->basicSetNumElems(1);
@@ -59,6 +62,7 @@ StructType TypeFactory::createStructType(const std::string& name,
 
 ArrayType TypeFactory::createArrayType(const std::string& name, const LatticeType& elemType,
                                        std::uint16_t size) {
+  const orb::zero::Batch batch(model_);
   ArrayType::Builder builder(model_);
   builder->basicSetName(name);
   builder->setElemType(elemType);

@@ -12,6 +12,7 @@ template <class Value, class Type, class Key>
 Value makeComposite(const orb::zero::Model& model, const Type& type, const std::vector<Key>& keys,
                     const std::vector<LatticeValue>& values) {
   assert(keys.size() == values.size());
+  const orb::zero::Batch batch(model);
   typename Value::Builder builder(model);
   builder->setType(type);
   Value value = builder.create();
