@@ -63,6 +63,7 @@ void addKeyedCases();
 void addSystemCases();
 void addExpressionCases();
 void addReferenceCases();
+void addReflectionCases();
 void addQueryCases();
 
 }  // namespace torvan::datamodel::benchmarks

@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
   addSystemCases();
   addExpressionCases();
   addReferenceCases();
+  addReflectionCases();
   addQueryCases();
 
   benchmark::Initialize(&count, arguments.data());

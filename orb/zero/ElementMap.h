@@ -7,6 +7,7 @@
 #include <orb/zero/Collection.h>
 #include <orb/zero/CollisionResolution.h>
 #include <orb/zero/Exception.h>
+#include <orb/zero/KeyIndex.h>
 
 namespace orb::zero {
 
@@ -23,18 +24,20 @@ class ElementMap : public Collection {
       : Collection(element, descriptor), key_(key) {}
 
   /// The element under the key, or an empty handle.
-  E operator[](const K& key) const {
-    const auto found = content_.find(key);
-    return found == content_.end() ? E() : E(found->second);
-  }
+  E operator[](const K& key) const { return E(ModelElement(find(key))); }
   /// The same without a reference of its own: null when there is none.
   typename E::Impl* find(const K& key) const {
-    const auto found = content_.find(key);
-    return found == content_.end() ? nullptr : static_cast<typename E::Impl*>(found->second.get());
+    if (!index_.isMade()) [[unlikely]] {
+      const auto found = content_.find(key);
+      if (index_.isDue(size())) index_.make(content_);
+      return found == content_.end() ? nullptr : implOf(found->second);
+    }
+    const auto* const found = index_.find(key);
+    return found ? implOf(found->second) : nullptr;
   }
   bool contains(const K& key) const {
     if (empty() || content_.rbegin()->first < key) return false;  // at once for what comes last
-    return content_.contains(key);
+    return find(key) != nullptr;
   }
   auto begin() const noexcept { return content_.begin(); }
   auto end() const noexcept { return content_.end(); }
@@ -122,6 +125,7 @@ class ElementMap : public Collection {
   void reset() noexcept {
     for (const auto& [key, child] : content_) disown(*child.get());
     content_.clear();
+    index_.drop();
   }
   void forget() noexcept {
     for (auto& [key, child] : content_) child.forget();
@@ -134,9 +138,9 @@ class ElementMap : public Collection {
     void exchange(bool links) noexcept {
       if (node) {
         if (links) map.adopt(*node.mapped().get());
-        map.content_.insert(std::move(node));
+        map.index_.insert(*map.content_.insert(std::move(node)).position);
       } else {
-        node = map.content_.extract(key);
+        node = map.extract(map.content_.find(key));
         if (links) map.disown(*node.mapped().get());
       }
     }
@@ -147,10 +151,10 @@ class ElementMap : public Collection {
   /// An entry that is stored under another key.
   struct Renaming {
     void exchange(bool) noexcept {
-      auto node = map.content_.extract(now);
+      auto node = map.extract(map.content_.find(now));
       std::swap(node.key(), spare);
       std::swap(now, other);
-      map.content_.insert(std::move(node));
+      map.index_.insert(*map.content_.insert(std::move(node)).position);
     }
     ElementMap& map;
     K now, other;
@@ -166,7 +170,7 @@ class ElementMap : public Collection {
     Content staged;
     staged.emplace(key, Slot<E>(&child));
     if (isRecorded()) log(Presence{*this, key, {}});
-    content_.insert(placeOf(key), staged.extract(staged.begin()));
+    index_.insert(*content_.insert(placeOf(key), staged.extract(staged.begin())));
     adopt(child);
   }
   void take(Place place) {
@@ -174,15 +178,24 @@ class ElementMap : public Collection {
     ModelElement::Impl& child = *place->second.get();
     if (isRecorded()) {
       Presence& presence = log(Presence{*this, place->first, {}});
-      presence.node = content_.extract(place);
+      presence.node = extract(place);
     } else {
-      content_.erase(place);
+      extract(place);
     }
     disown(child);
     unit.commit();
   }
 
-  Content content_;
+  typename Content::node_type extract(Place place) noexcept {
+    index_.erase(*place);
+    return content_.extract(place);
+  }
+  static typename E::Impl* implOf(const E& child) noexcept {
+    return static_cast<typename E::Impl*>(child.get());
+  }
+
+  mutable Content content_;
+  mutable KeyIndex<typename Content::value_type> index_;
   KeyFunction key_;
 };
 

@@ -36,7 +36,8 @@ class ORB_ZERO_API Handle : public Base {
   }
 
   /// What is known of the class at run time.
-  static const meta::ClassInfo& metaClass();
+  static const meta::ClassInfo& metaClass() noexcept { return *record; }
+  static const meta::ClassInfo* const record;  // defined by meta/Emit.h
   /// The UUID of the class.
   static uuid Uuid() { return metaClass().id; }
   /// Makes an empty element. Raises "UniquenessConstraint" when a live element of the model has

@@ -6,7 +6,7 @@
 
 namespace orb::zero {
 
-const meta::ClassInfo& ModelElement::metaClass() { return meta::classOf<ModelElement>; }
+constinit const meta::ClassInfo* const ModelElement::record = &meta::classOf<ModelElement>;
 uuid ModelElement::Uuid() { return metaClass().id; }
 
 void ModelElement::raiseEmpty(const meta::ClassInfo& expected) {
@@ -16,9 +16,7 @@ void ModelElement::raiseEmpty(const meta::ClassInfo& expected) {
 ModelElement::Impl::~Impl() = default;
 
 void ModelElement::Impl::lastOutside() noexcept {
-  Model::Impl& model = *model_;
-  if (slots_ == 0 && life_ == Life::Ended) model.free(*this);
-  model.release();
+  if (slots_ == 0) model_->free(*this);
 }
 
 void ModelElement::Impl::lastSlot() noexcept {

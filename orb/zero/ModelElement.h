@@ -61,7 +61,8 @@ class ORB_ZERO_API ModelElement {
   Impl* get() const noexcept { return reinterpret_cast<Impl*>(word_ & ~slotTag); }
   bool isSlot() const noexcept { return (word_ & slotTag) != 0; }
 
-  static const meta::ClassInfo& metaClass();
+  static const meta::ClassInfo& metaClass() noexcept { return *record; }
+  static const meta::ClassInfo* const record;
   /// The UUID of the class; an element's own is `getUuid()`.
   static uuid Uuid();
 

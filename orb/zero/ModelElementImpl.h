@@ -48,7 +48,12 @@ class ORB_ZERO_API ModelElement::Impl {
 
   /// The property at this position, or of this name; null when there is none.
   const meta::PropertyInfo* getPropertyByIndex(int position) const noexcept;
-  const meta::PropertyInfo* getPropertyByName(std::string_view name) const noexcept;
+  const meta::PropertyInfo* getPropertyByName(std::string_view name) const noexcept {
+    const meta::Name wanted(name);
+    for (const meta::PropertyInfo* property : getMetaClass().all)
+      if (property->lookup == wanted) return property;
+    return nullptr;
+  }
   /// A single primitive value that is not set is an empty `Value`; references are handles, empty
   /// ones included; a collection is a sequence, in its order.
   Value getPropertyValue(const meta::PropertyInfo& property,
@@ -135,9 +140,7 @@ class ORB_ZERO_API ModelElement::Impl {
   virtual bool isReclaimable() const noexcept { return false; }
 
   void addRef() noexcept;
-  void removeRef() noexcept {
-    if (--outside_ == 0) lastOutside();
-  }
+  void removeRef() noexcept;
   void addSlot() noexcept { ++slots_; }
   void removeSlot() noexcept {
     if (--slots_ == 0 && life_ == Life::Ended) lastSlot();
@@ -217,7 +220,11 @@ class ORB_ZERO_API ModelElement::Impl {
   enum class Life : std::uint8_t { Staged, Alive, Dying, Destroyed, Ended };
 
   void recordValue(int position);
-  void checkOwn(const meta::PropertyInfo& property) const;
+  void checkOwn(const meta::PropertyInfo& property) const {
+    if (!getMetaClass().has(property)) [[unlikely]]
+      raiseNotOwn(property.getQualifiedName());
+  }
+  [[noreturn]] void raiseNotOwn(std::string name) const;
   [[noreturn]] static void raiseProxy();
   [[noreturn]] static void raiseCrossModel();
   void lastOutside() noexcept;

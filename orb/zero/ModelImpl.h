@@ -103,10 +103,17 @@ class ORB_ZERO_API Model::Impl {
 };
 
 inline void ModelElement::Impl::noteReference(Impl& target) const noexcept {
-  if (index_ != UINT32_MAX) model_->referrers().note(target, index_);
+  if (index_ != UINT32_MAX && !target.isUntracked()) model_->referrers().note(target, index_);
 }
 inline void ModelElement::Impl::addRef() noexcept {
   if (outside_++ == 0) model_->hold();
+}
+inline void ModelElement::Impl::removeRef() noexcept {
+  if (--outside_ != 0) return;
+  Model::Impl& model = *model_;
+  if (life_ == Life::Ended) [[unlikely]]
+    lastOutside();
+  model.release();
 }
 inline bool ModelElement::Impl::isRecorded() const noexcept {
   return model_->transactions().isRecording(index_);

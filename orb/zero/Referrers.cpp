@@ -13,10 +13,10 @@ void Referrers::note(Element& target, std::uint32_t place) noexcept {
     target.setUntracked();
     return;
   }
-  // The first reference makes all earlier ones past; a repeated one is known.
-  std::uint32_t next = target.slotCount() > 1 ? target.referrers_ : 0;
-  if (next != 0 && entries_[next - 1].place == place) return;
-  entries_.push_back({place, next});
+  const std::uint32_t head = target.referrers_;
+  if (head != 0 && entries_[head - 1].place == place) return;
+  // The only reference makes all earlier ones past.
+  entries_.push_back({place, target.slotCount() > 1 ? head : 0});
   target.referrers_ = static_cast<std::uint32_t>(entries_.size());
 }
 

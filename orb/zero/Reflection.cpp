@@ -3,8 +3,6 @@
 #include <orb/zero/Storage.h>
 #include <orb/zero/Value.h>
 
-#include <algorithm>
-
 namespace orb::zero {
 
 ModelListener::~ModelListener() = default;
@@ -15,28 +13,8 @@ const meta::PropertyInfo* ModelElement::Impl::getPropertyByIndex(int position) c
   return place < all.size() ? all[place] : nullptr;
 }
 
-const meta::PropertyInfo* ModelElement::Impl::getPropertyByName(
-    std::string_view name) const noexcept {
-  for (const meta::PropertyInfo* property : getMetaClass().all)
-    if (property->name == name) return property;
-  return nullptr;
-}
-
-void ModelElement::Impl::checkOwn(const meta::PropertyInfo& property) const {
-  if (!getMetaClass().has(property)) [[unlikely]]
-    raise("NoSuchProperty", {std::string(getMetaClass().name), property.getQualifiedName()});
-}
-
-Value ModelElement::Impl::getPropertyValue(const meta::PropertyInfo& property,
-                                           ProxyTag tag) const {
-  checkOwn(property);
-  return property.services.get(*this, tag);
-}
-
-Value ModelElement::Impl::getPropertyValue(std::string_view name, ProxyTag tag) const {
-  const meta::PropertyInfo* const property = getPropertyByName(name);
-  if (!property) raise("NoSuchProperty", {std::string(getMetaClass().name), std::string(name)});
-  return property->services.get(*this, tag);
+void ModelElement::Impl::raiseNotOwn(std::string name) const {
+  raise("NoSuchProperty", {std::string(getMetaClass().name), std::move(name)});
 }
 
 bool ModelElement::Impl::hasPropertyValue(const meta::PropertyInfo& property) const {

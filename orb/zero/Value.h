@@ -180,4 +180,16 @@ decltype(auto) Value::getValue() const {
   }
 }
 
+inline Value ModelElement::Impl::getPropertyValue(const meta::PropertyInfo& property,
+                                                  ProxyTag tag) const {
+  checkOwn(property);
+  return property.services.get(*this, tag);
+}
+inline Value ModelElement::Impl::getPropertyValue(std::string_view name, ProxyTag tag) const {
+  const meta::PropertyInfo* const property = getPropertyByName(name);
+  if (!property) [[unlikely]]
+    raiseNotOwn(std::string(name));
+  return property->services.get(*this, tag);
+}
+
 }  // namespace orb::zero

@@ -58,7 +58,8 @@ class TargetVisitor {
   ~TargetVisitor() = default;
 };
 
-/// The services of a property that reflection, undo, destruction, the end of a model and queries use.
+/// The services of a property that reflection, undo, destruction, the end of a model and queries
+/// use.
 struct PropertyServices {
   // See `ModelElement::Impl`; the checks are made before.
   Value (*get)(const Element&, ProxyTag) = nullptr;
@@ -94,6 +95,35 @@ struct PropertyServices {
   Collection* (*collection)(Element&) = nullptr;
 };
 
+/// A name that is looked up: all short ones, and most others, are told apart by two words.
+struct Name {
+  constexpr Name(std::string_view name) noexcept : text(name), head(headOf(name)) {}
+
+  friend bool operator==(const Name& a, const Name& b) noexcept {
+    return a.head == b.head && a.text.size() == b.text.size() &&
+           (a.text.size() <= 8 || a.text.substr(8) == b.text.substr(8));
+  }
+
+  std::string_view text;
+  std::uint64_t head;
+
+ private:
+  static constexpr std::uint64_t word(const char* bytes) noexcept {
+    const auto at = [=](int i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])}; };
+    return at(0) | at(1) << 8 | at(2) << 16 | at(3) << 24;
+  }
+  /// The first eight bytes, or all of fewer, of which some may come twice.
+  static constexpr std::uint64_t headOf(std::string_view name) noexcept {
+    const char* const bytes = name.data();
+    const std::size_t size = name.size();
+    if (size >= 8) return word(bytes) | word(bytes + 4) << 32;
+    if (size >= 4) return word(bytes) | word(bytes + size - 4) << 32;
+    std::uint64_t head = 0;
+    for (const char c : name) head = head << 8 | static_cast<unsigned char>(c);
+    return head;
+  }
+};
+
 /// One property of a class.
 struct PropertyInfo {
   std::string_view name;
@@ -106,7 +136,8 @@ struct PropertyInfo {
   std::string_view className;  ///< dotted name of the class that declares it
   const ClassInfo& (*type)();  ///< class of the values, null for primitive ones
   PropertyServices services;
-  const std::type_info* primitive = nullptr;  ///< type of the values, null for elements
+  const std::type_info* primitive = nullptr;    ///< type of the values, null for elements
+  Name lookup{name};                            ///< the name, to be compared
   std::string_view (*typeName)() = nullptr;     ///< of the values, see `valueName`
   AbstractMetaPackage& (*package)() = nullptr;  ///< the one of its class
 
@@ -164,7 +195,7 @@ struct ClassInfo {
   /// Whether it is a property of the class, its own or an inherited one.
   bool has(const PropertyInfo& property) const noexcept {
     const auto place = static_cast<std::size_t>(property.position) - 1;
-    return place < all.size() && *all[place] == property;
+    return place < all.size() && (all[place] == &property || *all[place] == property);
   }
   friend bool operator==(const ClassInfo& a, const ClassInfo& b) { return a.id == b.id; }
 

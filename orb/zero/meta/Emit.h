@@ -250,8 +250,8 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
 /// The records of the listed classes.
 template <class... X>
 std::span<const ClassInfo* const> classesOf(ClassList<X...>) {
-  // Used: `metaClass()` is called from elsewhere, so its definitions must not be optimised away.
-  [[gnu::used]] static constexpr std::array functions{&X::metaClass...};
+  // Used: others refer to the records, so their definitions must not be optimised away.
+  [[gnu::used]] static constexpr std::array records{&X::record...};
   static constexpr std::array<const ClassInfo*, sizeof...(X)> classes{&classOf<X>...};
   return classes;
 }
@@ -261,8 +261,6 @@ std::span<const ClassInfo* const> classesOf(ClassList<X...>) {
 namespace orb::zero {
 
 template <class X, class Base>
-const meta::ClassInfo& Handle<X, Base>::metaClass() {
-  return meta::classOf<X>;
-}
+constinit const meta::ClassInfo* const Handle<X, Base>::record = &meta::classOf<X>;
 
 }  // namespace orb::zero

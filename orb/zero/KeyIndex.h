@@ -1,0 +1,93 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <vector>
+
+namespace orb::zero {
+
+/// Finds the nodes of a map by key: open addressing with linear probing. It is made once it has
+/// been missed often enough to pay, and then told of every change.
+template <class Node>
+class KeyIndex {
+ public:
+  using Key = std::remove_const_t<typename Node::first_type>;
+
+  bool isMade() const noexcept { return !table_.empty(); }
+  /// Whether to make it, for a map of this size that has to be searched once more.
+  bool isDue(std::size_t size) noexcept { return size >= smallest && ++searches_ >= size / 8; }
+  template <class Map>
+  void make(Map& map) {
+    std::vector<Entry>(std::bit_ceil(4 * map.size())).swap(table_);
+    taken_ = 0;
+    for (Node& node : map) insert(node);
+  }
+  void drop() noexcept {
+    table_ = {};
+    taken_ = searches_ = 0;
+  }
+
+  Node* find(const Key& key) const noexcept {
+    const std::uint64_t hash = hashOf(key);
+    for (std::size_t at = home(hash); table_[at].node; at = next(at))
+      if (table_[at].hash == hash && table_[at].node->first == key) return table_[at].node;
+    return nullptr;
+  }
+  /// Needs no memory but to grow; without any it is dropped.
+  void insert(Node& node) noexcept {
+    if (!isMade()) return;
+    if (2 * (taken_ + 1) > table_.size() && !grow()) return drop();
+    put({hashOf(node.first), &node});
+    ++taken_;
+  }
+  /// Closes the gap by moving up those whose probing passed over it.
+  void erase(const Node& node) noexcept {
+    if (!isMade()) return;
+    std::size_t gap = home(hashOf(node.first));
+    while (table_[gap].node != &node) gap = next(gap);
+    for (std::size_t at = next(gap); table_[at].node; at = next(at)) {
+      const std::size_t distance = (at - home(table_[at].hash)) & (table_.size() - 1);
+      if (distance < ((at - gap) & (table_.size() - 1))) continue;
+      table_[gap] = table_[at];
+      gap = at;
+    }
+    table_[gap] = {};
+    --taken_;
+  }
+
+ private:
+  static constexpr std::size_t smallest = 32;
+
+  struct Entry {
+    std::uint64_t hash = 0;
+    Node* node = nullptr;
+  };
+  static std::uint64_t hashOf(const Key& key) noexcept {
+    return std::hash<Key>()(key) * 0x9E3779B97F4A7C15;
+  }
+  std::size_t home(std::uint64_t hash) const noexcept { return (hash >> 32) & (table_.size() - 1); }
+  std::size_t next(std::size_t at) const noexcept { return (at + 1) & (table_.size() - 1); }
+  void put(Entry entry) noexcept {
+    std::size_t at = home(entry.hash);
+    while (table_[at].node) at = next(at);
+    table_[at] = entry;
+  }
+  bool grow() noexcept try {
+    std::vector<Entry> smaller(2 * table_.size());
+    smaller.swap(table_);
+    for (const Entry& entry : smaller)
+      if (entry.node) put(entry);
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+
+  std::vector<Entry> table_;  // a power of two of places, at most half of them taken
+  std::size_t taken_ = 0;
+  std::size_t searches_ = 0;  // of the map, before the index is made
+};
+
+}  // namespace orb::zero
