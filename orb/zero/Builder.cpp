@@ -60,21 +60,21 @@ int ModelElement::Builder::doClear(const meta::PropertyInfo& property) {
   return markGiven(property.position, false);
 }
 
-ModelElement::Impl& ModelElement::Builder::make() {
+ModelElement ModelElement::Builder::make() {
   if (children_.empty()) return adopt(model_->newUuid());
   return make(model_->newUuid());
 }
 
-ModelElement::Impl& ModelElement::Builder::make(const uuid& id) {
+ModelElement ModelElement::Builder::make(const uuid& id) {
   model_->checkUnique(id);
   if (children_.empty()) return adopt(id);
   Orchestrator orchestrator(model_);
   orchestrator.create(*this, id);
   orchestrator.commit();
-  return *orchestrator.getCreatedElement().get();
+  return orchestrator.getCreatedElement();
 }
 
-ModelElement::Impl& ModelElement::Builder::adopt(const uuid& id) {
+ModelElement ModelElement::Builder::adopt(const uuid& id) {
   staged();
   if (model_->losses() != losses_) dropLost();
   return model_->adopt(std::move(staged_), id);
@@ -107,7 +107,7 @@ ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, 
 }
 
 ModelElement ModelElement::Builder::Orchestrator::create(Builder& builder, const uuid& id) {
-  ModelElement made(&builder.adopt(id));
+  ModelElement made = builder.adopt(id);
   if (!created_.get()) created_ = made;
   builder.cascadeCreation(*made.get());
   return made;

@@ -45,12 +45,12 @@ class ORB_ZERO_API ModelElement::Builder {
   /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
   /// have one key.
-  ModelElement create() { return ModelElement(&make()); }
-  ModelElement create(const uuid& id) { return ModelElement(&make(id)); }
+  ModelElement create() { return make(); }
+  ModelElement create(const uuid& id) { return make(id); }
 
  protected:
-  Impl& make();
-  Impl& make(const uuid& id);
+  ModelElement make();
+  ModelElement make(const uuid& id);
   Impl* staged() const;
 
  private:
@@ -61,7 +61,7 @@ class ORB_ZERO_API ModelElement::Builder {
   friend class Impl;
   int markGiven(int position, bool isGiven);
   static void checkModel(const Builder& builder, const Model& model);
-  Impl& adopt(const uuid& id);
+  ModelElement adopt(const uuid& id);
   void cascadeCreation(Impl& owner);
   void dropLost() noexcept;
 

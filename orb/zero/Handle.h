@@ -50,9 +50,9 @@ class ORB_ZERO_API Handle : public Base {
 
  protected:
   /// A handle of an element that is known to be an X.
-  static X of(ModelElement::Impl& element) noexcept {
+  static X of(ModelElement element) noexcept {
     X handle;
-    static_cast<Handle&>(handle).assign(&element);
+    static_cast<ModelElement&>(handle) = std::move(element);
     return handle;
   }
   /// The descriptor of the property at this position.

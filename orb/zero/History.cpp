@@ -57,6 +57,8 @@ ModelChanges HistoryStep::flip(bool isUndo, bool isDescribed) {
     flipRecords(!isUndo);
     throw;
   }
+  std::sort(changes.created.begin(), changes.created.end(),
+            [](const auto& a, const auto& b) { return a->place() < b->place(); });
   return changes;
 }
 

@@ -60,7 +60,7 @@ void Model::Impl::checkUnique(const uuid& id) {
   if (find(id)) raise("UniquenessConstraint");
 }
 
-Model::Impl::Element& Model::Impl::adopt(Staged staged, const uuid& id) {
+ModelElement Model::Impl::adopt(Staged staged, const uuid& id) {
   Unit unit(*this);
   if (elements_.size() == elements_.capacity() && 2 * gaps_ > elements_.size()) compact();
   std::unique_ptr<UndoRecord> creation;
@@ -69,7 +69,8 @@ Model::Impl::Element& Model::Impl::adopt(Staged staged, const uuid& id) {
     creation.reset(new (*this) Existence(*staged, Existence::Change::Creation));
   }
   elements_.push_back(staged.get());
-  Element& element = *staged.release();
+  ModelElement made(staged.release());
+  Element& element = *made.get();
   element.uuid_ = id;
   element.index_ = births() - 1;
   element.life_ = Element::Life::Alive;
@@ -77,10 +78,10 @@ Model::Impl::Element& Model::Impl::adopt(Staged staged, const uuid& id) {
   referrers_.noteTargets(element);
   if (creation) transactions_.log(std::move(creation));
   unit.commit();
-  return element;
+  return made;
 }
 
-Model::Impl::Element& Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
+ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
   Staged element = stage(type);
   checkUnique(id);
   return adopt(std::move(element), id);

@@ -39,10 +39,10 @@ class ORB_ZERO_API Model::Impl {
   Element* find(const uuid& id);
   /// Raises "UniquenessConstraint" when a live element has this UUID.
   void checkUnique(const uuid& id);
-  /// Takes a staged element in.
-  Element& adopt(Staged staged, const uuid& id);
+  /// Takes a staged element in. The handle keeps it when a listener ends it at once.
+  ModelElement adopt(Staged staged, const uuid& id);
   /// Makes an empty element; raises "InvalidValue" for an abstract class.
-  Element& create(const meta::ClassInfo& type, const uuid& id);
+  ModelElement create(const meta::ClassInfo& type, const uuid& id);
   Staged stage(const meta::ClassInfo& type);
   void dispose(Element& element) noexcept;
   uuid newUuid() noexcept { return newUuid_(); }

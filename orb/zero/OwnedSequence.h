@@ -171,7 +171,7 @@ class OwnedSequence : public Collection {
     if (links) disown(*child.get());
     ++gaps_;
     for (; !content_.empty() && !content_.back().get(); --gaps_) content_.pop_back();
-    if (order < found_.order) found_ = {};
+    if (order < found_.order || found_.order >= content_.size()) found_ = {};
     return child;
   }
   /// Where in the storage the child at this place is.

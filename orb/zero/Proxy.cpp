@@ -21,7 +21,7 @@ Model::Impl::Element& Model::Impl::proxy(const ProxyId& id, const Element* origi
   staged->isProxy_ = true;
   const auto known = proxies_.try_emplace(id.id, staged.get()).first;
   try {
-    return adopt(std::move(staged), id.id);
+    return *adopt(std::move(staged), id.id).get();
   } catch (...) {
     proxies_.erase(known);
     throw;

@@ -20,12 +20,10 @@ class ReferenceSequence : public Sequence<Slot<E>> {
   void insert(std::size_t place, const ModelElement& element) {
     check(element);
     this->insertItem(place, Slot<E>(element.get()));
-    this->owner().noteReference(*element.get());
   }
   void set(std::size_t place, const ModelElement& element) {
     check(element);
     this->setItem(place, Slot<E>(element.get()));
-    this->owner().noteReference(*element.get());
   }
   /// Keeps a place for an operand that is missing: an entry with an empty handle.
   void addEmpty() { this->insertItem(this->size(), Slot<E>()); }

@@ -30,10 +30,9 @@ void Referrers::find(const Element& target, std::vector<std::uint32_t>& places) 
     if (entries_[at - 1].place < all_.size()) places.push_back(entries_[at - 1].place);
 }
 
-/// Grows with the model; what chains have lost is collected before they outgrow it.
+/// Grows with the references; what chains have lost is collected before it outweighs them.
 bool Referrers::hasRoom() noexcept {
-  const std::size_t bound = 4 * all_.size() + 1024;
-  if (entries_.size() >= bound) rebuild();
+  if (entries_.size() >= bound_) rebuild();
   if (entries_.size() < entries_.capacity()) return true;
   try {
     entries_.reserve(std::max<std::size_t>(1024, 2 * entries_.size()));
@@ -44,11 +43,13 @@ bool Referrers::hasRoom() noexcept {
 }
 
 void Referrers::rebuild() noexcept {
+  bound_ = SIZE_MAX;
   entries_.clear();
   for (Element* element : all_)
     if (element) element->forgetReferrers();
   for (const Element* element : all_)
     if (element) noteTargets(*element);
+  bound_ = std::max(4 * all_.size() + 1024, 2 * entries_.size());
 }
 
 void Referrers::renumber() noexcept {

@@ -3,6 +3,7 @@
 #ifndef ORB_ZERO_REFERRERS_H
 #define ORB_ZERO_REFERRERS_H
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -41,6 +42,7 @@ class ORB_ZERO_API Referrers {
   };
   const Elements& all_;
   std::vector<Entry> entries_;
+  std::size_t bound_ = 1024;  // entries, from which on they are collected anew
 };
 
 }  // namespace orb::zero

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -58,6 +59,7 @@ class Sequence : public Collection {
     Unit unit(owner());
     if (isRecorded()) log(Presence{*this, place, {}});
     content_.insert(iteratorAt(place), std::move(item));
+    note(place);
     unit.commit();
   }
   void setItem(std::size_t place, Item item) {
@@ -70,6 +72,7 @@ class Sequence : public Collection {
       replacement.exchange(true);
     } else {
       content_[place] = std::move(item);
+      note(place);
     }
     unit.commit();
   }
@@ -78,11 +81,12 @@ class Sequence : public Collection {
  private:
   /// An item that came or went. The vector never gives memory back, so that neither way needs any.
   struct Presence {
-    void exchange(bool) noexcept {
+    void exchange(bool links) noexcept {
       const auto at = sequence.iteratorAt(place);
       if (item) {
         sequence.content_.insert(at, std::move(*item));
         item.reset();
+        if (links) sequence.note(place);
       } else {
         item.emplace(std::move(*at));
         sequence.content_.erase(at);
@@ -94,7 +98,10 @@ class Sequence : public Collection {
   };
   /// An item in the place of another.
   struct Replacement {
-    void exchange(bool) noexcept { std::swap(sequence.content_[place], other); }
+    void exchange(bool links) noexcept {
+      std::swap(sequence.content_[place], other);
+      if (links) sequence.note(place);
+    }
     Sequence& sequence;
     std::size_t place;
     Item other;
@@ -102,6 +109,11 @@ class Sequence : public Collection {
 
   static void checkPlace(std::size_t place, std::size_t end) {
     if (place >= end) raise("InvalidValue");
+  }
+  /// An item that came may be a reference.
+  void note(std::size_t place) const noexcept {
+    if constexpr (std::derived_from<Item, ModelElement>)
+      if (content_[place].get()) owner().noteReference(*content_[place].get());
   }
   auto iteratorAt(std::size_t place) noexcept {
     return content_.begin() + static_cast<std::ptrdiff_t>(place);

@@ -53,6 +53,9 @@ void TransactionCoordinator::settleOutermost() {
     history_->done.emplace_back();  // room, before anything is final
     for (auto record = log_.rbegin(); record != log_.rend(); ++record)
       if (Storage* const storage = (*record)->asStorage()) storage->settleMarks();
+  } else if (history_) {  // former steps name places in sequences, which are taken back as well
+    for (auto record = log_.rbegin(); record != log_.rend(); ++record)
+      if (!(*record)->element().isProxy()) (*record)->flip();
   }
   std::for_each(log_.rbegin(), log_.rend(), [](const auto& record) { record->unlink(); });
   pop();

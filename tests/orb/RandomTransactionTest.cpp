@@ -1,8 +1,10 @@
 #include <array>
 #include <list>
+#include <optional>
 #include <random>
 
 #include "tests/datamodel/SessionTest.h"
+#include "tests/orb/Diary.h"
 #include "tests/orb/ModelSnapshot.h"
 
 namespace torvan::datamodel {
@@ -10,11 +12,20 @@ namespace {
 
 using orb::zero::CollisionResolution;
 
-/// Does random things to a small model. Every savepoint remembers what its rollback has to restore.
+struct Conditions {
+  bool reclaims = false, keepsHistory = false, listens = false;
+};
+
+/// Does random things to a small model. Every savepoint remembers what its rollback has to restore,
+/// and with a history every step what it led to.
 class RandomChanges {
  public:
-  RandomChanges(unsigned seed, bool reclaims) : random_(seed), reclaims_(reclaims) {
+  RandomChanges(unsigned seed, const Conditions& conditions)
+      : random_(seed), conditions_(conditions) {
+    if (conditions_.keepsHistory) model_.setHistoryLimit(1000);
+    if (conditions_.listens) model_.addListener(std::make_shared<Diary>());
     for (int i = 0; i < 20; ++i) create();
+    remember();
   }
 
   void step() {
@@ -27,14 +38,23 @@ class RandomChanges {
       create();
     else if (choice < 14)
       destroy();
-    else if (choice < 15 && reclaims_)
+    else if (choice < 15 && conditions_.reclaims)
       model_.reclaim();
+    else if (choice < 17 && open_.empty())
+      walk(below(6));
     else
       change();
+    open_.empty() ? remember() : expectOldValues();
     expectConsistent(model_);
   }
   void finish() {
     while (!open_.empty()) end(false);
+    remember();
+    for (int i = 0; i < 20; ++i) walk(below(40));
+    const std::string before = snapshot(model_);
+    model_.setHistoryLimit(0);
+    EXPECT_EQ(snapshot(model_), before);
+    expectConsistent(model_);
   }
 
  private:
@@ -55,7 +75,46 @@ class RandomChanges {
     return all.empty() || below(20) == 0 ? X() : X{all[below(all.size())]};
   }
 
-  void begin() { open_.emplace_back(model_); }
+  /// One more state, if there is one more step; else nothing has changed.
+  void remember() {
+    if (!conditions_.keepsHistory) return;
+    const std::size_t steps = model_.undoSteps();
+    if (steps == at_ && !states_.empty()) {
+      EXPECT_EQ(snapshot(model_), states_[at_]);
+    } else {
+      states_.resize(std::min(states_.size(), at_ + 1));
+      states_.resize(steps + 1);
+      states_[at_ = steps] = snapshot(model_);
+    }
+  }
+  /// Undoes or redoes some steps, several of which may have no state of their own.
+  void walk(std::size_t length) {
+    const bool isBack = below(2) == 0;
+    for (; length > 0 && (isBack ? model_.undo() : model_.redo()); --length) {
+      at_ = model_.undoSteps();
+      if (!states_[at_]) states_[at_] = snapshot(model_);
+      ASSERT_EQ(snapshot(model_), states_[at_]);
+      expectConsistent(model_);
+    }
+  }
+
+  /// Before the outermost transaction.
+  void rememberValues() {
+    old_.clear();
+    for (const ModelElement element : model_.elements())
+      for (const Property* property : element->getMetaClass().all)
+        old_.push_back({element, property, element->getPropertyValue(*property)});
+  }
+  void expectOldValues() {
+    for (const auto& [element, property, value] : old_) {
+      EXPECT_TRUE(!element || element->getOldValue(*property) == value);
+    }
+  }
+
+  void begin() {
+    if (open_.empty()) rememberValues();
+    open_.emplace_back(model_);
+  }
   void end(bool commit) {
     if (open_.empty()) return;
     const std::string before = std::move(open_.back().before);
@@ -127,24 +186,44 @@ class RandomChanges {
       [](Self& r) { r.any<Join>()->getOperands().erase(r.below(4)); },
   };
 
+  struct OldValue {
+    ModelElement element;
+    const Property* property;
+    orb::zero::Value value;
+  };
+
   std::mt19937 random_;
-  const bool reclaims_;
+  const Conditions conditions_;
   const Model model_ = Model::create();
   std::array<ModelElement, 4> held_;  // some of all elements are held from outside
   std::list<Savepoint> open_;
+  std::vector<OldValue> old_;
+  std::vector<std::optional<std::string>> states_;  // by the number of steps that led there
+  std::size_t at_ = 0;
 };
 
-void expectRollbacksToRestore(bool reclaims) {
+void expectEverythingRestored(const Conditions& conditions) {
   for (unsigned seed = 0; seed < 200 && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
-    RandomChanges changes(seed, reclaims);
+    RandomChanges changes(seed, conditions);
     for (int step = 0; step < 60; ++step) changes.step();
     changes.finish();
   }
 }
 
-TEST(RandomTransactionTest, RollbackRestoresEverything) { expectRollbacksToRestore(false); }
-TEST(RandomTransactionTest, ReclaimTakesNothingFromARollback) { expectRollbacksToRestore(true); }
+TEST(RandomTransactionTest, ByRollback) { expectEverythingRestored({}); }
+TEST(RandomTransactionTest, ByRollbackAndReclaimTakesNothing) {
+  expectEverythingRestored({.reclaims = true});
+}
+TEST(RandomTransactionTest, ByRollbackWithListeners) {
+  expectEverythingRestored({.listens = true});
+}
+TEST(RandomTransactionTest, ByHistory) {
+  expectEverythingRestored({.reclaims = true, .keepsHistory = true});
+}
+TEST(RandomTransactionTest, ByHistoryWithListeners) {
+  expectEverythingRestored({.keepsHistory = true, .listens = true});
+}
 
 }  // namespace
 }  // namespace torvan::datamodel
