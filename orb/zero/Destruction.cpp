@@ -64,14 +64,15 @@ bool isUntracked(const ModelElement::Impl* element) {
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
 void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Element* replacement) {
-  if (std::any_of(targets.begin(), targets.end(), isUntracked)) referrers_.rebuild();
-  const bool areKnown = std::none_of(targets.begin(), targets.end(), isUntracked);
+  const auto areKnown = [&] { return std::none_of(targets.begin(), targets.end(), isUntracked); };
+  if (!areKnown()) referrers_.rebuild();
+  if (!areKnown()) referrers_.rebuildAll();
   std::vector<std::uint32_t> places;
-  if (areKnown) {
+  if (areKnown()) {
     for (const Element* target : targets) referrers_.find(*target, places);
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
-  } else {
+  } else {  // for lack of memory
     places.resize(births());
     std::iota(places.begin(), places.end(), 0U);
   }

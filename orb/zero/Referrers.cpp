@@ -9,7 +9,7 @@ namespace orb::zero {
 
 void Referrers::note(Element& target, std::uint32_t place) noexcept {
   if (target.isUntracked()) return;
-  if (target.slotCount() > popular || (entries_.size() == entries_.capacity() && !hasRoom())) {
+  if (target.slotCount() > popular_ || (entries_.size() == entries_.capacity() && !hasRoom())) {
     target.setUntracked();
     return;
   }
@@ -50,6 +50,11 @@ void Referrers::rebuild() noexcept {
   for (const Element* element : all_)
     if (element) noteTargets(*element);
   bound_ = std::max(4 * all_.size() + 1024, 2 * entries_.size());
+}
+
+void Referrers::rebuildAll() noexcept {
+  popular_ = UINT32_MAX;
+  rebuild();
 }
 
 void Referrers::renumber() noexcept {

@@ -28,12 +28,12 @@ class ORB_ZERO_API Referrers {
   void find(const Element& target, std::vector<std::uint32_t>& places) const;
   /// Starts anew from what the model holds now; tracks every target but the popular ones.
   void rebuild() noexcept;
+  /// The same, with the popular ones, and follows them from now on.
+  void rebuildAll() noexcept;
   /// Told when the elements have got new places and before the order is closed up.
   void renumber() noexcept;
 
  private:
-  static constexpr std::uint32_t popular = 64;  // references, from which on they are not followed
-
   bool hasRoom() noexcept;
 
   struct Entry {
@@ -42,6 +42,7 @@ class ORB_ZERO_API Referrers {
   };
   const Elements& all_;
   std::vector<Entry> entries_;
+  std::uint32_t popular_ = 64;  // references, from which on they are not followed
   std::size_t bound_ = 1024;  // entries, from which on they are collected anew
 };
 
