@@ -95,7 +95,8 @@ class ORB_ZERO_API Model::Impl {
   UuidGenerator newUuid_;
   Referrers referrers_{elements_};
   std::unique_ptr<UuidIndex> index_;  // made by the first look-up
-  std::unordered_map<uuid, Element*, UuidHash> proxies_;
+  // One is alive at most; a rollback may revive another of the same UUID.
+  std::unordered_multimap<uuid, Element*, UuidHash> proxies_;
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;

@@ -9,23 +9,21 @@
 namespace orb::zero {
 
 Model::Impl::Element& Model::Impl::proxy(const ProxyId& id, const Element* original) {
-  if (const auto known = proxies_.find(id.id); known != proxies_.end()) {
-    if (known->second->isAlive()) {
-      if (&known->second->getMetaClass() != id.type) raise("InvalidValue");
-      return *known->second;
-    }
-    proxies_.erase(known);
+  const auto [first, last] = proxies_.equal_range(id.id);
+  const auto known =
+      std::find_if(first, last, [](const auto& each) { return each.second->isAlive(); });
+  if (known != last) {
+    if (&known->second->getMetaClass() != id.type) raise("InvalidValue");
+    return *known->second;
   }
   Staged staged = stage(*id.type);
   if (original && original->container_) copyKey(*original, *staged);
   staged->isProxy_ = true;
-  const auto known = proxies_.try_emplace(id.id, staged.get()).first;
-  try {
-    return adopt(std::move(staged), id.id);
-  } catch (...) {
-    proxies_.erase(known);
-    throw;
-  }
+  Transaction unit(Model(this));
+  Element& made = adopt(std::move(staged), id.id);
+  proxies_.emplace(id.id, &made);
+  unit.commit();
+  return made;
 }
 
 /// The owner finds the copy under the key of the original.
