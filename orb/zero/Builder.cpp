@@ -66,8 +66,10 @@ ModelElement ModelElement::Builder::make() {
 }
 
 ModelElement ModelElement::Builder::make(const uuid& id) {
-  model_->checkUnique(id);
-  if (children_.empty()) return adopt(id);
+  if (children_.empty()) {
+    model_->checkUnique(id);
+    return adopt(id);
+  }
   Orchestrator orchestrator(model_);
   orchestrator.create(*this, id);
   orchestrator.commit();
@@ -98,6 +100,9 @@ void ModelElement::Builder::dropLost() noexcept {
 
 ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, Builder& builder,
                                             const uuid& id) {
+  checkNoProxy();
+  checkOwn(property);
+  if (!property.isOwning) raise("InvalidValue");
   Builder::checkModel(builder, getModel());
   Transaction unit(getModel());
   ModelElement made = builder.create(id);
@@ -107,6 +112,8 @@ ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, 
 }
 
 ModelElement ModelElement::Builder::Orchestrator::create(Builder& builder, const uuid& id) {
+  checkModel(builder, model_);
+  model_->checkUnique(id);
   ModelElement made = builder.adopt(id);
   if (!created_.get()) created_ = made;
   builder.cascadeCreation(*made.get());

@@ -39,7 +39,7 @@ class ORB_ZERO_API ModelElement::Builder {
   int setOrAdd(const meta::PropertyInfo& property, std::unique_ptr<Builder>& child);
   /// Takes back what was given for the property.
   int doClear(const meta::PropertyInfo& property);
-  /// Which positions were given a value by `setOrAdd`.
+  /// Which positions were given a value by `setOrAdd`; of no size before the first.
   const boost::dynamic_bitset<>& given() const noexcept { return given_; }
 
   /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
@@ -77,15 +77,18 @@ class ORB_ZERO_API ModelElement::Builder {
 /// without. Inside a unit in progress it is part of that one.
 class ORB_ZERO_API ModelElement::Builder::Orchestrator {
  public:
-  explicit Orchestrator(const Model& model) : unit_(model) {}
+  explicit Orchestrator(const Model& model) : model_(model), unit_(model) {}
 
-  /// Creates the element of the builder, and those it is to own.
+  /// Creates the element of the builder, and those it is to own. Raises
+  /// "CannotCreateCrossModelAssociation" for a builder of another model, and what `create` of the
+  /// builder does.
   ModelElement create(Builder& builder, const uuid& id);
   /// The element created first; empty before.
   const ModelElement& getCreatedElement() const noexcept { return created_; }
   void commit() { unit_.commit(); }
 
  private:
+  Model model_;
   Transaction unit_;
   ModelElement created_;
 };

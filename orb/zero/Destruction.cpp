@@ -83,8 +83,7 @@ void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Ele
     if (!element || !element->isAlive()) continue;  // the others keep theirs for a revival
     for (const meta::PropertyInfo* property : element->getMetaClass().all) {
       if (property->isOwning) continue;
-      referred.found.clear();
-      property->services.targets(*element, referred);
+      referred.collect(*element, *property);
       for (Element* target : referred.found) {
         if (target->life_ != Element::Life::Dying) continue;
         if (replacement && target == targets.front())

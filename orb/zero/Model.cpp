@@ -33,7 +33,7 @@ ModelElement Model::find(const uuid& id) const { return ModelElement(impl_->find
 uuid Model::newUuid() const { return impl_->newUuid(); }
 std::size_t Model::reclaim() const { return impl_->reclaim(); }
 ModelElement Model::createProxy(const meta::ClassInfo& type, const uuid& id) const {
-  return ModelElement(&impl_->proxy({id, &type}));
+  return impl_->proxy({id, &type});
 }
 
 void Model::addListener(std::shared_ptr<ModelListener> listener) const {

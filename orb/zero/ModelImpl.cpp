@@ -88,7 +88,12 @@ ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
 }
 
 void Model::Impl::remove(Element& element) noexcept {
-  if (element.isProxy()) proxies_.erase(element.getUuid());
+  if (element.isProxy()) {
+    const auto [first, last] = proxies_.equal_range(element.getUuid());
+    const auto entry =
+        std::find_if(first, last, [&](const auto& each) { return each.second == &element; });
+    if (entry != last) proxies_.erase(entry);
+  }
   if (index_) index_->erase(element, element.index_);
   elements_[element.index_] = nullptr;
   ++gaps_;

@@ -56,7 +56,7 @@ class ORB_ZERO_API Model::Impl {
   void lose() noexcept { ++losses_; }
 
   /// See `Model::createProxy`. A new one can take the place of the original in its owner.
-  Element& proxy(const ProxyId& id, const Element* original = nullptr);
+  ModelElement proxy(const ProxyId& id, const Element* original = nullptr);
   Referrers& referrers() noexcept { return referrers_; }
 
   /// Ends the element and what it owns. What refers to it is cleared, or refers to the replacement.
@@ -95,7 +95,8 @@ class ORB_ZERO_API Model::Impl {
   UuidGenerator newUuid_;
   Referrers referrers_{elements_};
   std::unique_ptr<UuidIndex> index_;  // made by the first look-up
-  std::unordered_map<uuid, Element*, UuidHash> proxies_;
+  // One is alive at most; a rollback may revive another of the same UUID.
+  std::unordered_multimap<uuid, Element*, UuidHash> proxies_;
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;

@@ -5,35 +5,42 @@
 #include <orb/zero/Value.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace orb::zero {
 
-Model::Impl::Element& Model::Impl::proxy(const ProxyId& id, const Element* original) {
-  if (const auto known = proxies_.find(id.id); known != proxies_.end()) {
-    if (known->second->isAlive()) {
-      if (&known->second->getMetaClass() != id.type) raise("InvalidValue");
-      return *known->second;
-    }
-    proxies_.erase(known);
+ModelElement Model::Impl::proxy(const ProxyId& id, const Element* original) {
+  const auto [first, last] = proxies_.equal_range(id.id);
+  const auto known =
+      std::find_if(first, last, [](const auto& each) { return each.second->isAlive(); });
+  if (known != last) {
+    if (&known->second->getMetaClass() != id.type) raise("InvalidValue");
+    if (original && !known->second->container_) copyKey(*original, *known->second);
+    return ModelElement(known->second);
   }
   Staged staged = stage(*id.type);
-  if (original && original->container_) copyKey(*original, *staged);
+  if (original) copyKey(*original, *staged);
   staged->isProxy_ = true;
-  const auto known = proxies_.try_emplace(id.id, staged.get()).first;
-  try {
-    return *adopt(std::move(staged), id.id).get();
-  } catch (...) {
-    proxies_.erase(known);
-    throw;
-  }
+  Transaction unit(Model(this));
+  ModelElement made = adopt(std::move(staged), id.id);
+  proxies_.emplace(id.id, made.get());
+  unit.commit();
+  return made;
 }
 
 /// The owner finds the copy under the key of the original.
 void Model::Impl::copyKey(const Element& original, Element& copy) {
-  const std::string_view name = original.containment().key;
-  if (name.empty()) return;
-  const meta::PropertyInfo& key = *original.getPropertyByName(name);
-  key.services.set(copy, key.services.get(original, ProxyTag::Keep));
+  if (!original.container_ || original.containment().key.empty()) return;
+  const meta::PropertyInfo& key = *original.getPropertyByName(original.containment().key);
+  const Value value = key.services.get(original, ProxyTag::Keep);
+  const bool isProxy = std::exchange(copy.isProxy_, false);  // for once it may be changed
+  try {
+    key.services.set(copy, value);
+  } catch (...) {
+    copy.isProxy_ = isProxy;
+    throw;
+  }
+  copy.isProxy_ = isProxy;
 }
 
 ModelElement ModelElement::Impl::resolved() const {
@@ -58,8 +65,9 @@ ModelElement ModelElement::Impl::convertToProxy() {
   const ProxyId id = getProxyId();
   Transaction unit(model);
   doDestroy(true, true);
+  ModelElement proxy = model.createProxy(*id.type, id.id);
   unit.commit();
-  return model.createProxy(*id.type, id.id);
+  return proxy;
 }
 
 void ModelElement::Impl::doDestroy(bool owned, bool leavesProxy) {
@@ -70,8 +78,9 @@ void ModelElement::Impl::doDestroy(bool owned, bool leavesProxy) {
       if (property->isOwning) property->services.targets(*this, children);
     for (Impl* child : children.found) child->leaveContainer();
   }
-  Impl* const proxy = leavesProxy && !isProxy_ ? &model_->proxy(getProxyId(), this) : nullptr;
-  model_->destroy(*this, proxy);
+  const bool isReplaced = leavesProxy && !isProxy_;
+  const ModelElement proxy = isReplaced ? model_->proxy(getProxyId(), this) : ModelElement();
+  model_->destroy(*this, proxy.get());
   unit.commit();
 }
 
@@ -91,12 +100,11 @@ void ModelElement::Impl::convertReferencesToProxies(bool owned,
   for (Impl* element : converted.found) {
     for (const meta::PropertyInfo* property : element->getMetaClass().all) {
       if (property->isOwning || !property->type) continue;
-      referred.found.clear();
-      property->services.targets(*element, referred);
+      referred.collect(*element, *property);
       for (Impl* target : referred.found) {
         if (target->isProxy() || (only && only->id != target->getUuid())) continue;
         if (std::binary_search(inside.begin(), inside.end(), target)) continue;
-        property->services.replace(*element, *target, model_->proxy(target->getProxyId()));
+        property->services.replace(*element, *target, *model_->proxy(target->getProxyId()).get());
       }
     }
   }

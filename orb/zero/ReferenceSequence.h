@@ -37,8 +37,7 @@ class ReferenceSequence : public Sequence<Slot<E>> {
       if (entry.get()) visitor.visit(*entry.get());
   }
   void release(const ModelElement::Impl& target) {
-    for (std::size_t place = this->size(); place-- > 0;)
-      if (this->content()[place].get() == &target) this->erase(place);
+    this->eraseIf([&](const Slot<E>& entry) { return entry.get() == &target; });
   }
   void replace(const ModelElement::Impl& target, ModelElement::Impl& other) {
     for (std::size_t place = 0; place < this->size(); ++place)

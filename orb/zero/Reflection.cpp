@@ -1,6 +1,7 @@
 #include <orb/zero/Exception.h>
 #include <orb/zero/ModelChanges.h>
 #include <orb/zero/Storage.h>
+#include <orb/zero/Unit.h>
 #include <orb/zero/Value.h>
 
 namespace orb::zero {
@@ -29,7 +30,7 @@ void ModelElement::Impl::setPropertyValue(const meta::PropertyInfo& property, co
   if (property.flags & meta::ReadOnly)
     raise("CannotSetReadOnlyProperty", {property.getQualifiedName()});
   // What stands for the element already is as good as the element.
-  if (tag == ProxyTag::Resolve && property.services.get(*this, tag) == value) return;
+  if (property.services.get(*this, tag) == value) return;
   property.services.set(*this, value);
 }
 
@@ -57,6 +58,7 @@ ElementChange ModelElement::Impl::createChanges() const {
 
 void ModelElement::Impl::inverseAdd(const ModelElement& element,
                                     const meta::PropertyInfo& property) {
+  checkNoProxy();
   checkOwn(property);
   if (!property.services.insert || !property.type) raise("InvalidValue");
   property.services.insert(*this, Value(element));
@@ -66,7 +68,10 @@ void ModelElement::Impl::inverseRemove(const ModelElement& element,
                                        const meta::PropertyInfo& property) {
   checkNoProxy();
   checkOwn(property);
-  if (element.get()) property.services.release(*this, *element.get());
+  if (!element.get()) return;
+  Unit unit(*this);
+  property.services.release(*this, *element.get());
+  unit.commit();
 }
 
 bool ModelElement::Impl::inverseContainsProxyTo(const ModelElement& element,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -44,9 +45,7 @@ class Sequence : public Collection {
   }
   void clear() {
     this->owner().checkNoProxy();
-    Unit unit(owner());
-    while (!empty()) erase(size() - 1);
-    unit.commit();
+    eraseIf([](const Item&) { return true; });
   }
 
  protected:
@@ -76,9 +75,33 @@ class Sequence : public Collection {
     }
     unit.commit();
   }
+  /// Takes out many items at once.
+  template <class Test>
+  void eraseIf(Test test) {
+    if (std::none_of(begin(), end(), test)) return;
+    Unit unit(owner());
+    std::vector<Item> left;
+    left.reserve(size());
+    std::remove_copy_if(begin(), end(), std::back_inserter(left), test);
+    Content content{*this, std::move(left)};
+    if (isRecorded())
+      log(std::move(content)).exchange(true);
+    else
+      content.exchange(true);
+    unit.commit();
+  }
   std::vector<Item>& content() noexcept { return content_; }
 
  private:
+  /// All items, in the place of all that were there.
+  struct Content {
+    void exchange(bool links) noexcept {
+      sequence.content_.swap(other);
+      for (std::size_t place = 0; links && place < sequence.size(); ++place) sequence.note(place);
+    }
+    Sequence& sequence;
+    std::vector<Item> other;
+  };
   /// An item that came or went. The vector never gives memory back, so that neither way needs any.
   struct Presence {
     void exchange(bool links) noexcept {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include <orb/zero/meta/ClassInfo.h>
@@ -9,6 +10,13 @@ namespace orb::zero {
 /// Collects what properties name.
 struct Targets final : meta::TargetVisitor {
   void visit(ModelElement::Impl& target) override { found.push_back(&target); }
+  /// What one property names, each once.
+  void collect(const ModelElement::Impl& element, const meta::PropertyInfo& property) {
+    found.clear();
+    property.services.targets(element, *this);
+    std::sort(found.begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
+  }
 
   std::vector<ModelElement::Impl*> found;
 };

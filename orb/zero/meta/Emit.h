@@ -88,11 +88,13 @@ consteval PropertyServices emitServices() {
       element.template set<A::row.member>(value.isEmpty() ? H() : value.getValue<H>());
     } else {
       const Member given = value.isEmpty() ? Member() : value.getValue<Member>();
+      Unit unit(element);
       if constexpr (A::row.setter != nullptr)
         (element.*A::row.setter)(given);
       else if (!value.isEmpty())
         element.template set<A::row.member>(given);
       if (value.isEmpty()) element.template unset<A::row.member>();
+      unit.commit();
     }
   };
   if constexpr (K::value != ValueKind::Single)

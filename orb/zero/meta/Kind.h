@@ -93,8 +93,8 @@ struct CollectionKind {
     return elements;
   }
   static void assign(Collection& collection, const Value& value) {
-    const auto elements = value.isEmpty() ? std::vector<ModelElement>()
-                                          : value.getValue<std::vector<ModelElement>>();
+    using Elements = std::vector<typename Collection::Entry>;
+    const Elements elements = value.isEmpty() ? Elements() : value.getValue<Elements>();
     collection.clear();
     for (const ModelElement& element : elements) collection.add(element);
   }

@@ -1,0 +1,124 @@
+#include <orb/zero/MessageCatalog.h>
+#include <orb/zero/ModelChanges.h>
+#include <orb/zero/meta/MetaRegistry.h>
+
+#include <functional>
+#include <utility>
+
+#include "tests/datamodel/SessionTest.h"
+#include "tests/orb/ModelSnapshot.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using orb::zero::Value;
+using ErrorTest = SessionTest;
+
+TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
+  const Session foreign;
+  const Variable x = variable("x"), gone = variable("y");
+  const Struct record = make<Struct>();
+  record->getValues().insert(field("a"));
+  const FieldElem second = field("a");
+  const System system = make<System>();
+  const Equation equation = make<Equation>(), next = make<Equation>();
+  for (const Equation& each : {equation, next}) system->getEquations().add(each);
+  const Join join = expressions.createJoin({x});
+  const Variable proxy = Variable::createProxy(model, model.newUuid());
+  const Value sequence(std::vector<ModelElement>{x, gone});
+  const auto& registry = meta::MetaRegistry::getInstance();
+  Variable::Builder blank(model), taken(model), spent(model);
+  FieldElem::Builder part(model), alien(foreign.model());
+  spent.create();
+  gone->destroy();
+  const auto state = snapshot(model);
+
+  const std::pair<std::function<void()>, std::string> cases[] = {
+      {[&] { ModelElement()->getUuid(); }, "CannotCastIncompatibleTypes(orb.zero.ModelElement)"},
+      {[&] { gone->setName("z"); }, "CannotCastIncompatibleTypes(torvan.datamodel.Variable)"},
+      {[&] { x->setPropertyValue(Variable::name(), Value(1)); },
+       "CannotCastIncompatibleTypes(StdString)"},
+      {[&] { system->getEquations().add(x); },
+       "CannotAddIncompatibleTypes(torvan.datamodel.Variable,torvan.datamodel.Equation)"},
+      {[&] { record->getValues().insert(second); }, "UniquenessConstraint"},
+      {[&] { ModelElement::Builder::Orchestrator(model).create(taken, x->getUuid()); },
+       "UniquenessConstraint"},
+      {[&] { equation->setRhs(foreign.expressionFactory()->createVariable({}, "x")); },
+       "CannotCreateCrossModelAssociation"},
+      {[&] { ModelElement::Builder::Orchestrator(model).create(alien, model.newUuid()); },
+       "CannotCreateCrossModelAssociation"},
+      {[&] { proxy->setName("z"); }, "CannotModifyProxy"},
+      {[&] { proxy->inverseAdd(x, Join::operands()); }, "CannotModifyProxy"},
+      {[&] { proxy->inverseRemove(x, Join::operands()); }, "CannotModifyProxy"},
+      {[&] { proxy->createInto(Struct::values(), part, x->getUuid()); }, "CannotModifyProxy"},
+      {[&] { proxy->basicDisassociateAll(); }, "CannotModifyProxy"},
+      {[&] { proxy->convertReferencesToProxies(true, {}); }, "CannotModifyProxy"},
+      {[&] { second->setPropertyValue(FieldElem::name(), Value()); },
+       "CannotSetReadOnlyProperty(torvan.datamodel.FieldElem.name)"},
+      {[&] { system->getEquations().set(0, next); }, "CannotAddSecondObject"},
+      {[&] { system->getEquations().add(Equation()); }, "CannotAddNonExistentObject"},
+      {[&] { join->setPropertyValue(Join::operands(), sequence); }, "CannotAddNonExistentObject"},
+      {[&] { x->getPropertyValue(Join::operands()); },
+       "NoSuchProperty(torvan.datamodel.Variable,torvan.datamodel.Join.operands)"},
+      {[&] { x->getPropertyValue("size"); }, "NoSuchProperty(torvan.datamodel.Variable,size)"},
+      {[&] { x->setPropertyValue(Join::operands(), Value()); },
+       "NoSuchProperty(torvan.datamodel.Variable,torvan.datamodel.Join.operands)"},
+      {[&] { x->createInto(Struct::values(), part, model.newUuid()); },
+       "NoSuchProperty(torvan.datamodel.Variable,torvan.datamodel.Struct.values)"},
+      {[&] { registry.createElement(model, "torvan.datamodel.Widen"); },
+       "NoSuchType(torvan.datamodel.Widen)"},
+      {[&] { record->createInto(Term::type(), part, model.newUuid()); }, "InvalidValue"},
+      {[&] { x->inverseAdd(join, Term::type()); }, "InvalidValue"},
+      {[&] { spent.setOrAdd(Variable::name(), Value()); }, "InvalidValue"},
+      {[&] { Struct::createProxy(model, proxy->getUuid()); }, "InvalidValue"},
+      {[&] { model.addListener(nullptr); }, "InvalidValue"},
+  };
+  for (const auto& [call, failure] : cases) {
+    EXPECT_EQ(failureOf(call), failure);
+    EXPECT_EQ(snapshot(model), state) << failure;
+  }
+  EXPECT_TRUE(taken.create());
+}
+
+TEST_F(ErrorTest, ModelWideSwitchesWaitForTransactions) {
+  const auto none = std::shared_ptr<orb::zero::ModelListener>();
+  Transaction transaction(model);
+  const std::function<void()> switches[] = {[&] { Model::Freezer::freeze(model); },
+                                            [&] { model.addListener(none); },
+                                            [&] { model.removeListener(none); },
+                                            [&] { model.setHistoryLimit(1); },
+                                            [&] { model.undo(); },
+                                            [&] { model.redo(); }};
+  for (const auto& call : switches) EXPECT_EQ(failureOf(call), "TransactionInProgress");
+  transaction.commit();
+  model.setHistoryLimit(1);
+  const Variable x = variable("x");
+  const Equation equation = make<Equation>();
+  equation->setRhs(x);
+  Model::Freezer::freeze(model);
+  const Variable::Builder builder(model);
+  const std::function<void()> changes[] = {[&] { const Transaction refused(model); },
+                                           [&] { model.undo(); },
+                                           [&] { model.reclaim(); },
+                                           [&] { Variable::createProxy(model, model.newUuid()); },
+                                           [&] { x->convertToProxy(); },
+                                           [&] { x->convertReferencesToProxies(true, {}); },
+                                           [&] { builder->setName("y"); },
+                                           [&] { x->disassociateIncoming(); },
+                                           [&] { equation->inverseRemove(x, Equation::rhs()); }};
+  for (const auto& call : changes) EXPECT_EQ(failureOf(call), "CannotModifyFrozenModel");
+  EXPECT_TRUE(model.size() == 2 && equation->getRhs() == x);
+}
+
+TEST_F(ErrorTest, TextHoldsTheArguments) {
+  const auto text = [](const std::string& catalog, const std::string& identifier) {
+    return std::string(orb::zero::Exception(catalog, identifier, {"P.Q", "R"}).what());
+  };
+  EXPECT_EQ(text("orb0:messages", "NoSuchProperty"), "The class 'P.Q' has no property 'R'.");
+  EXPECT_EQ(text("orb0:messages", "CannotModifyProxy"), "Cannot modify a proxy.");
+  EXPECT_EQ(text("orb0:messages", "InvalidHandle"), "Message text unavailable");
+  EXPECT_NE(text("NUMBAT:class", "InvalidHandle"), "Message text unavailable");
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

@@ -1,0 +1,189 @@
+#include <orb/zero/query/Query.h>
+
+#include "tests/datamodel/SessionTest.h"
+#include "tests/orb/ModelSnapshot.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using orb::zero::ProxyTag, orb::zero::uuid;
+using Elements = std::vector<ModelElement>;
+
+class ProxyTest : public SessionTest {
+ protected:
+  Elements read(const ModelElement& element, const Property& property, ProxyTag tag) {
+    return element->getPropertyValue(property, tag).getValue<Elements>();
+  }
+
+  const uuid id = model.newUuid();
+};
+
+TEST_F(ProxyTest, IsOnePerUuidAndNoElementOfTheModel) {
+  const Variable proxy = Variable::createProxy(model, id);
+  EXPECT_TRUE(Variable::createProxy(model, id) == proxy);
+  EXPECT_TRUE(proxy && proxy->isProxy());
+  EXPECT_EQ(proxy->getProxyId().id, id);
+  EXPECT_EQ(*proxy->getProxyId().type, Variable::metaClass());
+  EXPECT_FALSE(model.find(id));
+  EXPECT_EQ(model.size(), 0U);
+  EXPECT_EQ(snapshot(model), "");
+  EXPECT_TRUE(query::Query<Variable>(model).execute().empty());
+  const Equation equation = make<Equation>();
+  equation->setLhs(proxy);
+  EXPECT_TRUE(equation->hasLhs() && equation->getLhs() == proxy);
+  EXPECT_TRUE(proxy->convertToProxy() == proxy);
+  proxy->destroy();
+  EXPECT_FALSE(equation->hasLhs());
+}
+
+TEST_F(ProxyTest, IsStillOneAfterRollbackAndDestruction) {
+  const Variable proxy = Variable::createProxy(model, id);
+  for (const bool isKept : {false, true}) {
+    Transaction transaction(model);
+    proxy->destroy();
+    const Struct second = Struct::createProxy(model, id);
+    EXPECT_TRUE(Struct::createProxy(model, id) == second);
+    if (isKept) transaction.commit();
+    transaction.rollback();
+    EXPECT_EQ(static_cast<bool>(proxy), !isKept);
+    EXPECT_EQ(static_cast<bool>(second), isKept);
+    if (isKept)
+      EXPECT_TRUE(Struct::createProxy(model, id) == second);
+    else
+      EXPECT_TRUE(Variable::createProxy(model, id) == proxy);
+  }
+}
+
+TEST_F(ProxyTest, ReferencesResolveInTheirPlaces) {
+  const Variable proxy = Variable::createProxy(model, id), x = variable("x");
+  const Equation equation = make<Equation>();
+  equation->setLhs(proxy);
+  const Join join = expressions.createJoin({proxy, x, proxy});
+  const auto state = snapshot(model);
+  EXPECT_FALSE(proxy->resolve());
+  const uuid none = Equation::createProxy(model, model.newUuid())->getUuid();
+  Struct::create(model, none);  // no Equation
+  EXPECT_FALSE(Equation::createProxy(model, none)->resolve());
+  model.find(none)->destroy();
+  EXPECT_FALSE(x->resolve());
+  EXPECT_EQ(snapshot(model), state);
+
+  const Variable original = Variable::create(model, id);
+  EXPECT_TRUE(read(join, Join::operands(), ProxyTag::Keep) == (Elements{proxy, x, proxy}));
+  const Elements resolved{original, x, original};
+  EXPECT_TRUE(read(join, Join::operands(), ProxyTag::Resolve) == resolved);
+  EXPECT_TRUE(proxy->resolved() == original && equation->getLhs() == proxy);
+  {
+    const Transaction transaction(model);
+    EXPECT_TRUE(proxy->resolve());
+    EXPECT_FALSE(proxy);
+    EXPECT_TRUE(read(join, Join::operands(), ProxyTag::Keep) == resolved);
+  }
+  EXPECT_TRUE(proxy && equation->getLhs() == proxy);
+  EXPECT_TRUE(proxy->resolve());
+  EXPECT_TRUE(read(join, Join::operands(), ProxyTag::Keep) == resolved);
+  EXPECT_TRUE(equation->getLhs() == original);
+  original->destroy();
+  EXPECT_FALSE(equation->hasLhs());
+  EXPECT_EQ(join->getOperands().size(), 1U);
+}
+
+TEST_F(ProxyTest, OwnedElementsKeepKeyAndPlaceBothWays) {
+  const StructType record = types.createStructType("S", {"a", "b", "c"}, {sets(1), {}, {}});
+  const FieldType b = record->getFields()["b"];
+  const System system = make<System>();
+  const Equation first = make<Equation>(), second = make<Equation>(), third = make<Equation>();
+  for (const Equation& equation : {first, second, third}) system->getEquations().add(equation);
+  const auto state = snapshot(model);
+  for (const bool isKept : {false, true}) {
+    Transaction transaction(model);
+    const ModelElement fieldProxy = b->convertToProxy(), proxy = second->convertToProxy();
+    EXPECT_FALSE(b || second);
+    EXPECT_TRUE(fieldProxy->isProxy() && record->getFields()["b"] == fieldProxy);
+    EXPECT_TRUE(fieldProxy->getContainer() == record && proxy->getContainer() == system);
+    EXPECT_TRUE(system->getEquations()[1] == proxy && system->getEquations().size() == 3);
+    EXPECT_TRUE(system->inverseContainsProxyTo(second, System::equations()));
+    EXPECT_FALSE(system->inverseContainsProxyTo(first, System::equations()));
+
+    FieldType::Builder builder(model);
+    builder->setName("b");
+    const FieldType field = builder.create(fieldProxy->getUuid());
+    const Equation equation = Equation::create(model, proxy->getUuid());
+    EXPECT_TRUE(fieldProxy->resolve() && proxy->resolve());
+    EXPECT_TRUE(record->getFields()["b"] == field && record->getFields().size() == 3);
+    EXPECT_TRUE(system->getEquations()[1] == equation && system->getEquations().size() == 3);
+    EXPECT_FALSE(system->inverseContainsProxyTo(second, System::equations()));
+    expectConsistent(model);
+    if (isKept) transaction.commit();
+    transaction.rollback();
+    EXPECT_EQ(snapshot(model) == state, !isKept);
+    EXPECT_EQ(b && second, !isKept);
+  }
+  EXPECT_EQ(model.size(), std::count(state.begin(), state.end(), '\n'));
+}
+
+TEST_F(ProxyTest, HistoryTakesConversionsBackAndMakesThemAgain) {
+  const Struct value = make<Struct>();
+  const FieldElem part = field("a");
+  value->getValues().insert(part);
+  const FieldElem outer = field("f", value);
+  std::vector<std::string> states{snapshot(model)};
+  model.setHistoryLimit(9);
+  const auto step = [&](auto change) {
+    change();
+    states.push_back(snapshot(model));
+  };
+  step([&] { part->convertToProxy(); });
+  step([&] { value->convertToProxy(); });
+  step([&] { Struct::create(model, value.get()->getUuid()); });
+  const LatticeValue proxy = outer->getValue();
+  step([&] { EXPECT_TRUE(proxy->resolve()); });
+  step([&] { outer->getValue()->doDestroy(true, true); });
+  EXPECT_TRUE(outer->getValue()->isProxy() && !proxy);
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = states.size() - 1; i-- > 0;) {
+      EXPECT_TRUE(model.undo());
+      EXPECT_EQ(snapshot(model), states[i]);
+    }
+    EXPECT_TRUE(value && part->getContainer() == value);
+    for (std::size_t i = 1; i < states.size(); ++i) {
+      EXPECT_TRUE(model.redo());
+      EXPECT_EQ(snapshot(model), states[i]);
+    }
+    EXPECT_EQ(model.undoSteps(), 5U);
+  }
+  EXPECT_TRUE(Struct::createProxy(model, value.get()->getUuid()) == outer->getValue());
+}
+
+TEST_F(ProxyTest, ReferencesBecomeProxies) {
+  const LatticeType type = make<PowerSetType>();
+  const Variable x = variable("x", type), y = variable("y", type);
+  const Equation equation = make<Equation>();
+  equation->setLhs(x);
+  equation->setRhs(y);
+  const System system = make<System>();
+  system->getEquations().add(equation);
+  const auto state = snapshot(model);
+  const auto kept = [&](bool owned, const std::optional<orb::zero::ProxyId>& only) {
+    const Transaction transaction(model);
+    system->convertReferencesToProxies(owned, only);
+    EXPECT_TRUE(equation->getContainer() == system && x && y);
+    EXPECT_EQ(equation->getLhs() == x, !equation->getLhs()->isProxy());
+    return std::string(equation->getLhs() == x ? "x" : "") + (equation->getRhs() == y ? "y" : "");
+  };
+  EXPECT_EQ(kept(false, {}), "xy");
+  EXPECT_EQ(kept(true, {}), "");
+  EXPECT_EQ(kept(true, y->getProxyId()), "x");
+  EXPECT_EQ(snapshot(model), state);
+  x->convertReferencesToProxies(false, {});
+  EXPECT_TRUE(x->getType()->isProxy() && y->getType() == type);
+  EXPECT_TRUE(x->inverseContainsProxyTo(type, Term::type()));
+  EXPECT_TRUE(x->getPropertyValue(Term::type()).getValue<ModelElement>() == type);
+  x->setPropertyValue(Term::type(), type);  // as good as set
+  EXPECT_TRUE(x->getType()->isProxy());
+  x->setPropertyValue(Term::type(), type, ProxyTag::Keep);
+  EXPECT_TRUE(x->getType() == type);
+}
+
+}  // namespace
+}  // namespace torvan::datamodel
