@@ -36,8 +36,7 @@ class ORB_ZERO_API Collection {
     Storage& storage = owner_.storageOfSavepoint();
     TransactionCoordinator& transactions = owner_.model().transactions();
     transactions.reserve();
-    auto* const record =
-        new (owner_.model()) Record<Change>(owner_, position, std::move(change));
+    auto* const record = new (owner_.model()) Record<Change>(owner_, position, std::move(change));
     storage.add(*record);
     transactions.log(std::unique_ptr<UndoRecord>(record));
     return record->change_;

@@ -36,8 +36,9 @@ struct ModelChanges {
   bool isEmpty() const noexcept { return created.empty() && destroyed.empty() && changed.empty(); }
 };
 
-/// Is told what changed, after every outermost commit, by the work queue of the model. It may change
-/// the model in turn; what it throws is dropped, as the commit stands and others are to be told.
+/// Is told what changed, after every outermost commit, by the work queue of the model. It may
+/// change the model in turn; what it throws is dropped, as the commit stands and others are to be
+/// told.
 class ORB_ZERO_API ModelListener {
  public:
   virtual ~ModelListener();

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include <orb/zero/Existence.h>
 #include <orb/zero/Exception.h>
+#include <orb/zero/Existence.h>
 #include <orb/zero/History.h>
 #include <orb/zero/Unit.h>
 #include <orb/zero/UuidIndex.h>

@@ -30,9 +30,7 @@ class OwnedSequence : public Collection {
   std::size_t size() const noexcept { return content_.size() - gaps_; }
   bool contains(const ModelElement& element) const { return element && owns(*element.get()); }
   /// Raises "InvalidValue" for a place that does not exist.
-  E operator[](std::size_t place) const {
-    return E(content_[locate(place)]);
-  }
+  E operator[](std::size_t place) const { return E(content_[locate(place)]); }
 
   /// Appends the element; one that has another owner moves, one that is held already stays where it
   /// is. Refuses, in this order, an empty or destroyed element ("CannotAddNonExistentObject"), one

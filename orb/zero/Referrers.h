@@ -43,7 +43,7 @@ class ORB_ZERO_API Referrers {
   const Elements& all_;
   std::vector<Entry> entries_;
   std::uint32_t popular_ = 64;  // references, from which on they are not followed
-  std::size_t bound_ = 1024;  // entries, from which on they are collected anew
+  std::size_t bound_ = 1024;    // entries, from which on they are collected anew
 };
 
 }  // namespace orb::zero

@@ -134,8 +134,8 @@ void TransactionCoordinator::addListener(std::shared_ptr<ModelListener> listener
   if (!listener) raise("InvalidValue");
   auto listeners = listeners_ ? *listeners_ : std::vector<std::shared_ptr<ModelListener>>();
   listeners.push_back(std::move(listener));
-  listeners_ = std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(
-      std::move(listeners));
+  listeners_ =
+      std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(std::move(listeners));
   update();
 }
 
