@@ -33,7 +33,7 @@ class ORB_ZERO_API Model::Impl {
   }
 
   TransactionCoordinator& transactions() noexcept { return transactions_; }
-  WorkQueue& workQueue() noexcept { return *workQueue_; }
+  const std::shared_ptr<WorkQueue>& workQueue() const noexcept { return workQueue_; }
   ElementPool& pool() noexcept { return pool_; }
 
   Element* find(const uuid& id);

@@ -109,7 +109,8 @@ ModelChanges TransactionCoordinator::describe() {
 
 void TransactionCoordinator::post(ModelChanges changes) {
   if (!listeners_) return;
-  model_.workQueue().post([listeners = listeners_, changes = std::move(changes)] {
+  const std::shared_ptr<WorkQueue> queue = model_.workQueue();  // outlives what listeners let go
+  queue->post([listeners = listeners_, changes = std::move(changes)] {
     for (const auto& listener : *listeners) {
       try {
         listener->changed(changes);

@@ -12,13 +12,16 @@ class InlineWorkQueue final : public WorkQueue {
   void post(std::function<void()> work) override {
     waiting_.push_back(std::move(work));
     if (isRunning_) return;
-    isRunning_ = true;
+    struct Running {
+      explicit Running(bool& running) : isRunning(running) { isRunning = true; }
+      ~Running() { isRunning = false; }
+      bool& isRunning;
+    } const running(isRunning_);
     while (!waiting_.empty()) {
       const std::function<void()> next = std::move(waiting_.front());
       waiting_.pop_front();
       next();
     }
-    isRunning_ = false;
   }
 
  private:

@@ -1,6 +1,7 @@
 #include <torvan/datamodel/Session.h>
 
 #include <orb/zero/ModelConstellation.h>
+#include <orb/zero/meta/AbstractMetaPackage.h>
 
 namespace torvan::datamodel {
 
@@ -11,6 +12,7 @@ Session::Session()
       typeFactory_(std::make_unique<TypeFactory>(model_)),
       expressionFactory_(std::make_unique<ExpressionFactory>(model_)) {
   typeFactory_->valueFactory(valueFactory_.get());
+  metaPackage().ensureInitialized();  // so that classes are found by name
 }
 
 Session::~Session() = default;

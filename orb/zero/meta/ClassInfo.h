@@ -1,4 +1,7 @@
-#pragma once
+#include <orb/zero/ModelElement.h>  // before the guard: on the way there it may bring these classes
+
+#ifndef ORB_ZERO_META_CLASSINFO_H
+#define ORB_ZERO_META_CLASSINFO_H
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +12,6 @@
 #include <type_traits>
 #include <typeinfo>
 
-#include <orb/zero/ModelElement.h>
 #include <orb/zero/Uuid.h>
 
 namespace orb::zero {
@@ -205,3 +207,5 @@ struct ClassInfo {
 };
 
 }  // namespace orb::zero::meta
+
+#endif  // ORB_ZERO_META_CLASSINFO_H
