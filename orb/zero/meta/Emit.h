@@ -89,7 +89,7 @@ consteval PropertyServices emitServices() {
     } else {
       const Member given = value.isEmpty() ? Member() : value.getValue<Member>();
       Unit unit(element);
-      if constexpr (A::row.setter != nullptr)
+      if constexpr (A::row.hasSetter)
         (element.*A::row.setter)(given);
       else if (!value.isEmpty())
         element.template set<A::row.member>(given);

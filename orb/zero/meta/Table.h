@@ -21,17 +21,23 @@ struct Row {
   static constexpr bool isOperation = false;
 
   consteval Row(M Impl::*slot, std::string_view label, int place, std::string_view uuidText,
-                unsigned flagSet, std::string_view qualifier = {}, Setter own = nullptr)
+                unsigned flagSet, std::string_view qualifier = {})
       : member(slot),
-        setter(own),
         name(label),
         key(qualifier),
         id(uuidOf(uuidText)),
         position(place),
         flags(static_cast<std::uint8_t>(flagSet)) {}
+  consteval Row(M Impl::*slot, std::string_view label, int place, std::string_view uuidText,
+                unsigned flagSet, Setter own)
+      : Row(slot, label, place, uuidText, flagSet) {
+    setter = own;
+    hasSetter = true;
+  }
 
   M Impl::*member;
-  Setter setter;  ///< where setting takes more than storing
+  Setter setter = nullptr;  ///< where setting takes more than storing
+  bool hasSetter = false;
   std::string_view name, key;
   uuid id;
   int position;

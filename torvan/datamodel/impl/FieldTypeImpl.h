@@ -18,13 +18,8 @@ class TORVAN_DATAMODEL_API FieldType::Impl : public orb::zero::ImplOf<FieldType>
 
   static constexpr Table table{
       Instances::Concrete, "torvan.datamodel.FieldType", "dd00a967-1253-3fa7-a0ad-f32546b2f999",
-      Row{&Impl::name_,
-          "name",
-          1,
-          "35ed794c-25dd-3f12-ab78-d5b4cd994b37",
-          Ordered | Unique | NoMutator | NoDefault,
-          {},
-          &Impl::setName},
+      Row{&Impl::name_, "name", 1, "35ed794c-25dd-3f12-ab78-d5b4cd994b37",
+          Ordered | Unique | NoMutator | NoDefault, &Impl::setName},
       Row{&Impl::elemType_, "elemType", 2, "b1f8162c-2579-30d6-96a2-628324198b06",
           Ordered | Unique | NoMutator}};
 
