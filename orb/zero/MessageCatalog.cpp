@@ -34,6 +34,7 @@ constexpr Message messages[] = {
     {frameworkCatalog, "NoSuchProperty", "The class '{0}' has no property '{1}'."},
     {frameworkCatalog, "NoSuchType", "There is no type named '{0}'."},
     {frameworkCatalog, "InvalidValue", "The value is invalid."},
+    {frameworkCatalog, "CannotParseValue", "'{0}' is no value of type '{1}'."},
     {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
     {hostCatalog, "InvalidHandle", "The handle is invalid or its object was deleted."},
 };

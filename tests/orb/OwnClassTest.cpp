@@ -94,7 +94,7 @@ class LibraryPackage final : public meta::AbstractMetaPackage {
  private:
   LibraryPackage() : AbstractMetaPackage(u"http://example.org/library") {}
   void instantiate(meta::MetaRegistry&) override { instantiateClasses(classesOf(Classes())); }
-  void weave(meta::MetaRegistry&) override {
+  void weave(meta::MetaRegistry&, meta::PropertySerializerRegistry&) override {
     weaveClasses(packageAt(u"http://example.org/library"), classesOf(Classes()));
   }
 };

@@ -305,8 +305,8 @@ class ColourPackage final : public meta::AbstractMetaPackage {
   int failures = 0;
 
  private:
-  void instantiate(MetaRegistry&) override { createEnum(u"Colour", id); }
-  void weave(MetaRegistry& registry) override {
+  void instantiate(MetaRegistry&) override { createEnum(u"Colour", "Colour", id); }
+  void weave(MetaRegistry& registry, meta::PropertySerializerRegistry&) override {
     const auto colour = created<meta::Enum>(id);
     colour->setOwningPackage(packageAt(u"http://example.org/colour"));
     registry.registerTypeNames(colour, "Colour", "F\u00e4rbung \U0001d11e");

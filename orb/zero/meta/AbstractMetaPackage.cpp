@@ -26,10 +26,6 @@ std::string nativeName(std::string_view dotted) {
   return native;
 }
 
-Collection* collectionOf(ModelElement::Impl& element, const PropertyInfo& property) {
-  return property.services.collection ? property.services.collection(element) : nullptr;
-}
-
 }  // namespace
 
 AbstractMetaPackage::AbstractMetaPackage(std::u16string uri) : uri_(std::move(uri)) {}
@@ -45,11 +41,12 @@ void AbstractMetaPackage::ensureInitialized() {
 void AbstractMetaPackage::registerIn(MetaRegistry& registry) {
   MetaRegistry::Update update(registry);
   registry_ = &registry;
+  types_.clear();
   registry.unregisterRootPackage(uri_);
   if (const Package before = packageAt(uri_)) before->destroy();
   registry.registerRootPackage(createPackage({}, uri_));
   instantiate(registry);
-  weave(registry);
+  weave(registry, registry.getSerializers());
   update.commit();
   isInitialized_.store(true, std::memory_order_release);
 }
@@ -71,8 +68,20 @@ Package AbstractMetaPackage::packageAt(std::u16string_view uri) const {
   return created<Package>(uuidOfName(toUtf8(uri)));
 }
 
-Class AbstractMetaPackage::createClass(std::u16string name, bool isAbstract, const uuid& id) {
+Type AbstractMetaPackage::typeNamed(std::string_view name) const {
+  const auto found = types_.find(name);
+  return found != types_.end() ? found->second : registry_->requireType(name);
+}
+
+Collection* AbstractMetaPackage::collectionOf(ModelElement::Impl& element,
+                                              const PropertyInfo& property) {
+  return property.services.collection ? property.services.collection(element) : nullptr;
+}
+
+Class AbstractMetaPackage::createClass(std::u16string name, std::string_view dotted,
+                                       bool isAbstract, const uuid& id) {
   Class type = create<Class>(std::move(name), id);
+  types_.emplace(dotted, type);
   type->setIsAbstract(isAbstract);
   return type;
 }
@@ -102,11 +111,15 @@ Argument AbstractMetaPackage::createArgument(std::u16string name, const uuid& id
 }
 
 PrimitiveType AbstractMetaPackage::createPrimitiveType(std::string_view name) {
-  return create<PrimitiveType>(toUtf16(name), uuidOfName(name));
+  PrimitiveType type = create<PrimitiveType>(toUtf16(name), uuidOfName(name));
+  types_.emplace(name, type);
+  return type;
 }
 
-Enum AbstractMetaPackage::createEnum(std::u16string name, const uuid& id) {
-  return create<Enum>(std::move(name), id);
+Enum AbstractMetaPackage::createEnum(std::u16string name, std::string_view dotted, const uuid& id) {
+  Enum type = create<Enum>(std::move(name), id);
+  types_.emplace(dotted, type);
+  return type;
 }
 
 EnumLiteral AbstractMetaPackage::createEnumLiteral(std::u16string name, int value, const uuid& id) {
@@ -120,7 +133,7 @@ void AbstractMetaPackage::instantiateClasses(std::span<const ClassInfo* const> c
 }
 
 void AbstractMetaPackage::instantiateClass(const ClassInfo& info) {
-  createClass(simpleName(info.name), info.isAbstract(), info.id)->info_ = &info;
+  createClass(simpleName(info.name), info.name, info.isAbstract(), info.id)->info_ = &info;
   for (const PropertyInfo& own : info.own) {
     const Property property = createProperty(toUtf16(own.name), own.kind, own.isOwning, own.id);
     property->info_ = &own;
@@ -147,22 +160,17 @@ void AbstractMetaPackage::instantiateClass(const ClassInfo& info) {
 
 void AbstractMetaPackage::weaveClasses(const Package& package,
                                        std::span<const ClassInfo* const> classes) {
-  for (const ClassInfo* info : classes) {
-    Class type = created<Class>(info->id);
-    registry_->registerType(type, &collectionOf, info->makeBuilder);
-    registry_->registerTypeNames(type, info->name, nativeName(info->name));
-  }
   for (const ClassInfo* info : classes) weaveClass(package, *info);
 }
 
 void AbstractMetaPackage::weaveClass(const Package& package, const ClassInfo& info) {
   Class type = created<Class>(info.id);
   type->setOwningPackage(package);
-  if (info.superclass) type->setSuperclass(Class(registry_->requireType(info.superclass->name)));
+  if (info.superclass) type->setSuperclass(Class(typeNamed(info.superclass->name)));
   for (const PropertyInfo& own : info.own) {
     const Property property = created<Property>(own.id);
     property->setOwningType(type);
-    property->setType(registry_->requireType(own.typeName()));
+    property->setType(typeNamed(own.typeName()));
     property->setIsQualificationUnique(true);
     if (own.key.empty()) continue;
     for (const PropertyInfo* key : own.type().all)
@@ -181,19 +189,24 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassInfo& in
     }
     setInvoker(operation, own.invoke);
   }
+  registry_->registerType(type, &collectionOf, info.makeBuilder);
+  registry_->registerTypeNames(type, info.name, nativeName(info.name));
 }
 
 void AbstractMetaPackage::weaveParameter(const TypedElement& described, const ParameterInfo& info) {
-  described->setType(registry_->requireType(info.typeName()));
+  described->setType(typeNamed(info.typeName()));
   described->setLower(info.isMany ? 0 : 1);
   described->setUpper(info.isMany ? TypedElement::unbounded : 1);
 }
 
 void AbstractMetaPackage::weavePrimitiveType(const Package& package, std::string_view name,
-                                             std::string_view native) {
-  const auto type = created<PrimitiveType>(uuidOfName(name));
+                                             std::string_view native,
+                                             PropertySerializerRegistry::Serializer serializer) {
+  const Type type = typeNamed(name);
   type->setOwningPackage(package);
   registry_->registerTypeNames(type, name, native);
+  if (serializer)
+    registry_->getSerializers().registerPropertySerializer(type, std::move(serializer));
 }
 
 }  // namespace orb::zero::meta

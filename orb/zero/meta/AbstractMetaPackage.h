@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include <orb/zero/meta/Enum.h>
 #include <orb/zero/meta/MetaRegistry.h>
 #include <orb/zero/meta/Package.h>
+#include <orb/zero/meta/PropertySerializerRegistry.h>
 
 namespace orb::zero::meta {
 
@@ -35,28 +37,34 @@ class ORB_ZERO_API AbstractMetaPackage {
 
   /// The two steps.
   virtual void instantiate(MetaRegistry& registry) = 0;
-  virtual void weave(MetaRegistry& registry) = 0;
+  virtual void weave(MetaRegistry& registry, PropertySerializerRegistry& serializers) = 0;
 
-  // What the steps are made of. UUIDs that are not given follow from names. A name that stands for a
-  // type but is not registered raises "NoSuchType".
+  // What the steps are made of. UUIDs that are not given follow from names. Types are known by their
+  // dotted names; one that is neither made here nor registered raises "NoSuchType".
 
   Package createPackage(std::u16string name, std::u16string uri);
-  Class createClass(std::u16string name, bool isAbstract, const uuid& id);
+  Class createClass(std::u16string name, std::string_view dotted, bool isAbstract, const uuid& id);
   Property createProperty(std::u16string name, ValueKind kind, bool isOwning, const uuid& id);
   void setPropertyIndex(const Property& property, int position);
   Operation createOperation(std::u16string name, const uuid& id);
   void setInvoker(const Operation& operation, Invoker invoker);
   Argument createArgument(std::u16string name, const uuid& id);
   PrimitiveType createPrimitiveType(std::string_view name);
-  Enum createEnum(std::u16string name, const uuid& id);
+  Enum createEnum(std::u16string name, std::string_view dotted, const uuid& id);
   EnumLiteral createEnumLiteral(std::u16string name, int value, const uuid& id);
 
   /// What the records say: classes with their properties, operations and arguments.
   void instantiateClasses(std::span<const ClassInfo* const> classes);
   /// Puts the classes into the package and ties what belongs to them.
   void weaveClasses(const Package& package, std::span<const ClassInfo* const> classes);
-  void weavePrimitiveType(const Package& package, std::string_view name, std::string_view native);
+  /// `serializer` is null for values that are never saved or shown.
+  void weavePrimitiveType(const Package& package, std::string_view name, std::string_view native,
+                          PropertySerializerRegistry::Serializer serializer);
 
+  /// The type of this name.
+  Type typeNamed(std::string_view name) const;
+  /// Finds the collections of an element by its class, see `MetaRegistry::registerType`.
+  static Collection* collectionOf(ModelElement::Impl& element, const PropertyInfo& property);
   /// What was created under this UUID.
   template <class X>
   X created(const uuid& id) const {
@@ -77,6 +85,7 @@ class ORB_ZERO_API AbstractMetaPackage {
 
   std::u16string uri_;
   MetaRegistry* registry_ = nullptr;  // known from the first step on
+  std::map<std::string, Type, std::less<>> types_;
   std::atomic<bool> isInitialized_ = false;
 };
 

@@ -10,9 +10,6 @@ class Property;
 
 /// A class of elements. It owns its own properties and operations, those in the order of their
 /// positions.
-///
-/// Accessors: `getBuilderFactory` and `getCollectionAccessor` are what the class was registered
-/// with.
 class ORB_ZERO_API Class : public Handle<Class, Type> {
  public:
   class Impl;

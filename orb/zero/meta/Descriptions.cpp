@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <boost/uuid/uuid_io.hpp>
+
 #include <orb/zero/Exception.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 
@@ -46,6 +48,12 @@ EnumLiteral Enum::Impl::getLiteral(int value) const {
   for (const EnumLiteral& literal : literals_)
     if (literal->getValue() == value) return literal;
   return {};
+}
+
+std::string EnumLiteral::Impl::getText(LiteralText form) const {
+  if (form == LiteralText::Id) return to_string(getUuid());
+  const std::string name = toUtf8(getName());
+  return form == LiteralText::Name ? name : getParentEnum()->getQualifiedName() + '.' + name;
 }
 
 }  // namespace orb::zero::meta

@@ -7,7 +7,13 @@ namespace orb::zero::meta {
 
 class Enum;
 
+/// How a literal is written: by its name, as "NA"; by its UUID; or by its public identifier, as
+/// "torvan.datamodel.boolean3.NA".
+enum class LiteralText { Name, Id, PublicId };
+
 /// One literal of an enumeration, which owns it.
+///
+/// Accessors: `getText` writes it, `getPublicIdentifier` as the last of these forms.
 class ORB_ZERO_API EnumLiteral : public Handle<EnumLiteral, NamedElement> {
  public:
   class Impl;

@@ -87,7 +87,7 @@ ModelElement MetaRegistry::createElement(const Model& model, std::string_view cl
     const Type type = requireType(className);
     if (!(type->getMetaClass() == Class::metaClass()))
       raise("NoSuchType", {std::string(className)});
-    makeBuilder = Class(type)->getBuilderFactory();
+    makeBuilder = type->getBuilderFactory();
   }
   if (!makeBuilder) raise("InvalidValue");
   return makeBuilder(model)->create();
@@ -102,12 +102,16 @@ void MetaRegistry::unregisterRootPackage(std::u16string_view uri) {
   const Lock lock(mutex_);
   std::erase_if(tables_.roots, [&](const Package& root) {
     if (!root || root->getUri() != uri) return !root;
-    std::erase_if(tables_.types, [&](const auto& entry) { return isInside(entry.second, root); });
+    std::erase_if(tables_.types, [&](const auto& entry) {
+      if (!isInside(entry.second, root)) return false;
+      serializers_.forget(entry.first);
+      return true;
+    });
     return true;
   });
 }
 
-void MetaRegistry::registerType(const Class& type, CollectionAccessor collectionAccessor,
+void MetaRegistry::registerType(const Type& type, CollectionAccessor collectionAccessor,
                                 BuilderFactory builderFactory) {
   const Lock lock(mutex_);
   type->collectionAccessor_ = collectionAccessor;
@@ -128,10 +132,13 @@ MetaRegistry::Update::Update(MetaRegistry& registry)
       registry_(registry),
       thaw_(registry.model_),
       transaction_(registry.model_),
-      before_(registry.tables_) {}
+      before_(registry.tables_),
+      serializersBefore_(registry.serializers_.types_) {}
 
 MetaRegistry::Update::~Update() {
-  if (!isCommitted_) std::swap(registry_.tables_, before_);
+  if (isCommitted_) return;
+  std::swap(registry_.tables_, before_);
+  std::swap(registry_.serializers_.types_, serializersBefore_);
 }
 
 void MetaRegistry::Update::commit() {

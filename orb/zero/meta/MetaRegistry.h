@@ -12,6 +12,7 @@
 #include <orb/zero/meta/Class.h>
 #include <orb/zero/meta/Package.h>
 #include <orb/zero/meta/PrimitiveType.h>
+#include <orb/zero/meta/PropertySerializerRegistry.h>
 
 namespace orb::zero::meta {
 
@@ -34,6 +35,7 @@ class ORB_ZERO_API MetaRegistry {
 
   const Model& getModel() const noexcept { return model_; }
   std::recursive_mutex& getMutex() const noexcept { return mutex_; }
+  PropertySerializerRegistry& getSerializers() noexcept { return serializers_; }
 
   /// The type registered under this name, dotted or native, or an empty handle.
   Type findType(std::string_view name) const;
@@ -63,10 +65,11 @@ class ORB_ZERO_API MetaRegistry {
   // What packages register; see `Update`.
 
   void registerRootPackage(const Package& package);
-  /// Forgets the root package and the names of all types inside. Does nothing when there is none.
+  /// Forgets the root package and the names and serializers of all types inside. Does nothing when
+  /// there is none.
   void unregisterRootPackage(std::u16string_view uri);
-  /// `builderFactory` is null for an abstract class.
-  void registerType(const Class& type, CollectionAccessor collectionAccessor,
+  /// `builderFactory` is null for an abstract class and for what is no class.
+  void registerType(const Type& type, CollectionAccessor collectionAccessor,
                     BuilderFactory builderFactory);
   void registerTypeNames(const Type& type, std::string_view qualified, std::string_view native);
 
@@ -83,6 +86,7 @@ class ORB_ZERO_API MetaRegistry {
   mutable std::recursive_mutex mutex_;
   Model model_ = Model::create();
   Tables tables_;
+  PropertySerializerRegistry serializers_{mutex_};
 };
 
 class ORB_ZERO_API MetaRegistry::Update {
@@ -100,6 +104,7 @@ class ORB_ZERO_API MetaRegistry::Update {
   Model::Freezer::Thaw thaw_;
   Transaction transaction_;
   Tables before_;
+  PropertySerializerRegistry::Types serializersBefore_;
   bool isCommitted_ = false;
 };
 

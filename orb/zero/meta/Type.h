@@ -11,7 +11,8 @@ class Package;
 /// it.
 ///
 /// Accessors: `getQualifiedName` is the name under which it is registered, `getNativeName` that of
-/// the C++ type behind it.
+/// the C++ type behind it, `getBuilderFactory` and `getCollectionAccessor` what it was registered
+/// with.
 class ORB_ZERO_API Type : public Handle<Type, NamedElement> {
  public:
   class Impl;

@@ -20,9 +20,10 @@ class TORVAN_DATAMODEL_API MetaPackageTorvan_datamodel final : public meta::Abst
   void instantiate_torvan(meta::MetaRegistry& registry);
   void instantiate_torvan_datamodel(meta::MetaRegistry& registry);
 
-  void weave(meta::MetaRegistry& registry) override;
-  void weave_torvan(meta::MetaRegistry& registry);
-  void weave_torvan_datamodel(meta::MetaRegistry& registry);
+  void weave(meta::MetaRegistry& registry, meta::PropertySerializerRegistry& serializers) override;
+  void weave_torvan(meta::MetaRegistry& registry, meta::PropertySerializerRegistry& serializers);
+  void weave_torvan_datamodel(meta::MetaRegistry& registry,
+                              meta::PropertySerializerRegistry& serializers);
 };
 
 }  // namespace torvan::datamodel

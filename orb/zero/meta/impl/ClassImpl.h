@@ -6,12 +6,6 @@
 
 namespace orb::zero::meta {
 
-/// Finds the collection that an element has under a property of its class; null for a property that
-/// is no collection.
-using CollectionAccessor = Collection* (*)(ModelElement::Impl& element, const PropertyInfo&);
-/// Makes an empty builder for a model.
-using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(const Model&);
-
 class ORB_ZERO_API Class::Impl : public ImplOf<Class> {
   bool isAbstract_ = false;
   Slot<Class> superclass_;
@@ -46,17 +40,10 @@ class ORB_ZERO_API Class::Impl : public ImplOf<Class> {
 
   /// Null for a class that was described without.
   const ClassInfo* getInfo() const noexcept { return info_; }
-  /// Null until the class is registered.
-  CollectionAccessor getCollectionAccessor() const noexcept { return collectionAccessor_; }
-  /// Null for an abstract class as well.
-  BuilderFactory getBuilderFactory() const noexcept { return builderFactory_; }
 
  private:
   friend class AbstractMetaPackage;
-  friend class MetaRegistry;
   const ClassInfo* info_ = nullptr;
-  CollectionAccessor collectionAccessor_ = nullptr;
-  BuilderFactory builderFactory_ = nullptr;
 };
 
 inline Class Property::Impl::getOwningType() const { return Class(getContainer()); }

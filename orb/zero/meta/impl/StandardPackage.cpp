@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <orb/zero/meta/DefaultPropertySerializer.h>
 #include <orb/zero/meta/Emit.h>
 #include <orb/zero/meta/impl/Elements.h>
 
@@ -26,13 +27,22 @@ using Elements = ClassList<ModelElement>;
 using Descriptions = ClassList<Argument, Class, Enum, EnumLiteral, NamedElement, Operation, Package,
                                PrimitiveType, Property, Type, TypedElement>;
 
-constexpr std::pair<std::string_view, std::string_view> primitives[] = {
-    {ValueTraits<bool>::name(), "bool"},
-    {ValueTraits<int>::name(), "int"},
-    {ValueTraits<std::string>::name(), "std::string"},
-    {ValueTraits<std::u16string>::name(), "std::u16string"},
-    {ValueTraits<std::uint16_t>::name(), "std::uint16_t"},
-    {ValueTraits<std::uint32_t>::name(), "std::uint32_t"}};
+struct Primitive {
+  std::string_view name, native;
+  PropertySerializerRegistry::Serializer (*makeSerializer)();
+};
+template <class T>
+constexpr Primitive primitive(std::string_view native) {
+  return {ValueTraits<T>::name(), native, []() -> PropertySerializerRegistry::Serializer {
+            return std::make_shared<DefaultPropertySerializer<T>>();
+          }};
+}
+constexpr Primitive primitives[] = {primitive<bool>("bool"),
+                                    primitive<int>("int"),
+                                    primitive<std::string>("std::string"),
+                                    primitive<std::u16string>("std::u16string"),
+                                    primitive<std::uint16_t>("std::uint16_t"),
+                                    primitive<std::uint32_t>("std::uint32_t")};
 
 }  // namespace
 
@@ -47,16 +57,17 @@ void StandardPackage::instantiate(MetaRegistry&) {
   createPackage(u"orb", outer);
   createPackage(u"zero", inner);
   createPackage(u"meta", descriptions);
-  for (const auto& [name, native] : primitives) createPrimitiveType(name);
+  for (const Primitive& each : primitives) createPrimitiveType(each.name);
   instantiateClasses(classesOf(Elements()));
   instantiateClasses(classesOf(Descriptions()));
 }
 
-void StandardPackage::weave(MetaRegistry&) {
+void StandardPackage::weave(MetaRegistry&, PropertySerializerRegistry&) {
   packageAt(outer)->setParentPackage(packageAt(root));
   packageAt(inner)->setParentPackage(packageAt(outer));
   packageAt(descriptions)->setParentPackage(packageAt(inner));
-  for (const auto& [name, native] : primitives) weavePrimitiveType(packageAt(inner), name, native);
+  for (const Primitive& each : primitives)
+    weavePrimitiveType(packageAt(inner), each.name, each.native, each.makeSerializer());
   weaveClasses(packageAt(inner), classesOf(Elements()));
   weaveClasses(packageAt(descriptions), classesOf(Descriptions()));
 }

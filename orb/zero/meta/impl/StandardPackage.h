@@ -13,7 +13,7 @@ class StandardPackage final : public AbstractMetaPackage {
  private:
   StandardPackage();
   void instantiate(MetaRegistry& registry) override;
-  void weave(MetaRegistry& registry) override;
+  void weave(MetaRegistry& registry, PropertySerializerRegistry& serializers) override;
 };
 
 }  // namespace orb::zero::meta

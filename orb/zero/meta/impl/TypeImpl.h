@@ -23,6 +23,12 @@ class ORB_ZERO_API NamedElement::Impl : public ImplOf<NamedElement> {
   void setName(std::u16string value) { set<&Impl::name_>(std::move(value)); }
 };
 
+/// Finds the collection that an element has under a property of its class; null for a property that
+/// is no collection.
+using CollectionAccessor = Collection* (*)(ModelElement::Impl& element, const PropertyInfo&);
+/// Makes an empty builder for a model.
+using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(const Model&);
+
 class ORB_ZERO_API Type::Impl : public ImplOf<Type> {
  public:
   static constexpr Table table{Instances::Abstract, "orb.zero.meta.Type",
@@ -33,10 +39,16 @@ class ORB_ZERO_API Type::Impl : public ImplOf<Type> {
 
   const std::string& getQualifiedName() const noexcept { return qualifiedName_; }
   const std::string& getNativeName() const noexcept { return nativeName_; }
+  /// Null until the type is registered, and for a primitive one.
+  CollectionAccessor getCollectionAccessor() const noexcept { return collectionAccessor_; }
+  /// Null for all but concrete classes.
+  BuilderFactory getBuilderFactory() const noexcept { return builderFactory_; }
 
  private:
   friend class MetaRegistry;
   std::string qualifiedName_, nativeName_;
+  CollectionAccessor collectionAccessor_ = nullptr;
+  BuilderFactory builderFactory_ = nullptr;
 };
 
 class ORB_ZERO_API PrimitiveType::Impl : public ImplOf<PrimitiveType> {
@@ -58,6 +70,9 @@ class ORB_ZERO_API EnumLiteral::Impl : public ImplOf<EnumLiteral> {
 
   Enum getParentEnum() const { return Enum(getContainer()); }
   void setParentEnum(const Enum& value);
+
+  std::string getText(LiteralText form) const;
+  std::string getPublicIdentifier() const { return getText(LiteralText::PublicId); }
 };
 
 class ORB_ZERO_API Enum::Impl : public ImplOf<Enum> {
