@@ -5,6 +5,8 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -148,9 +150,40 @@ void addTypes(std::size_t size) {
   }));
 }
 
+/// Finds each of 10,000 children by its key, in a random order; the floor is a plain hash table.
+template <class Owner, class K>
+void addLookUp(const std::string& name, K (*keyOf)(std::uint16_t)) {
+  constexpr std::size_t size = 10'000;
+  std::vector<K> keys;
+  for (const std::uint16_t key : shuffled(size)) keys.push_back(keyOf(key));
+  const auto findAll = [keys](benchmark::State& state, auto find) {
+    bool isFound = true;
+    measure(state, size, [&] {
+      for (const K& key : keys) isFound &= find(key);
+    });
+    check(state, isFound);
+  };
+  addCase(name, size, "ours", [=](benchmark::State& state) {
+    const auto model = orb::zero::Model::create();
+    const auto owner = typename Owner::Builder(model).create();
+    for (const K& key : keys) owner->store(key, LatticeValue());
+    const auto& children = owner->getValues();
+    findAll(state, [&](const K& key) { return children.find(key) != nullptr; });
+  });
+  addCase(name, size, "floor", [=](benchmark::State& state) {
+    std::unordered_map<K, const K*> children;
+    for (const K& key : keys) children.emplace(key, &key);
+    findAll(state, [&](const K& key) { return children.find(key)->second != nullptr; });
+  });
+}
+
 }  // namespace
 
 void addKeyedCases() {
+  addLookUp<Array, std::uint16_t>("keyed.look up number", [](std::uint16_t key) { return key; });
+  addLookUp<Struct, std::string>("keyed.look up text",
+                                 [](std::uint16_t key) { return "field" + std::to_string(key); });
+
   for (const std::size_t size : {6'553u, 65'535u}) {
     addTypes(size);
     addSide<OurChildren>(size, "ours");

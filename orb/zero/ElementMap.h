@@ -24,16 +24,14 @@ class ElementMap : public Collection {
       : Collection(element, descriptor), key_(key) {}
 
   /// The element under the key, or an empty handle.
-  E operator[](const K& key) const { return E(ModelElement(find(key))); }
+  E operator[](const K& key) const {
+    const E* const child = entry(key);
+    return child ? *child : E();
+  }
   /// The same without a reference of its own: null when there is none.
   typename E::Impl* find(const K& key) const {
-    if (!index_.isMade()) [[unlikely]] {
-      const auto found = content_.find(key);
-      if (index_.isDue(size())) index_.make(content_);
-      return found == content_.end() ? nullptr : implOf(found->second);
-    }
-    const auto* const found = index_.find(key);
-    return found ? implOf(found->second) : nullptr;
+    const E* const child = entry(key);
+    return child ? static_cast<typename E::Impl*>(child->get()) : nullptr;
   }
   bool contains(const K& key) const {
     if (empty() || content_.rbegin()->first < key) return false;  // at once for what comes last
@@ -190,8 +188,14 @@ class ElementMap : public Collection {
     index_.erase(*place);
     return content_.extract(place);
   }
-  static typename E::Impl* implOf(const E& child) noexcept {
-    return static_cast<typename E::Impl*>(child.get());
+  const E* entry(const K& key) const {
+    if (!index_.isMade()) [[unlikely]] {
+      const auto found = content_.find(key);
+      if (index_.isDue(size())) index_.make(content_);
+      return found == content_.end() ? nullptr : &found->second;
+    }
+    const auto* const found = index_.find(key);
+    return found ? &found->second : nullptr;
   }
 
   mutable Content content_;

@@ -23,9 +23,12 @@ class ORB_ZERO_API Handle : public Base {
   /// The checked down-cast: an empty handle stays empty; an element of another class raises
   /// "CannotCastIncompatibleTypes" with the name of X.
   explicit Handle(const ModelElement& element) {
-    if (element.get() && !element.get()->getMetaClass().isKindOf(metaClass()))
-      ModelElement::raiseEmpty(metaClass());
+    checkClass(element);
     this->assign(element.get());
+  }
+  explicit Handle(ModelElement&& element) {
+    checkClass(element);
+    static_cast<ModelElement&>(*this) = std::move(element);
   }
 
   /// The element's accessors; see `ModelElement::operator->`.
@@ -58,6 +61,12 @@ class ORB_ZERO_API Handle : public Base {
   /// The descriptor of the property at this position.
   static const meta::PropertyInfo& property(std::size_t position) {
     return *metaClass().all[position - 1];
+  }
+
+ private:
+  static void checkClass(const ModelElement& element) {
+    if (element.get() && !element.get()->getMetaClass().isKindOf(metaClass())) [[unlikely]]
+      ModelElement::raiseEmpty(metaClass());
   }
 };
 

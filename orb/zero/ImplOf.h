@@ -60,14 +60,13 @@ class ImplOf : public X::Super::Impl {
     this->checkNoProxy();
     auto& slot = static_cast<typename X::Impl&>(*this).*Member;
     if constexpr (std::derived_from<std::remove_cvref_t<Given>, ModelElement>) {
-      if (slot.get() == (value ? value.get() : nullptr)) return;
-      this->checkCompatibleModel(value);
+      ModelElement::Impl* const target = value ? value.get() : nullptr;
+      if (slot.get() == target) return;
+      this->checkCompatibleModel(target);
       Unit unit(*this);
       this->notifyModifying(meta::positionOf(Member));
-      if (value)
-        basicSet<Member>(value);
-      else
-        slot.clear();
+      slot.assignSlot(target);
+      if (target) this->noteReference(*target);
       unit.commit();
     } else {
       if (has<Member>() && slot == value) return;

@@ -5,7 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <string_view>
+#include <type_traits>
 #include <vector>
+
+#include <orb/zero/Hash.h>
 
 namespace orb::zero {
 
@@ -66,7 +70,10 @@ class KeyIndex {
     Node* node = nullptr;
   };
   static std::uint64_t hashOf(const Key& key) noexcept {
-    return std::hash<Key>()(key) * 0x9E3779B97F4A7C15;
+    if constexpr (std::is_convertible_v<const Key&, std::string_view>)
+      return hashText(key);
+    else
+      return std::hash<Key>()(key) * 0x9E3779B97F4A7C15;
   }
   std::size_t home(std::uint64_t hash) const noexcept { return (hash >> 32) & (table_.size() - 1); }
   std::size_t next(std::size_t at) const noexcept { return (at + 1) & (table_.size() - 1); }

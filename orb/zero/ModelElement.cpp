@@ -58,7 +58,7 @@ void ModelElement::Impl::checkInsertion(const ModelElement& element,
   const meta::ClassInfo& actual = element.get()->getMetaClass();
   if (!actual.isKindOf(expected))
     raise("CannotAddIncompatibleTypes", {std::string(actual.name), std::string(expected.name)});
-  checkCompatibleModel(element);
+  checkCompatibleModel(element.get());
 }
 
 }  // namespace orb::zero

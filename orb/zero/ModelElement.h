@@ -71,6 +71,7 @@ class ORB_ZERO_API ModelElement {
   void forget() noexcept { word_ &= slotTag; }      // lets go without telling the element
   void exchange(ModelElement& other) noexcept { std::swap(word_, other.word_); }  // of two slots
   ModelElement& assign(Impl* target) noexcept;
+  void assignSlot(Impl* target) noexcept;  // of a slot
   /// The same for a slot whose element does not know, as it is written by its address.
   ModelElement& assignHandle(Impl* target) noexcept;
   /// Raises the error of a handle that refers to no live element of its class.

@@ -167,8 +167,8 @@ class ORB_ZERO_API ModelElement::Impl {
   /// Whether the element is among the first `births` of its model's creation order.
   bool isOlderThan(std::uint32_t births) const noexcept { return index_ < births; }
   /// Raises "CannotCreateCrossModelAssociation" for an element of another model.
-  void checkCompatibleModel(const ModelElement& target) const {
-    if (target.get() && target.get()->model_ != model_) [[unlikely]]
+  void checkCompatibleModel(const Impl* target) const {
+    if (target && target->model_ != model_) [[unlikely]]
       raiseCrossModel();
   }
   /// The checks of an insertion in their order: exists, class, model.
@@ -268,6 +268,12 @@ inline void ModelElement::removeRef() const noexcept {
 inline ModelElement& ModelElement::assignHandle(Impl* target) noexcept {
   if (isSlot() && target) target->setUntracked();
   return assign(target);
+}
+inline void ModelElement::assignSlot(Impl* target) noexcept {
+  Impl* const before = get();
+  if (target) target->addSlot();
+  word_ = reinterpret_cast<std::uintptr_t>(target) | slotTag;
+  if (before) before->removeSlot();
 }
 inline ModelElement& ModelElement::assign(Impl* target) noexcept {
   const std::uintptr_t tag = word_ & slotTag;

@@ -104,7 +104,7 @@ class ORB_ZERO_API Model::Impl {
 };
 
 inline void ModelElement::Impl::noteReference(Impl& target) const noexcept {
-  if (index_ != UINT32_MAX && !target.isUntracked()) model_->referrers().note(target, index_);
+  if (index_ != UINT32_MAX) model_->referrers().note(target, index_);
 }
 inline void ModelElement::Impl::addRef() noexcept {
   if (outside_++ == 0) model_->hold();

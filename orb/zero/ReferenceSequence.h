@@ -37,7 +37,13 @@ class ReferenceSequence : public Sequence<Slot<E>> {
       if (entry.get()) visitor.visit(*entry.get());
   }
   void release(const ModelElement::Impl& target) {
-    this->eraseIf([&](const Slot<E>& entry) { return entry.get() == &target; });
+    const auto isTarget = [&](const Slot<E>& entry) { return entry.get() == &target; };
+    const auto first = std::find_if(this->begin(), this->end(), isTarget);
+    if (first == this->end()) return;
+    if (std::find_if(first + 1, this->end(), isTarget) == this->end())
+      this->erase(static_cast<std::size_t>(first - this->begin()));
+    else
+      this->eraseIf(isTarget);
   }
   void replace(const ModelElement::Impl& target, ModelElement::Impl& other) {
     for (std::size_t place = 0; place < this->size(); ++place)

@@ -7,16 +7,13 @@
 
 namespace orb::zero {
 
-void Referrers::note(Element& target, std::uint32_t place) noexcept {
-  if (target.isUntracked()) return;
+void Referrers::add(Element& target, std::uint32_t place) noexcept {
   if (target.slotCount() > popular_ || (entries_.size() == entries_.capacity() && !hasRoom())) {
     target.setUntracked();
     return;
   }
-  const std::uint32_t head = target.referrers_;
-  if (head != 0 && entries_[head - 1].place == place) return;
   // The only reference makes all earlier ones past.
-  entries_.push_back({place, target.slotCount() > 1 ? head : 0});
+  entries_.push_back({place, target.slotCount() > 1 ? target.referrers_ : 0});
   target.referrers_ = static_cast<std::uint32_t>(entries_.size());
 }
 

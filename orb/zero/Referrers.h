@@ -21,7 +21,9 @@ class ORB_ZERO_API Referrers {
   explicit Referrers(const Elements& all) noexcept : all_(all) {}
 
   /// The element at this place has come to refer to the target.
-  void note(Element& target, std::uint32_t place) noexcept;
+  void note(Element& target, std::uint32_t place) noexcept {
+    if (!target.isUntracked() && !isNewest(target, place)) add(target, place);
+  }
   /// All that the element refers to.
   void noteTargets(const Element& element) noexcept;
   /// Appends the places of the elements that may refer to the target, which must be tracked.
@@ -34,6 +36,10 @@ class ORB_ZERO_API Referrers {
   void renumber() noexcept;
 
  private:
+  bool isNewest(const Element& target, std::uint32_t place) const noexcept {
+    return target.referrers_ != 0 && entries_[target.referrers_ - 1].place == place;
+  }
+  void add(Element& target, std::uint32_t place) noexcept;
   bool hasRoom() noexcept;
 
   struct Entry {

@@ -5,6 +5,17 @@
 #include <orb/zero/Value.h>
 
 namespace orb::zero {
+namespace {
+
+/// The storage of the outermost savepoint that changed the property; null for none.
+const Storage* outermostOf(const Storage* newest, int position) {
+  const Storage* outermost = nullptr;
+  for (; newest; newest = newest->previous())
+    if (newest->isChanged(position)) outermost = newest;
+  return outermost;
+}
+
+}  // namespace
 
 ModelListener::~ModelListener() = default;
 
@@ -36,9 +47,7 @@ void ModelElement::Impl::setPropertyValue(const meta::PropertyInfo& property, co
 
 Value ModelElement::Impl::getOldValue(const meta::PropertyInfo& property, ProxyTag tag) const {
   checkOwn(property);
-  const Storage* outermost = nullptr;
-  for (const Storage* storage = storage_; storage; storage = storage->previous())
-    if (storage->isChanged(property.position)) outermost = storage;
+  const Storage* const outermost = outermostOf(storage_, property.position);
   return outermost ? outermost->getOldValue(property, tag) : getPropertyValue(property, tag);
 }
 
@@ -46,9 +55,7 @@ ElementChange ModelElement::Impl::createChanges() const {
   ElementChange change{ModelElement(const_cast<Impl*>(this)), {}};
   if (!storage_) return change;
   for (const meta::PropertyInfo* property : getMetaClass().all) {
-    const Storage* outermost = nullptr;
-    for (const Storage* storage = storage_; storage; storage = storage->previous())
-      if (storage->isChanged(property->position)) outermost = storage;
+    const Storage* const outermost = outermostOf(storage_, property->position);
     if (!outermost || outermost->isUnchanged(*property)) continue;
     change.properties.push_back({property, outermost->getOldValue(*property, ProxyTag::Keep),
                                  getPropertyValue(*property, ProxyTag::Keep)});

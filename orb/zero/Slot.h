@@ -10,15 +10,16 @@ template <class H>
 class Slot : public H {
  public:
   Slot() noexcept { this->becomeSlot(); }
-  explicit Slot(ModelElement::Impl* target) noexcept : Slot() { this->assign(target); }
+  explicit Slot(ModelElement::Impl* target) noexcept : Slot() { this->assignSlot(target); }
   Slot(const Slot& other) noexcept : Slot(other.get()) {}
   Slot(Slot&& other) noexcept : Slot() { this->exchange(other); }
-  Slot& operator=(const Slot& other) noexcept { return this->assign(other.get()), *this; }
+  Slot& operator=(const Slot& other) noexcept { return this->assignSlot(other.get()), *this; }
   Slot& operator=(Slot&& other) noexcept { return this->exchange(other), *this; }
-  Slot& operator=(const H& other) noexcept { return this->assign(other.get()), *this; }
+  Slot& operator=(const H& other) noexcept { return this->assignSlot(other.get()), *this; }
   ~Slot() = default;
 
-  void clear() noexcept { this->assign(nullptr); }
+  void clear() noexcept { this->assignSlot(nullptr); }
+  using H::assignSlot;
   using H::forget;
 };
 

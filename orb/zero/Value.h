@@ -59,7 +59,10 @@ class ORB_ZERO_API Value {
   /// handles, as new ones. Raises "CannotCastIncompatibleTypes" with the name of `T` when the value
   /// is empty, of another type, or an element of another class. An empty handle stays empty.
   template <Valuable T>
-  decltype(auto) getValue() const;
+  decltype(auto) getValue() const&;
+  /// The same of a value that is about to go: out of it.
+  template <Valuable T>
+  T getValue() &&;
 
   /// Equal when the types are and what they hold is; two empty values are equal.
   friend bool operator==(const Value& a, const Value& b) { return a.equals(b); }
@@ -83,6 +86,12 @@ class ORB_ZERO_API Value {
   void destroy() noexcept;
   bool equals(const Value& other) const;
   [[noreturn]] static void raiseNo(std::string_view expected);
+  template <class T>
+  void checkCompatible() const {
+    constexpr const ValueType& expected = Stored<StoredAs<T>>::type;
+    if (type_ != &expected && !(type_ && *type_ == expected)) [[unlikely]]
+      raiseNo(valueName<T>());
+  }
 
   const ValueType* type_ = nullptr;
   alignas(void*) std::byte bytes_[capacity];
@@ -162,11 +171,9 @@ Value::Value(T&& value) {
 }
 
 template <Valuable T>
-decltype(auto) Value::getValue() const {
+decltype(auto) Value::getValue() const& {
   using Held = StoredAs<T>;
-  constexpr const ValueType& expected = Stored<Held>::type;
-  if (type_ != &expected && !(type_ && *type_ == expected)) [[unlikely]]
-    raiseNo(valueName<T>());
+  checkCompatible<T>();
   const Held& held = Stored<Held>::get(bytes_);
   using H = ValueElement<T>;
   if constexpr (!ElementHandle<H>) {
@@ -177,6 +184,17 @@ decltype(auto) Value::getValue() const {
     return held ? T(H(*held)) : T();
   } else {
     return T(held.begin(), held.end());
+  }
+}
+
+template <Valuable T>
+T Value::getValue() && {
+  using Held = StoredAs<T>;
+  if constexpr (std::is_same_v<Held, T> || ElementHandle<T>) {
+    checkCompatible<T>();
+    return T(std::move(const_cast<Held&>(Stored<Held>::get(bytes_))));
+  } else {
+    return std::as_const(*this).getValue<T>();
   }
 }
 
