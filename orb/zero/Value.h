@@ -99,6 +99,7 @@ class ORB_ZERO_API Value {
 
 template <class S>
 struct Value::Stored {
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an S may be a pointer.
   static constexpr bool isInPlace = sizeof(S) <= capacity && alignof(S) <= alignof(void*) &&
                                     std::is_nothrow_move_constructible_v<S>;
   static constexpr bool isBytes = isInPlace && std::is_trivially_copyable_v<S>;
