@@ -15,8 +15,8 @@ SKIPPED = 77
 
 def criteria_of(path):
     """All leaf blocks, their input ports, and the first elements of these."""
-    sizes = oracle.network(path, "data", True).sizes
-    for leaf in oracle.read(path).leaves:
+    sizes = oracle.network(path, "data").sizes
+    for leaf in oracle.read(path):
         yield leaf.name
         for port in leaf.select(oracle.DATA_IN, oracle.IMPLICIT[0]):
             yield f"{leaf.name}.in{port.number}"
@@ -35,7 +35,7 @@ def slices(program, path, deps, direction, criteria):
 
 def differences(program, path):
     """What the program says otherwise than the oracle, one line each."""
-    wanted = {"backward": list(criteria_of(path)), "forward": [leaf.name for leaf in oracle.read(path).leaves]}
+    wanted = {"backward": list(criteria_of(path)), "forward": [leaf.name for leaf in oracle.read(path)]}
     if not wanted["forward"]:
         return
     for direction, criteria in wanted.items():

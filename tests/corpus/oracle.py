@@ -1,15 +1,11 @@
-#!/usr/bin/env python3
 """Slices of block diagrams by plain graph reachability.
 
 A second opinion on torvan-slice: nothing is shared with it, and no equations are solved here. Every output element of
 every leaf block is a node; a slice is what can be reached from one.
 """
 
-import argparse
-import json
 import re
 import struct
-import sys
 import xml.etree.ElementTree as ET
 import zipfile
 from collections import defaultdict
@@ -67,36 +63,30 @@ class SerialReader:
 
     def content(self):
         code, = self.take("B")
-        match code:
-            case 0x70:
-                return None
-            case 0x71:
-                return self.handles[self.take("i")[0] - 0x7E0000]
-            case 0x72:
-                return self.class_description()
-            case 0x73:
-                return self.object()
-            case 0x74:
-                return self.remember(self.utf())
-            case 0x75:
-                description = self.content()
-                values = self.remember([])
-                count, = self.take("i")
-                values.extend(self.value(description["name"][1]) for _ in range(count))
-                return values
-            case 0x77:
-                return self.raw(*self.take("B"))
-            case 0x78:
-                return self.END
-            case 0x7A:
-                return self.raw(*self.take("i"))
-        raise ValueError(f"type code {code:#x} at byte {self.at - 1}")
+        return {
+            0x70: lambda: None,
+            0x71: lambda: self.handles[self.take("i")[0] - 0x7E0000],
+            0x72: self.class_description,
+            0x73: self.object,
+            0x74: lambda: self.remember(self.utf()),
+            0x75: self.array,
+            0x77: lambda: self.raw(*self.take("B")),
+            0x78: lambda: self.END,
+            0x7A: lambda: self.raw(*self.take("i")),
+        }[code]()
 
     def contents(self):
         return list(iter(self.content, self.END))
 
     def value(self, code):
         return self.content() if code in "[L" else self.take(self.PRIMITIVES[code])[0]
+
+    def array(self):
+        code = self.content()["name"][1]
+        values = self.remember([])
+        count, = self.take("i")
+        values.extend(self.value(code) for _ in range(count))
+        return values
 
     def class_description(self):
         name, _ = self.utf(), self.take("q")
@@ -172,23 +162,10 @@ class Block:
         return [port for port in self.ports if port.tag in tags]
 
 
-@dataclass
-class Diagram:
-    leaves: list
-    super_blocks: int = 0
-    dangling: int = 0
-
-    def leaf(self, name):
-        for block in self.leaves:
-            if block.name == name:
-                return block
-        raise LookupError(f"no block {name}")
-
-
 class Reader:
     def __init__(self, dictionary):
         self.dictionary = dictionary
-        self.diagram = Diagram([])
+        self.leaves = []
         self.tags = []
         self.scopes = 0
 
@@ -224,9 +201,7 @@ class Reader:
         for cell in root:
             if cell.tag in LINKS:
                 ends = [ports.get(self.link_end(cell, role)) for role in ("source", "target")]
-                if None in ends:
-                    self.diagram.dangling += 1
-                else:
+                if None not in ends:
                     ends[0].join(ends[1])
         interface = {}
         for block in blocks.values():
@@ -243,7 +218,6 @@ class Reader:
 
     def place(self, block, path, interface):
         if block.inner is not None:
-            self.diagram.super_blocks += 1
             inside = self.scan(block.inner, (*path, block.name.rpartition("/")[2]), block.scope)
             for port in block.ports:
                 for continued in inside.get((INNER[port.tag], port.number), []):
@@ -257,7 +231,7 @@ class Reader:
         elif block.kind in TAG_KINDS:
             self.tags.append(block)
         else:
-            self.diagram.leaves.append(block)
+            self.leaves.append(block)
 
     def join_tags(self):
         for sender in self.tags:
@@ -282,6 +256,7 @@ class Reader:
 
 @cache
 def read(path):
+    """The leaf blocks of a diagram, and of those inside it."""
     if zipfile.is_zipfile(path):
         with zipfile.ZipFile(path) as archive:
             document = ET.fromstring(archive.read("content.xml"))
@@ -293,7 +268,7 @@ def read(path):
     if root is not None:
         reader.scan(root)
     reader.join_tags()
-    return reader.diagram
+    return reader.leaves
 
 
 def agree(evidence):
@@ -326,20 +301,19 @@ def listed(block, ports):
 class Network:
     """Who reads whom. A node is an output element (port, index), or a leaf for all that the leaf reads."""
 
-    def __init__(self, diagram, deps, elements):
+    def __init__(self, leaves, deps):
         event = deps == "activation"
         self.inputs = (DATA_IN, *IMPLICIT, *[EVENT_IN] * event)
         self.outputs = (DATA_OUT, *IMPLICIT, *[EVENT_OUT] * event)
-        self.owner = {port: leaf for leaf in diagram.leaves for port in leaf.ports}
+        self.owner = {port: leaf for leaf in leaves for port in leaf.ports}
         nets = defaultdict(list)
         for port in self.owner:
             nets[port.root()].append(port)
         self.drivers = {port: [other for other in nets[port.root()] if self.drives(other, port)] for port in self.owner}
         self.sizes = dict.fromkeys(self.owner)
-        if elements:
-            self.solve_sizes(diagram)
+        self.solve_sizes(leaves)
         self.reads = {}
-        for leaf in diagram.leaves:
+        for leaf in leaves:
             self.add_reads(leaf, deps == "direct" and not leaf.feeds_through)
 
     def drives(self, source, reader):
@@ -347,11 +321,11 @@ class Network:
             return source.tag in IMPLICIT and self.owner[source] is not self.owner[reader]
         return (source.tag, reader.tag) in ((DATA_OUT, DATA_IN), (EVENT_OUT, EVENT_IN))
 
-    def solve_sizes(self, diagram):
+    def solve_sizes(self, leaves):
         changed = True
         while changed:
             changed = False
-            for leaf in diagram.leaves:
+            for leaf in leaves:
                 for port, evidence in self.size_evidence(leaf):
                     size = agree([port.size, *evidence])
                     changed |= size != self.sizes[port]
@@ -447,48 +421,20 @@ class Network:
 
 
 @cache
-def network(path, deps, elements):
-    return Network(read(path), deps, elements)
+def network(path, deps):
+    return Network(read(path), deps)
 
 
-def slice(path, criterion, deps="data", direction="backward", elements=True):
+def slice(path, criterion, deps, direction):
     """The names of the leaves that influence the criterion or, forward, that it influences; itself among them."""
     name, number, element = re.fullmatch(r"(.*?)(?:\.in(\d+)(?:\[(\d+)\])?)?", criterion).groups()
-    leaf, graph = read(path).leaf(name), network(path, deps, elements)
+    leaf = next(block for block in read(path) if block.name == name)
+    graph = network(path, deps)
     if direction == "forward":
-        if number:
-            raise LookupError("a forward slice starts at a block")
         reached = graph.reach(graph.nodes(leaf), graph.read_by)
     elif number:
-        port = next((port for port in leaf.select(DATA_IN, IMPLICIT[0]) if port.number == int(number)), None)
-        if port is None or element == "0":
-            raise LookupError(f"no input {criterion}")
+        port = next(port for port in leaf.select(DATA_IN, IMPLICIT[0]) if port.number == int(number))
         reached = graph.reach(graph.sources(port, element and int(element) - 1), graph.reads)
     else:
         reached = graph.reach([leaf], graph.reads)
     return sorted(block.name for block in {leaf, *reached})
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.partition("\n")[0])
-    parser.add_argument("file")
-    chosen = parser.add_mutually_exclusive_group(required=True)
-    chosen.add_argument("criterion", nargs="*", default=[], help="NAME, NAME.inN or NAME.inN[K]")
-    chosen.add_argument("--all", action="store_true", help="take every leaf block as a criterion")
-    parser.add_argument("--deps", choices=("data", "activation", "direct"), default="data")
-    parser.add_argument("--forward", action="store_true")
-    parser.add_argument("--elements", action="store_true", help="follow the elements of vectors apart")
-    options = parser.parse_args()
-    direction = "forward" if options.forward else "backward"
-    criteria = [leaf.name for leaf in read(options.file).leaves] if options.all else options.criterion
-    for criterion in criteria:
-        try:
-            blocks = slice(options.file, criterion, options.deps, direction, options.elements)
-        except LookupError as error:
-            sys.exit(f"{options.file}: {error}")
-        print(json.dumps({"file": options.file, "criterion": criterion, "deps": options.deps,
-                          "direction": direction, "blocks": blocks}))
-
-
-if __name__ == "__main__":
-    main()

@@ -24,6 +24,12 @@ inline BitSet bitsOf(std::size_t length, std::initializer_list<std::size_t> elem
   return bits;
 }
 
+/// What is raised where an element of this class is asked for.
+template <class X>
+std::string castFailure() {
+  return "CannotCastIncompatibleTypes(" + std::string(X::metaClass().name) + ')';
+}
+
 /// A fresh session with shorthands.
 class SessionTest : public testing::Test {
  protected:

@@ -26,7 +26,6 @@ TEST_F(StructTest, MissingFieldReadsAsBottomOfItsType) {
   EXPECT_TRUE(sparse.at("b") == p->getBottom());
   EXPECT_FALSE(sparse.at("c"));
   EXPECT_EQ(storedIn(sparse), "a");
-  EXPECT_EQ(empty.le(type->getBottom()), boolean3::T);
   EXPECT_TRUE(empty.eq(type->getBottom()) && type->getBottom().eq(empty));
   EXPECT_EQ(storedIn(sparse.join(empty)) + storedIn(empty.meet(sparse)) + storedIn(empty.clone()),
             "ababab");
@@ -71,15 +70,12 @@ TEST_F(StructTest, RefStoresAMissingField) {
 
 TEST_F(StructTest, PruneRemovesAndCopiesStoredFields) {
   const Struct value = record({"a", "b"}, {set(p, {1}), set(p, {2})});
-  const Struct pruned = value.prune({"a"});
-  const Struct stray = record({"a", "x"}, {set(p, {1}), set(p, {2})});
-  EXPECT_EQ(storedIn(stray.prune({"a"})) + storedIn(stray.clone()), "xab");
+  const Struct pruned = value.prune({"a"}), stray = record({"a", "x"}, {set(p, {1}), set(p, {2})});
   EXPECT_EQ(storedIn(pruned), "b");
-  EXPECT_TRUE(pruned->getType() == type && pruned.at("a") == p->getBottom());
-  EXPECT_TRUE(pruned.at("b").eq(value.at("b")));
+  EXPECT_TRUE(pruned->getType() == type && pruned.at("b").eq(value.at("b")));
   EXPECT_FALSE(pruned.at("b") == value.at("b"));
-  EXPECT_EQ(storedIn(record({"a"}, {set(p, {1})}).prune({})), "a");
-  EXPECT_EQ(storedIn(value.prune({"unknown"})), "ab");
+  EXPECT_EQ(storedIn(stray.prune({"a"})) + storedIn(stray.clone()), "xab");
+  EXPECT_EQ(storedIn(stray.prune({})) + storedIn(value.prune({"unknown"})), "axab");
 }
 
 TEST_F(StructTest, PruneGoesDeep) {
@@ -94,10 +90,7 @@ TEST_F(StructTest, PruneGoesDeep) {
   // A field that is not stored is the bottom of its type, which stores all.
   EXPECT_EQ(pruned(values.createStruct(outerType, {}, {}), {"r", "b"}),
             "Struct(r : Struct(a : 000))");
-  EXPECT_EQ(failureOf([&] {
-              outer.prune({"s", "a"});
-            }),
-            "CannotCastIncompatibleTypes(torvan.datamodel.Struct)");
+  EXPECT_EQ(failureOf([&] { outer.prune({"s", "a"}); }), castFailure<Struct>());
 }
 
 TEST_F(StructTest, WithoutATypeReadsWhatIsStored) {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include <orb/zero/ModelChanges.h>
 #include <torvan/datamodel.h>
+
+#include "tests/orb/ModelSnapshot.h"
 
 namespace torvan::datamodel {
 
@@ -28,21 +29,7 @@ class Diary final : public orb::zero::ModelListener {
   std::vector<std::string> news() { return std::exchange(lines, {}); }
 
   static std::string textOf(const orb::zero::Value& value) {
-    if (value.isEmpty()) return "unset";
-    const std::string_view name = value.type()->name;
-    const bool isOne = value.type()->multiplicity == orb::zero::Multiplicity::One;
-    const bool isText = name == "StdString";
-    if (isOne && isText) return value.getValue<std::string>();
-    if (name == "UInteger16") return std::to_string(value.getValue<std::uint16_t>());
-    if (name == "BitSet") return to_string(value.getValue<BitSet>());
-    if (isOne) return nameOf(value.getValue<ModelElement>());
-    std::string text;
-    if (isText)
-      for (const auto& item : value.getValue<std::vector<std::string>>()) text += ',' + item;
-    else
-      for (const auto& item : value.getValue<std::vector<ModelElement>>())
-        text += ',' + nameOf(item);
-    return '[' + text.substr(text.empty() ? 0 : 1) + ']';
+    return datamodel::textOf(value, nameOf);
   }
 
   std::vector<std::string> lines;
@@ -56,11 +43,6 @@ class Diary final : public orb::zero::ModelListener {
     const Property* const property = element->getPropertyByName("name");
     const auto name = property ? element->getPropertyValue(*property) : orb::zero::Value();
     return name.isEmpty() ? simpleName(element->getMetaClass()) : name.getValue<std::string>();
-  }
-  static std::string to_string(const BitSet& bits) {
-    std::string text;
-    boost::to_string(bits, text);
-    return text;
   }
 };
 

@@ -28,7 +28,10 @@ TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
   const Value sequence(std::vector<ModelElement>{x, gone});
   const auto& registry = meta::MetaRegistry::getInstance();
   Variable::Builder blank(model), taken(model), spent(model);
-  FieldElem::Builder part(model), alien(foreign.model());
+  FieldElem::Builder part(model), alien(foreign.model()), alienA(foreign.model());
+  alienA->basicSetName("a");
+  const FieldElem alienField = alienA.create();
+  const auto alienJoin = Join::create(foreign.model(), model.newUuid());
   spent.create();
   gone->destroy();
   const auto state = snapshot(model);
@@ -40,9 +43,13 @@ TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
        "CannotCastIncompatibleTypes(StdString)"},
       {[&] { system->getEquations().add(x); },
        "CannotAddIncompatibleTypes(torvan.datamodel.Variable,torvan.datamodel.Equation)"},
+      {[&] { record->getValues().insert(alienJoin); },  // the type is asked first
+       "CannotAddIncompatibleTypes(torvan.datamodel.Join,torvan.datamodel.FieldElem)"},
+      {[&] { record->getValues().insert(alienField); }, "CannotCreateCrossModelAssociation"},
       {[&] { record->getValues().insert(second); }, "UniquenessConstraint"},
       {[&] { ModelElement::Builder::Orchestrator(model).create(taken, x->getUuid()); },
        "UniquenessConstraint"},
+      {[&] { join->getOperands().set(0, alienJoin); }, "CannotCreateCrossModelAssociation"},
       {[&] { equation->setRhs(foreign.expressionFactory()->createVariable({}, "x")); },
        "CannotCreateCrossModelAssociation"},
       {[&] { ModelElement::Builder::Orchestrator(model).create(alien, model.newUuid()); },
@@ -57,6 +64,9 @@ TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
        "CannotSetReadOnlyProperty(torvan.datamodel.FieldElem.name)"},
       {[&] { system->getEquations().set(0, next); }, "CannotAddSecondObject"},
       {[&] { system->getEquations().add(Equation()); }, "CannotAddNonExistentObject"},
+      {[&] { system->getEquations().set(0, gone); }, "CannotAddNonExistentObject"},
+      {[&] { join->getOperands().insert(0, gone); }, "CannotAddNonExistentObject"},
+      {[&] { record->getValues().insert(gone); }, "CannotAddNonExistentObject"},
       {[&] { join->setPropertyValue(Join::operands(), sequence); }, "CannotAddNonExistentObject"},
       {[&] { x->getPropertyValue(Join::operands()); },
        "NoSuchProperty(torvan.datamodel.Variable,torvan.datamodel.Join.operands)"},
@@ -67,8 +77,14 @@ TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
        "NoSuchProperty(torvan.datamodel.Variable,torvan.datamodel.Struct.values)"},
       {[&] { registry.createElement(model, "torvan.datamodel.Widen"); },
        "NoSuchType(torvan.datamodel.Widen)"},
+      {[&] { registry.createElement(model, u"torvan::datamodel::Term"); }, "InvalidValue"},
       {[&] { record->createInto(Term::type(), part, model.newUuid()); }, "InvalidValue"},
       {[&] { x->inverseAdd(join, Term::type()); }, "InvalidValue"},
+      {[&] { join->getOperands().set(1, x); }, "InvalidValue"},
+      {[&] { join->getOperands().insert(2, x); }, "InvalidValue"},
+      {[&] { join->getOperands().erase(1); }, "InvalidValue"},
+      {[&] { system->getEquations()[2]; }, "InvalidValue"},
+      {[&] { system->getEquations().set(2, equation); }, "InvalidValue"},
       {[&] { spent.setOrAdd(Variable::name(), Value()); }, "InvalidValue"},
       {[&] { Struct::createProxy(model, proxy->getUuid()); }, "InvalidValue"},
       {[&] { model.addListener(nullptr); }, "InvalidValue"},
@@ -101,6 +117,7 @@ TEST_F(ErrorTest, ModelWideSwitchesWaitForTransactions) {
                                            [&] { model.undo(); },
                                            [&] { model.reclaim(); },
                                            [&] { Variable::createProxy(model, model.newUuid()); },
+                                           [&] { x->destroy(); },
                                            [&] { x->convertToProxy(); },
                                            [&] { x->convertReferencesToProxies(true, {}); },
                                            [&] { builder->setName("y"); },

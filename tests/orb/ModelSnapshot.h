@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,37 +19,39 @@ inline std::vector<orb::zero::ModelElement::Impl*> targetsOf(const ModelElement&
   return targets.found;
 }
 
-inline std::string primitivesOf(const ModelElement& element) {
-  const auto& type = element->getMetaClass();
+/// The value as text, with elements as `nameOf` calls them.
+template <class NameOf>
+std::string textOf(const orb::zero::Value& value, NameOf nameOf) {
+  if (value.isEmpty()) return "unset";
+  const std::string_view name = value.type()->name;
+  if (name == "UInteger16") return std::to_string(value.getValue<std::uint16_t>());
   std::string text;
-  if (type.isKindOf(LatticeType::metaClass())) {
-    const LatticeType lattice{element};
-    text = lattice->getName() + '/' + std::to_string(lattice->getNumElems());
+  if (name == "BitSet") {
+    to_string(value.getValue<BitSet>(), text);
+    return text;
   }
-  if (type == PowerSetType::metaClass())
-    for (const std::string& name : PowerSetType(element)->getUniverse()) text += ' ' + name;
-  if (type == FieldType::metaClass()) text = FieldType(element)->getName();
-  if (type == FieldElem::metaClass()) text = FieldElem(element)->getName();
-  if (type == Variable::metaClass()) text = Variable(element)->getName();
-  if (type == PowerSet::metaClass()) to_string(PowerSet(element)->getValue(), text);
-  if (type == Join::metaClass())
-    for (const Term& operand : Join(element)->getOperands()) text += operand ? 'x' : '-';
-  return text;
+  const bool isText = name == "StdString";
+  if (value.type()->multiplicity == orb::zero::Multiplicity::One)
+    return isText ? value.getValue<std::string>() : nameOf(value.getValue<ModelElement>());
+  if (isText)
+    for (const auto& item : value.getValue<std::vector<std::string>>()) text += ',' + item;
+  else
+    for (const auto& item : value.getValue<std::vector<ModelElement>>()) text += ',' + nameOf(item);
+  return '[' + text.substr(text.empty() ? 0 : 1) + ']';
 }
 
 /// Everything that can be observed of an element, as text.
 inline std::string describe(const ModelElement& element) {
+  const auto idOf = [](const ModelElement& named) {
+    return named ? to_string(named->getUuid()) : "none";
+  };
   const auto& type = element->getMetaClass();
-  const ModelElement container = element->getContainer();
-  std::string text = to_string(element->getUuid()) + ' ' + std::string(type.name) + " in " +
-                     (container ? to_string(container->getUuid()) : "none");
-  for (const Property* property : type.all) {
-    text += "; " + std::string(property->name);
-    if (!property->type && element->isGiven(property->position)) text += " given";
-    for (const auto* target : targetsOf(element, *property))
-      text += ' ' + to_string(target->getUuid());
-  }
-  return text + "; " + primitivesOf(element);
+  std::string text =
+      idOf(element) + ' ' + std::string(type.name) + " in " + idOf(element->getContainer());
+  for (const Property* property : type.all)
+    text += "; " + std::string(property->name) + ' ' +
+            textOf(element->getPropertyValue(*property, orb::zero::ProxyTag::Keep), idOf);
+  return text;
 }
 
 /// Everything that can be observed of a model, a line per element in the order of creation.

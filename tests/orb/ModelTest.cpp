@@ -1,7 +1,6 @@
 #include <random>
 
-#include <orb/zero/ModelConstellation.h>
-#include <orb/zero/TransactionCoordinator.h>
+#include <orb/zero/query/Query.h>
 
 #include "tests/datamodel/SessionTest.h"
 
@@ -20,73 +19,58 @@ uuid numbered(unsigned number) {
   return id;
 }
 
-std::string namesOf(const orb::zero::ElementRange& range) {
-  std::string names;
-  for (const ModelElement element : range) names += Variable(element)->getName();
-  return names;
-}
-
 TEST_F(ModelTest, IteratesInOrderOfCreation) {
   std::vector<Variable> all;
   for (const char* name : {"a", "b", "c", "d"}) all.push_back(variable(name));
   all[1]->destroy();
-  EXPECT_EQ(namesOf(model.elements()), "acd");
-  EXPECT_EQ(model.size(), 3U);
-
   std::string met;
   for (const ModelElement element : model.elements()) {
     met += Variable(element)->getName();
-    if (met == "a") {
-      element->destroy();
-      all[2]->destroy();
-      variable("e");
-    }
+    if (met != "a") continue;
+    element->destroy();
+    all[2]->destroy();
+    variable("e");
   }
   EXPECT_EQ(met, "ade");
-  EXPECT_EQ(namesOf(model.elements()), "de");
+  EXPECT_EQ(model.size(), 2U);
 }
 
+/// By iteration and by query.
 TEST_F(ModelTest, FindsElementsOfAClass) {
   types.createStructType("S", {"a"}, {sets(2)});
   const auto count = [&](const auto& type, SearchClassMatchMode mode) {
-    int found = 0;
-    for (const ModelElement element : model.elements(type, mode)) found += element ? 1 : 0;
-    return found;
+    std::vector<ModelElement> found;
+    for (const ModelElement element : model.elements(type, mode)) found.push_back(element);
+    query::Query<ModelElement> search(model);
+    search.narrow(type, mode);
+    EXPECT_EQ(search.execute(), found);
+    return found.size();
   };
-  EXPECT_EQ(count(LatticeType::metaClass(), SearchClassMatchMode::WithSubclasses), 2);
-  EXPECT_EQ(count(LatticeType::metaClass(), SearchClassMatchMode::ThisClassOnly), 0);
-  EXPECT_EQ(count(Term::metaClass(), SearchClassMatchMode::WithSubclasses), 4);
-  EXPECT_EQ(count(PowerSet::metaClass(), SearchClassMatchMode::ThisClassOnly), 2);
-  EXPECT_EQ(count(FieldType::metaClass(), SearchClassMatchMode::WithSubclasses), 1);
-  EXPECT_EQ(count(ModelElement::metaClass(), SearchClassMatchMode::WithSubclasses), 9);
+  const auto all = SearchClassMatchMode::WithSubclasses,
+             exact = SearchClassMatchMode::ThisClassOnly;
+  EXPECT_EQ(count(LatticeType::metaClass(), all), 2U);
+  EXPECT_EQ(count(LatticeType::metaClass(), exact), 0U);
+  EXPECT_EQ(count(Term::metaClass(), all), 4U);
+  EXPECT_EQ(count(PowerSet::metaClass(), exact), 2U);
+  EXPECT_EQ(count(FieldType::metaClass(), all), 1U);
+  EXPECT_EQ(count(ModelElement::metaClass(), all), 9U);
 }
 
 TEST_F(ModelTest, UuidIsUniqueAmongLiveElements) {
   const Variable first = Variable::create(model, numbered(1));
-  EXPECT_TRUE(model.find(numbered(1)) == first);
-  EXPECT_FALSE(model.find(numbered(2)));
   EXPECT_EQ(failureOf([&] { Struct::create(model, numbered(1)); }), "UniquenessConstraint");
   EXPECT_EQ(failureOf([&] { Join::Builder(model).create(numbered(1)); }), "UniquenessConstraint");
   EXPECT_EQ(model.size(), 1U);
   EXPECT_TRUE(Variable::create(Session().model(), numbered(1)));
-
-  first->destroy();
-  EXPECT_FALSE(model.find(numbered(1)));
-  EXPECT_TRUE(model.find(numbered(1)) == Join::create(model, numbered(1)));
-}
-
-TEST_F(ModelTest, UuidIsFreeInsideATransaction) {
-  const Variable first = Variable::create(model, numbered(1));
   {
     const Transaction transaction(model);
     first->destroy();
+    EXPECT_FALSE(model.find(numbered(1)));
     const Struct second = Struct::create(model, numbered(1));
     const Struct third = Struct::create(model, numbered(2));
-    EXPECT_TRUE(model.find(numbered(1)) == second);
-    EXPECT_TRUE(model.find(numbered(2)) == third);
+    EXPECT_TRUE(model.find(numbered(1)) == second && model.find(numbered(2)) == third);
   }
-  EXPECT_TRUE(model.find(numbered(1)) == first);
-  EXPECT_FALSE(model.find(numbered(2)));
+  EXPECT_TRUE(model.find(numbered(1)) == first && !model.find(numbered(2)));
   EXPECT_TRUE(model.find(numbered(2)) == Join::create(model, numbered(2)));
 }
 
@@ -140,44 +124,6 @@ TEST_F(ModelTest, ReclaimFreesAnonymousTypesWithTheirValues) {
   part = LatticeValue();
   model.reclaim();
   EXPECT_EQ(model.size(), before);
-}
-
-TEST_F(ModelTest, ReclaimLeavesAnOlderChildOfAYoungerValue) {
-  const uuid child = field("f")->getUuid();
-  {
-    const Transaction transaction(model);
-    make<Struct>()->getValues().insert(model.find(child));
-    model.reclaim();
-  }
-  EXPECT_TRUE(model.find(child));
-}
-
-TEST_F(ModelTest, ReclaimLeavesWhatIsOlderThanAnInnerTransaction) {
-  const LatticeValue top = sets(2)->getTop();
-  const Transaction outer(model);
-  const uuid older = top.clone()->getUuid();
-  {
-    const Transaction inner(model);
-    model.reclaim();
-  }
-  EXPECT_TRUE(model.find(older));
-}
-
-TEST_F(ModelTest, ConstellationKnowsItsLiveModels) {
-  const orb::zero::ModelConstellation group, copy = group;
-  orb::zero::TransactionCoordinator* told = nullptr;
-  const auto factory = [&](orb::zero::TransactionCoordinator* coordinator) {
-    return orb::zero::DefaultWorkQueueFactory()(told = coordinator);
-  };
-  const Model first = Model::create(numbered(1), group, factory);
-  EXPECT_EQ(told, &first->transactions());
-  {
-    const Model second = Model::create(numbered(1), copy, factory);
-    EXPECT_FALSE(first == second);
-    EXPECT_EQ(group.getModels(), (std::vector{first, second}));
-  }
-  EXPECT_EQ(copy.getModels(), std::vector{first});
-  EXPECT_EQ(first.getUuid(), numbered(1));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <orb/zero/query/Query.h>
 
+#include <functional>
+
 #include "tests/datamodel/SessionTest.h"
 #include "tests/orb/ModelSnapshot.h"
 
@@ -26,7 +28,6 @@ TEST_F(ProxyTest, IsOnePerUuidAndNoElementOfTheModel) {
   EXPECT_EQ(*proxy->getProxyId().type, Variable::metaClass());
   EXPECT_FALSE(model.find(id));
   EXPECT_EQ(model.size(), 0U);
-  EXPECT_EQ(snapshot(model), "");
   EXPECT_TRUE(query::Query<Variable>(model).execute().empty());
   const Equation equation = make<Equation>();
   equation->setLhs(proxy);
@@ -38,20 +39,17 @@ TEST_F(ProxyTest, IsOnePerUuidAndNoElementOfTheModel) {
 
 TEST_F(ProxyTest, IsStillOneAfterRollbackAndDestruction) {
   const Variable proxy = Variable::createProxy(model, id);
-  for (const bool isKept : {false, true}) {
-    Transaction transaction(model);
+  Struct second;
+  const auto replace = [&](Transaction transaction, bool isKept) {
     proxy->destroy();
-    const Struct second = Struct::createProxy(model, id);
+    second = Struct::createProxy(model, id);
     EXPECT_TRUE(Struct::createProxy(model, id) == second);
     if (isKept) transaction.commit();
-    transaction.rollback();
-    EXPECT_EQ(static_cast<bool>(proxy), !isKept);
-    EXPECT_EQ(static_cast<bool>(second), isKept);
-    if (isKept)
-      EXPECT_TRUE(Struct::createProxy(model, id) == second);
-    else
-      EXPECT_TRUE(Variable::createProxy(model, id) == proxy);
-  }
+  };
+  replace(Transaction(model), false);
+  EXPECT_TRUE(!second && Variable::createProxy(model, id) == proxy);
+  replace(Transaction(model), true);
+  EXPECT_TRUE(!proxy && Struct::createProxy(model, id) == second);
 }
 
 TEST_F(ProxyTest, ReferencesResolveInTheirPlaces) {
@@ -127,30 +125,20 @@ TEST_F(ProxyTest, HistoryTakesConversionsBackAndMakesThemAgain) {
   const FieldElem part = field("a");
   value->getValues().insert(part);
   const FieldElem outer = field("f", value);
+  LatticeValue proxy;
+  const std::function<void()> steps[] = {
+      [&] { part->convertToProxy(); }, [&] { value->convertToProxy(), proxy = outer->getValue(); },
+      [&] { Struct::create(model, value.get()->getUuid()); },
+      [&] { EXPECT_TRUE(proxy->resolve()); }, [&] { outer->getValue()->doDestroy(true, true); }};
   std::vector<std::string> states{snapshot(model)};
   model.setHistoryLimit(9);
-  const auto step = [&](auto change) {
-    change();
-    states.push_back(snapshot(model));
-  };
-  step([&] { part->convertToProxy(); });
-  step([&] { value->convertToProxy(); });
-  step([&] { Struct::create(model, value.get()->getUuid()); });
-  const LatticeValue proxy = outer->getValue();
-  step([&] { EXPECT_TRUE(proxy->resolve()); });
-  step([&] { outer->getValue()->doDestroy(true, true); });
+  for (const auto& step : steps) step(), states.push_back(snapshot(model));
   EXPECT_TRUE(outer->getValue()->isProxy() && !proxy);
+  EXPECT_EQ(model.undoSteps(), 5U);
   for (int round = 0; round < 2; ++round) {
-    for (std::size_t i = states.size() - 1; i-- > 0;) {
-      EXPECT_TRUE(model.undo());
-      EXPECT_EQ(snapshot(model), states[i]);
-    }
+    while (model.undo()) EXPECT_EQ(snapshot(model), states[model.undoSteps()]);
     EXPECT_TRUE(value && part->getContainer() == value);
-    for (std::size_t i = 1; i < states.size(); ++i) {
-      EXPECT_TRUE(model.redo());
-      EXPECT_EQ(snapshot(model), states[i]);
-    }
-    EXPECT_EQ(model.undoSteps(), 5U);
+    while (model.redo()) EXPECT_EQ(snapshot(model), states[model.undoSteps()]);
   }
   EXPECT_TRUE(Struct::createProxy(model, value.get()->getUuid()) == outer->getValue());
 }

@@ -14,9 +14,10 @@ using orb::zero::CollisionResolution;
 
 struct Conditions {
   bool reclaims = false, keepsHistory = false, listens = false;
+  int elements = 20, references = 0;  // at first
 };
 
-/// Does random things to a small model. Every savepoint remembers what its rollback has to restore,
+/// Does random things to a model. Every savepoint remembers what its rollback has to restore,
 /// and with a history every step what it led to.
 class RandomChanges {
  public:
@@ -24,7 +25,8 @@ class RandomChanges {
       : random_(seed), conditions_(conditions) {
     if (conditions_.keepsHistory) model_.setHistoryLimit(1000);
     if (conditions_.listens) model_.addListener(std::make_shared<Diary>());
-    for (int i = 0; i < 20; ++i) create();
+    for (int i = 0; i < conditions_.elements; ++i) create();
+    for (int i = 0; i < conditions_.references; ++i) attempt([](Self& r) { r.refer(); });
     remember();
   }
 
@@ -35,9 +37,9 @@ class RandomChanges {
     else if (choice < 9)
       end(choice < 6);
     else if (choice < 12)
-      create();
+      for (std::size_t i = few(); i > 0; --i) create();
     else if (choice < 14)
-      destroy();
+      for (std::size_t i = few(); i > 0; --i) destroy();
     else if (choice < 15 && conditions_.reclaims)
       model_.reclaim();
     else if (choice < 17 && open_.empty())
@@ -58,6 +60,8 @@ class RandomChanges {
   }
 
  private:
+  using Self = RandomChanges;
+
   struct Savepoint {
     explicit Savepoint(const Model& model) : before(snapshot(model)), transaction(model) {}
     std::string before;
@@ -65,14 +69,19 @@ class RandomChanges {
   };
 
   std::size_t below(std::size_t end) { return random_() % end; }
+  std::size_t few() { return below(2 + model_.size() / 2); }
   std::string name() { return std::string(1, static_cast<char>('a' + below(4))); }
 
-  /// A random element of the class, or an empty handle.
+  /// A random element of the class, often the oldest one, or an empty handle.
+  ModelElement any(const meta::ClassInfo& type) {
+    std::vector<ModelElement> all;
+    for (const ModelElement element : model_.elements(type)) all.push_back(element);
+    if (all.empty() || below(20) == 0) return {};
+    return all[below(4) ? below(all.size()) : 0];
+  }
   template <class X>
   X any() {
-    std::vector<ModelElement> all;
-    for (const ModelElement element : model_.elements(X::metaClass())) all.push_back(element);
-    return all.empty() || below(20) == 0 ? X() : X{all[below(all.size())]};
+    return X{any(X::metaClass())};
   }
 
   /// One more state, if there is one more step; else nothing has changed.
@@ -125,16 +134,14 @@ class RandomChanges {
     }
   }
 
-  template <class X>
-  static ModelElement make(const Model& model) {
-    return X::create(model, model.newUuid());
-  }
   void create() {
-    static constexpr ModelElement (*makers[])(const Model&) = {
-        make<StructType>,   make<FieldType>, make<FieldType>, make<Struct>,   make<FieldElem>,
-        make<FieldElem>,    make<System>,    make<Equation>,  make<Equation>, make<Variable>,
-        make<PowerSetType>, make<PowerSet>,  make<Join>};
-    const ModelElement made = makers[below(std::size(makers))](model_);
+    static constexpr const meta::ClassInfo& (*classes[])() = {
+        StructType::metaClass, FieldType::metaClass,    Struct::metaClass,     FieldElem::metaClass,
+        FieldElem::metaClass,  System::metaClass,       Equation::metaClass,   Equation::metaClass,
+        Variable::metaClass,   PowerSetType::metaClass, PowerSet::metaClass,   Join::metaClass,
+        ArrayType::metaClass,  ArrayElem::metaClass,    Conditional::metaClass};
+    const ModelElement made =
+        model_->create(classes[below(std::size(classes))](), model_.newUuid());
     held_[below(held_.size())] = made;
     if (made->getMetaClass() == FieldElem::metaClass()) FieldElem(made)->basicSetName(name());
     if (made->getMetaClass() == FieldType::metaClass()) FieldType(made)->setName(name());
@@ -143,41 +150,51 @@ class RandomChanges {
     if (const ModelElement element = any<ModelElement>()) element->destroy();
   }
 
-  void change() {
+  void change() { attempt(changes_[below(std::size(changes_))]); }
+  void attempt(void (*action)(Self&)) {
     try {
-      changes_[below(std::size(changes_))](*this);
+      action(*this);
     } catch (const orb::zero::Exception&) {
       // A refusal, such as of a key that is taken, has to leave everything as it was.
     }
   }
-  void changeTerm(const Term& term) {
-    term->setType(any<LatticeType>());
-    const auto& type = term->getMetaClass();
-    if (type == Variable::metaClass()) Variable(term)->setName(name());
-    if (type == PowerSet::metaClass()) PowerSet(term)->setValue(BitSet(below(130), random_()));
+  /// Has some property of an element name another one as well.
+  void refer() {
+    const ModelElement owner = any<ModelElement>();
+    const auto& properties = owner->getMetaClass().all;
+    const Property& property = *properties[below(properties.size())];
+    if (!property.type) return;
+    const orb::zero::Value target(any(property.type()));
+    if (property.services.insert)
+      property.services.insert(*owner.get(), target);
+    else
+      owner->setPropertyValue(property, target);
   }
-  void changeLatticeType(const LatticeType& type) {
-    type->setNumElems(static_cast<std::uint16_t>(below(3)));
-    type->setTop(any<LatticeValue>());
-    if (!(type->getMetaClass() == PowerSetType::metaClass())) return;
-    auto& universe = PowerSetType(type)->getUniverse();
+  /// Writes to the slot itself, which nobody notices, so that it cannot be taken back.
+  void writeSlot() {
+    if (conditions_.keepsHistory || !open_.empty()) return;
+    *any<FieldElem>().ref() = any<LatticeValue>();
+    *any<ArrayElem>().ref() = any<LatticeValue>();
+  }
+  void changeUniverse() {
+    auto& universe = any<PowerSetType>()->getUniverse();
     universe.insert(below(universe.size() + 1), name());
     if (below(2)) universe.erase(below(universe.size()));
   }
   CollisionResolution resolution() { return static_cast<CollisionResolution>(below(3)); }
 
-  using Self = RandomChanges;
   static constexpr void (*changes_[])(Self&) = {
-      [](Self& r) { r.changeTerm(r.any<Term>()); },
-      [](Self& r) { r.changeLatticeType(r.any<LatticeType>()); },
+      [](Self& r) { r.refer(); },
+      [](Self& r) { r.refer(); },
+      [](Self& r) { r.writeSlot(); },
+      [](Self& r) { r.changeUniverse(); },
+      [](Self& r) { r.any<Variable>()->setName(r.name()); },
+      [](Self& r) { r.any<PowerSet>()->setValue(BitSet(r.below(130), r.below(UINT32_MAX))); },
+      [](Self& r) { r.any<LatticeType>()->setNumElems(static_cast<std::uint16_t>(r.below(3))); },
       [](Self& r) { r.any<FieldType>()->setName(r.name()); },
-      [](Self& r) { r.any<FieldType>()->setElemType(r.any<LatticeType>()); },
       [](Self& r) { r.any<StructType>()->getFields().erase(r.name()); },
       [](Self& r) { r.any<StructType>()->getFields().insert(r.any<FieldType>(), r.resolution()); },
-      [](Self& r) { r.any<FieldElem>()->setValue(r.any<LatticeValue>()); },
       [](Self& r) { r.any<Struct>()->getValues().insert(r.any<FieldElem>(), r.resolution()); },
-      [](Self& r) { r.any<Equation>()->setRhs(r.any<Term>()); },
-      [](Self& r) { r.any<System>()->getEquations().add(r.any<Equation>()); },
       [](Self& r) { r.any<System>()->getEquations().set(r.below(4), r.any<Equation>()); },
       [](Self& r) { r.any<System>()->getEquations().remove(r.any<Equation>()); },
       [](Self& r) { r.any<Join>()->getOperands().addEmpty(); },
@@ -202,8 +219,8 @@ class RandomChanges {
   std::size_t at_ = 0;
 };
 
-void expectEverythingRestored(const Conditions& conditions) {
-  for (unsigned seed = 0; seed < 200 && !testing::Test::HasFailure(); ++seed) {
+void expectEverythingRestored(const Conditions& conditions, unsigned seeds = 200) {
+  for (unsigned seed = 0; seed < seeds && !testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
     RandomChanges changes(seed, conditions);
     for (int step = 0; step < 60; ++step) changes.step();
@@ -217,6 +234,9 @@ TEST(RandomTransactionTest, ByRollbackAndReclaimTakesNothing) {
 }
 TEST(RandomTransactionTest, ByRollbackWithListeners) {
   expectEverythingRestored({.listens = true});
+}
+TEST(RandomTransactionTest, AmongManyReferences) {
+  expectEverythingRestored({.elements = 150, .references = 1500}, 40);
 }
 TEST(RandomTransactionTest, ByHistory) {
   expectEverythingRestored({.reclaims = true, .keepsHistory = true});

@@ -55,16 +55,12 @@ std::vector<Point> pointsOf(const pugi::xml_node& polyline) {
   return points;
 }
 
-TEST(DrawingTest, DrawsEveryBlockAndLink) {
+TEST(DrawingTest, DrawsEveryBlockAndStraightLines) {
   const auto svg = room().show({"CMSCOPE#1"}).svg();
   EXPECT_EQ(count(svg, "//g"), 13U);
   EXPECT_EQ(count(svg, "//circle"), 3U);
   EXPECT_EQ(count(svg, "//polyline"), 18U);
   EXPECT_EQ(count(svg, "//polyline[contains(@class, 'event')]"), 3U);
-}
-
-TEST(DrawingTest, LinesOfTheExampleRunStraight) {
-  const auto svg = room().show({"CMSCOPE#1"}).svg();
   for (const auto& match : svg.select_nodes("//polyline")) {
     const std::vector<Point> points = pointsOf(match.node());
     ASSERT_GE(points.size(), 2U);

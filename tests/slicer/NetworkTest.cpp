@@ -43,18 +43,6 @@ std::string driversOf(const Network& network, const std::string& leafName, int n
   return names;
 }
 
-TEST(NetworkTest, SplitsBranchALink) {
-  const Network network =
-      networkOf(source("a") + sink("b") + sink("c") + block("SplitBlock", "s", "") +
-                input("s.in1") + output("s.out1") + output("s.out2", 2) + link("a.out1", "s.in1") +
-                link("s.out1", "b.in1") + link("c.in1", "s.out2"));
-  EXPECT_EQ(network.leaves().size(), 3U);
-  EXPECT_EQ(driversOf(network, "CSCOPE#1"), "CONST_m#1");
-  EXPECT_EQ(driversOf(network, "CSCOPE#2"), "CONST_m#1");
-  ASSERT_EQ(network.nets().size(), 1U);
-  EXPECT_EQ(network.nets()[0].readers.size(), 2U);
-}
-
 TEST(NetworkTest, SuperBlockPortsMeetInnerBlocksByNumber) {
   const std::string innermost = numbered("ExplicitInBlock", "i", 1) + sink("x") +
                                 numbered("ExplicitInBlock", "j", 2) + sink("y") +
@@ -73,12 +61,7 @@ TEST(NetworkTest, SuperBlockPortsMeetInnerBlocksByNumber) {
   const Leaf& leaf = network.leaves().at(*network.findLeaf("MASK#1/SUPER_f#1/CSCOPE#2"));
   EXPECT_EQ(leaf.path, (std::vector<std::size_t>{2, 2, 3}));
   EXPECT_FALSE(network.findLeaf("CSCOPE#2"));
-}
-
-TEST(NetworkTest, OutermostBoundaryBlocksAreLeaves) {
-  const Network network = networkOf(numbered("ExplicitInBlock", "i", 1));
-  ASSERT_EQ(network.leaves().size(), 1U);
-  EXPECT_EQ(network.leaves()[0].name, "ExplicitInBlock#1");
+  EXPECT_TRUE(networkOf(numbered("ExplicitInBlock", "i", 1)).findLeaf("ExplicitInBlock#1"));
 }
 
 // The sender sits in the outer super-block OUTER, receivers at the top, beside it and below it.
@@ -139,7 +122,12 @@ TEST(NetworkTest, ExampleIsFullyConnected) {
   EXPECT_TRUE(diagram.warnings.empty());
   const Network network(diagram);
   EXPECT_EQ(network.leaves().size(), 17U);
-  for (const Net& net : network.nets()) EXPECT_EQ(net.drivers.size(), 1U);
+  std::size_t branches = 0;  // behind split blocks
+  for (const Net& net : network.nets()) {
+    EXPECT_EQ(net.drivers.size(), 1U);
+    branches += net.readers.size() - 1;
+  }
+  EXPECT_EQ(branches, 4U);
   EXPECT_EQ(driversOf(network, "SUPER_f#1/DEMUX#1"), "MUX#1");
   EXPECT_EQ(driversOf(network, "SUMMATION#1", 2), "SUPER_f#1/INTEGRAL_m#1");
   const Leaf& mux = network.leaves().at(*network.findLeaf("MUX#1"));
