@@ -65,5 +65,6 @@ void addExpressionCases();
 void addReferenceCases();
 void addReflectionCases();
 void addQueryCases();
+void addSaveCases();
 
 }  // namespace torvan::datamodel::benchmarks

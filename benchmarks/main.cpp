@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
   addReferenceCases();
   addReflectionCases();
   addQueryCases();
+  addSaveCases();
 
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;

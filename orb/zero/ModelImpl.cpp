@@ -130,7 +130,7 @@ void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
     elements_.pop_back();
     --gaps_;
   }
-  if (index_) index_->setCovered(std::min(index_->covered(), births));
+  if (index_) index_->cut(births);
 }
 
 /// Closes the gaps in the creation order.
@@ -141,11 +141,11 @@ void Model::Impl::compact() noexcept {
     return births - static_cast<std::uint32_t>(std::count(elements_.begin(), end, nullptr));
   };
   transactions_.renumber(left);
-  if (index_) index_->setCovered(left(index_->covered()));
   std::uint32_t next = 0;
   for (Element* element : elements_)
     if (element) element->index_ = next++;
   referrers_.renumber();
+  if (index_) index_->renumber(elements_);
   std::erase(elements_, nullptr);
   gaps_ = 0;
 }

@@ -27,6 +27,14 @@ class ReferenceSequence : public Sequence<Slot<E>> {
   }
   /// Keeps a place for an operand that is missing: an entry with an empty handle.
   void addEmpty() { this->insertItem(this->size(), Slot<E>()); }
+  /// Sets the entry at the place, or adds one after the last; null makes it an empty one.
+  void put(std::size_t place, ModelElement::Impl* target) {
+    if (target) check(ModelElement(target));
+    if (place == this->size())
+      this->insertItem(place, Slot<E>(target));
+    else
+      this->setItem(place, Slot<E>(target));
+  }
   bool contains(const ModelElement& element) const {
     return std::find(this->begin(), this->end(), element) != this->end();
   }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
 #include <boost/uuid/uuid.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +28,12 @@ consteval uuid uuidOf(std::string_view text) {
   }
   return digits == 32 ? id : throw "not a UUID";
 }
+
+using UuidText = std::array<char, 36>;
+/// Its 8-4-4-4-12 hexadecimal digits, in lower case.
+ORB_ZERO_API UuidText toText(const uuid& id) noexcept;
+/// The UUID that this text stands for, in lower or upper case; nothing for another text.
+ORB_ZERO_API std::optional<uuid> parseUuid(std::string_view text) noexcept;
 
 /// The UUID that a name has for good (version 3), in the framework's own namespace of names.
 ORB_ZERO_API uuid uuidOfName(std::string_view name);

@@ -7,46 +7,55 @@ namespace orb::zero {
 ModelElement::Impl* UuidIndex::find(const uuid& id, const Elements& all) {
   catchUp(all);
   if (table_.empty()) return nullptr;
-  for (std::size_t at = home(id); table_[at]; at = (at + 1) & (table_.size() - 1))
-    if (table_[at]->getUuid() == id && table_[at]->isMember()) return table_[at];
+  const std::uint32_t hash = hashOf(id);
+  for (std::size_t at = home(hash); table_[at].isTaken(); at = next(at)) {
+    if (table_[at].hash != hash) continue;
+    ModelElement::Impl* const element = all[table_[at].place];
+    if (element->getUuid() == id && element->isMember()) return element;
+  }
   return nullptr;
 }
 
 void UuidIndex::catchUp(const Elements& all) {
   const std::size_t wanted = taken_ + (all.size() - covered_);
   if (2 * wanted > table_.size()) {
-    Elements bigger(std::bit_ceil(4 * wanted));
+    std::vector<Entry> bigger(std::bit_ceil(2 * wanted));
     bigger.swap(table_);
-    for (ModelElement::Impl* element : bigger)
-      if (element) insert(*element);
+    for (const Entry& entry : bigger)
+      if (entry.isTaken()) insert(entry);
   }
   for (; covered_ < all.size(); ++covered_) {
     if (!all[covered_]) continue;
-    insert(*all[covered_]);
+    insert({hashOf(all[covered_]->getUuid()), covered_});
     ++taken_;
   }
 }
 
-void UuidIndex::insert(ModelElement::Impl& element) noexcept {
-  std::size_t at = home(element.getUuid());
-  while (table_[at]) at = (at + 1) & (table_.size() - 1);
-  table_[at] = &element;
+void UuidIndex::insert(Entry entry) noexcept {
+  std::size_t at = home(entry.hash);
+  while (table_[at].isTaken()) at = next(at);
+  table_[at] = entry;
 }
 
 /// Closes the gap by moving up those whose probing passed over it.
 void UuidIndex::erase(const ModelElement::Impl& element, std::uint32_t index) noexcept {
   if (index >= covered_) return;
-  const std::size_t mask = table_.size() - 1;
-  std::size_t gap = home(element.getUuid());
-  while (table_[gap] != &element) gap = (gap + 1) & mask;
-  for (std::size_t at = (gap + 1) & mask; table_[at]; at = (at + 1) & mask) {
-    const std::size_t distance = (at - home(table_[at]->getUuid())) & mask;
-    if (distance < ((at - gap) & mask)) continue;
+  std::size_t gap = home(hashOf(element.getUuid()));
+  while (table_[gap].place != index) gap = next(gap);
+  for (std::size_t at = next(gap); table_[at].isTaken(); at = next(at)) {
+    const std::size_t distance = (at - home(table_[at].hash)) & (table_.size() - 1);
+    if (distance < ((at - gap) & (table_.size() - 1))) continue;
     table_[gap] = table_[at];
     gap = at;
   }
-  table_[gap] = nullptr;
+  table_[gap] = {};
   --taken_;
+}
+
+void UuidIndex::renumber(const Elements& all) noexcept {
+  for (Entry& entry : table_)
+    if (entry.isTaken()) entry.place = all[entry.place]->place();
+  covered_ = static_cast<std::uint32_t>(taken_);
 }
 
 }  // namespace orb::zero

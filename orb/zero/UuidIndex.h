@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -18,16 +19,27 @@ class UuidIndex {
   ModelElement::Impl* find(const uuid& id, const Elements& all);
   /// Told before an element leaves the creation order.
   void erase(const ModelElement::Impl& element, std::uint32_t index) noexcept;
-  /// Told when the creation order is renumbered: how many of the places seen are left.
-  std::uint32_t covered() const noexcept { return covered_; }
-  void setCovered(std::uint32_t covered) noexcept { covered_ = covered; }
+  /// Told when the creation order ends here, from where on nothing is left.
+  void cut(std::uint32_t births) noexcept { covered_ = std::min(covered_, births); }
+  /// Told when the elements have got new places and before the order is closed up.
+  void renumber(const Elements& all) noexcept;
 
  private:
+  /// What is known without a look at the element.
+  struct Entry {
+    bool isTaken() const noexcept { return place != UINT32_MAX; }
+    std::uint32_t hash = 0;
+    std::uint32_t place = UINT32_MAX;  // in the creation order
+  };
   void catchUp(const Elements& all);
-  void insert(ModelElement::Impl& element) noexcept;
-  std::size_t home(const uuid& id) const noexcept { return UuidHash()(id) & (table_.size() - 1); }
+  void insert(Entry entry) noexcept;
+  static std::uint32_t hashOf(const uuid& id) noexcept {
+    return static_cast<std::uint32_t>(UuidHash()(id));
+  }
+  std::size_t home(std::uint32_t hash) const noexcept { return hash & (table_.size() - 1); }
+  std::size_t next(std::size_t at) const noexcept { return (at + 1) & (table_.size() - 1); }
 
-  std::vector<ModelElement::Impl*> table_;  // a power of two of places, at most half of them taken
+  std::vector<Entry> table_;  // a power of two of entries, at most half of them taken
   std::size_t taken_ = 0;
   std::uint32_t covered_ = 0;  // places of the creation order already looked at
 };

@@ -142,6 +142,19 @@ consteval PropertyServices emitServices() {
   };
   if constexpr (K::isOwning)
     services.add = [](Element& e, const ModelElement& child) { K::add(A::slot(e), child); };
+  if constexpr (requires(const Member& sequence) { K::item(sequence, 0); }) {
+    services.count = [](const Element& e) { return A::slot(e).size(); };
+    services.item = [](const Element& e, std::size_t place) { return K::item(A::slot(e), place); };
+  }
+  if constexpr (requires { typename K::Handle; })
+    services.refer = [](Element& e, std::size_t, Element* target) {
+      static_cast<typename X::Impl&>(e).template set<A::row.member>(
+          typename K::Handle(ModelElement(target)));
+    };
+  else if constexpr (requires(Member & sequence) { sequence.put(0, nullptr); })
+    services.refer = [](Element& e, std::size_t place, Element* target) {
+      A::slot(e).put(place, target);
+    };
   services.release = [](Element& e, Element& target) {
     if constexpr (requires { K::type(); }) K::release(A::slot(e), e, A::row.position, target);
   };

@@ -16,6 +16,7 @@
 ///   Old                                what an undo record keeps, absent for collections, which
 ///                                      log every change by themselves
 ///   get, assign, snapshot              reads and replaces a collection, and what of it is compared
+///   item                               reads one item of a sequence that is not owned
 ///   targets, add, release, replace, note, clear, forget
 ///                                      see `PropertyServices`; absent where there is nothing
 namespace orb::zero::meta {
@@ -112,6 +113,9 @@ struct Kind<OwnedSequence<E>> : CollectionKind<OwnedSequence<E>, ValueKind::Coll
 template <class E>
 struct Kind<ReferenceSequence<E>>
     : CollectionKind<ReferenceSequence<E>, ValueKind::Collection, false> {
+  static Value item(const ReferenceSequence<E>& sequence, std::size_t place) {
+    return ModelElement(sequence[place]);
+  }
   static void note(const ReferenceSequence<E>& sequence, const Element& owner,
                    Referrers& referrers) noexcept {
     for (const Slot<E>& entry : sequence)
@@ -126,6 +130,9 @@ struct Kind<PrimitiveSequence<T>> {
   static constexpr bool isOwning = false;
 
   static Value get(const PrimitiveSequence<T>& sequence, ProxyTag) { return snapshot(sequence); }
+  static Value item(const PrimitiveSequence<T>& sequence, std::size_t place) {
+    return T(sequence[place]);
+  }
   static void assign(PrimitiveSequence<T>& sequence, const Value& value) {
     const auto items = value.isEmpty() ? std::vector<T>() : value.getValue<std::vector<T>>();
     sequence.clear();
