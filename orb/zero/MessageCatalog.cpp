@@ -35,6 +35,8 @@ constexpr Message messages[] = {
     {frameworkCatalog, "NoSuchType", "There is no type named '{0}'."},
     {frameworkCatalog, "InvalidValue", "The value is invalid."},
     {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
+    {frameworkCatalog, "CannotExportValues", "Cannot export values: '{0}': {1}"},
+    {frameworkCatalog, "CannotImportValues", "Cannot import values: {0}: {1}"},
     {hostCatalog, "InvalidHandle", "The handle is invalid or its object was deleted."},
 };
 
