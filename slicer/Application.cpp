@@ -6,14 +6,17 @@
 #include <chrono>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "DependenceSystem.h"
 #include "DiagramReader.h"
 #include "Drawing.h"
 #include "OutputFile.h"
 #include "Slicer.h"
+#include "SystemFile.h"
 
 namespace torvan::slicer {
 namespace {
@@ -22,12 +25,20 @@ struct Options {
   std::string file;
   std::vector<std::string> criteria;
   bool forward = false;
-  std::string dependences = "data";
+  std::string dependences;  // as given: the default is "data"
   std::string list;
   std::string format = "text";
   std::string output;
+  std::string system;
   bool equations = false;
   bool statistics = false;
+};
+
+/// What the file holds: a diagram and its system, or a system alone.
+struct Source {
+  std::optional<Diagram> diagram;
+  std::optional<Network> network;
+  BlockSystem system;
 };
 
 /// A criterion as the user wrote it, and its slice.
@@ -37,68 +48,70 @@ struct Result {
   std::set<std::size_t> slice;
 };
 
-bool hasPort(const Leaf& leaf, Direction direction) {
-  return std::any_of(leaf.ports.begin(), leaf.ports.end(), [=](const LeafPort& port) {
+bool hasPort(const SystemBlock& block, Direction direction) {
+  return std::any_of(block.ports.begin(), block.ports.end(), [=](const BlockPort& port) {
     return port.kind == SignalKind::Implicit ||
            (port.kind == SignalKind::Data && port.direction == direction);
   });
 }
 
 /// A sink reads signals and sends none, a source the other way round.
-bool belongsTo(const Leaf& leaf, const std::string& list) {
-  const bool reads = hasPort(leaf, Direction::In), sends = hasPort(leaf, Direction::Out);
+bool belongsTo(const SystemBlock& block, const std::string& list) {
+  const bool reads = hasPort(block, Direction::In), sends = hasPort(block, Direction::Out);
   if (list == "sinks") return reads && !sends;
   if (list == "sources") return sends && !reads;
   return true;
 }
 
-std::vector<std::string> listOf(const Network& network, const std::string& list) {
+std::vector<std::string> listOf(const BlockSystem& system, const std::string& list) {
   std::vector<std::string> names;
-  for (const Leaf& leaf : network.leaves())
-    if (belongsTo(leaf, list)) names.push_back(leaf.name);
+  for (const SystemBlock& block : system.blocks)
+    if (belongsTo(block, list)) names.push_back(block.name);
   return names;
 }
 
-std::vector<std::string> namesOf(const Network& network, const std::set<std::size_t>& slice) {
+std::vector<std::string> namesOf(const BlockSystem& system, const std::set<std::size_t>& slice) {
   std::set<std::string> names;
-  for (const std::size_t leaf : slice) names.insert(network.leaves()[leaf].name);
+  for (const std::size_t block : slice) names.insert(system.blocks[block].name);
   return {names.begin(), names.end()};
 }
 
-std::string captionOf(const Options& options, const Network& network, const Result& result) {
+std::string captionOf(const Options& options, const BlockSystem& system, const Result& result) {
   return std::string(options.forward ? "forward" : "backward") + " slice by " + result.text + " (" +
-         options.dependences + "): " + std::to_string(result.slice.size()) + " of " +
-         std::to_string(network.leaves().size()) + " blocks";
+         system.dependences + "): " + std::to_string(result.slice.size()) + " of " +
+         std::to_string(system.blocks.size()) + " blocks";
 }
 
-std::string asText(const Options& options, const Network& network, const Result& result) {
-  std::string text = options.file + ": " + captionOf(options, network, result) + '\n';
-  for (const std::string& name : namesOf(network, result.slice)) text += "  " + name + '\n';
+std::string asText(const Options& options, const BlockSystem& system, const Result& result) {
+  std::string text = system.diagram + ": " + captionOf(options, system, result) + '\n';
+  for (const std::string& name : namesOf(system, result.slice)) text += "  " + name + '\n';
   return text;
 }
 
-std::string asJson(const Options& options, const Network& network, const Result& result) {
-  const nlohmann::ordered_json object = {{"file", options.file},
+std::string asJson(const Options& options, const BlockSystem& system, const Result& result) {
+  const nlohmann::ordered_json object = {{"file", system.diagram},
                                          {"criterion", result.text},
-                                         {"deps", options.dependences},
+                                         {"deps", system.dependences},
                                          {"direction", options.forward ? "forward" : "backward"},
-                                         {"blocks", namesOf(network, result.slice)}};
+                                         {"blocks", namesOf(system, result.slice)}};
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
 }
 
-std::string render(const Options& options, const Diagram& diagram, const Network& network,
+bool isPicture(const std::string& format) { return format == "svg" || format == "dot"; }
+
+std::string render(const Options& options, const Source& source,
                    const std::vector<Result>& results) {
   std::string text;
   for (const Result& result : results) {
-    const Highlight highlight{result.slice, result.criterion.leaf,
-                              captionOf(options, network, result)};
-    if (options.format == "svg")
-      text += drawSvg(diagram, network, highlight);
-    else if (options.format == "dot")
-      text += drawDot(network, highlight);
-    else
-      text += options.format == "json" ? asJson(options, network, result)
-                                       : asText(options, network, result);
+    if (!isPicture(options.format)) {
+      text += options.format == "json" ? asJson(options, source.system, result)
+                                       : asText(options, source.system, result);
+      continue;
+    }
+    const Highlight highlight{result.slice, result.criterion.block,
+                              captionOf(options, source.system, result)};
+    text += options.format == "svg" ? drawSvg(*source.diagram, *source.network, highlight)
+                                    : drawDot(*source.network, highlight);
   }
   return text;
 }
@@ -125,19 +138,19 @@ class ProgressLine {
       std::chrono::steady_clock::now() + std::chrono::seconds(1);
 };
 
-void printStatistics(const Network& network, const Slicer& slicer, double milliseconds) {
+void printStatistics(const BlockSystem& system, const Slicer& slicer, double milliseconds) {
   const auto& statistics = slicer.statistics();
-  std::cerr << "blocks       " << network.leaves().size() << "\nvariables    "
-            << statistics.variables << "\nequations    " << statistics.equations
-            << "\nevaluations  " << statistics.evaluations << "\nelements     "
-            << slicer.system()->getModel().size() << " (" << statistics.reclaimed
-            << " reclaimed)\nsolved in    " << milliseconds << " ms\n";
+  std::cerr << "blocks       " << system.blocks.size() << "\nvariables    " << statistics.variables
+            << "\nequations    " << statistics.equations << "\nevaluations  "
+            << statistics.evaluations << "\nelements     " << system.equations->getModel().size()
+            << " (" << statistics.reclaimed << " reclaimed)\nsolved in    " << milliseconds
+            << " ms\n";
 }
 
 Options parse(int argc, char** argv, CLI::App& app) {
   Options options;
   app.description("Slices a block diagram: finds the blocks that influence a block.");
-  app.add_option("file", options.file, "a .zcos or .xcos file")->required();
+  app.add_option("file", options.file, "a .zcos or .xcos file, or a saved system")->required();
   app.add_option("--criterion", options.criteria,
                  "NAME, NAME.inN or NAME.inN[K]; may be repeated; all sinks without any");
   auto* const backward =
@@ -145,37 +158,61 @@ Options parse(int argc, char** argv, CLI::App& app) {
   app.add_flag("--forward", options.forward, "what the criterion influences")->excludes(backward);
   app.add_option("--deps", options.dependences, "what counts as an influence")
       ->check(CLI::IsMember({"data", "activation", "direct"}))
-      ->capture_default_str();
+      ->default_str("data");
   app.add_option("--list", options.list, "list blocks instead of slicing")
       ->check(CLI::IsMember({"sinks", "sources", "blocks"}));
   app.add_option("--format", options.format)
       ->check(CLI::IsMember({"text", "json", "dot", "svg"}))
       ->capture_default_str();
   app.add_option("-o", options.output, "write to a file instead of standard output");
+  app.add_option("--save", options.system,
+                 "save the system of equations as well, to be sliced again later");
   app.add_flag("--equations", options.equations, "print the equations as well");
   app.add_flag("--stats", options.statistics, "print statistics to standard error");
   app.parse(argc, argv);
   return options;
 }
 
-int slice(const Options& options) {
-  const Diagram diagram = readDiagram(options.file);
-  const Network network(diagram);
-  for (const std::string& warning : diagram.warnings)
+Source readSource(const Options& options) {
+  if (isSystemFile(options.file)) {
+    Source source{{}, {}, loadSystem(options.file)};
+    if (!options.dependences.empty() && options.dependences != source.system.dependences)
+      throw CriterionError(options.file + ": the saved system is that of '--deps " +
+                           source.system.dependences + "'");
+    if (isPicture(options.format))
+      throw CriterionError(options.file + ": a picture needs the diagram, not a saved system");
+    return source;
+  }
+  Source source{readDiagram(options.file), {}, {}};
+  for (const std::string& warning : source.diagram->warnings)
     std::cerr << "torvan-slice: warning: " << options.file << ": " << warning << '\n';
+  const Network& network = source.network.emplace(*source.diagram);
+  const std::string dependences = options.dependences.empty() ? "data" : options.dependences;
+  source.system = DependenceSystem(network, Signals(network),
+                                   dependences == "data"     ? Dependences::Data
+                                   : dependences == "direct" ? Dependences::Direct
+                                                             : Dependences::Activation)
+                      .describe(options.file, dependences);
+  return source;
+}
+
+int slice(const Options& options) {
+  const Source source = readSource(options);
+  const BlockSystem& system = source.system;
+  if (!options.system.empty()) saveSystem(system, options.system);
   if (!options.list.empty()) {
     std::string text;
-    for (const std::string& name : listOf(network, options.list)) text += name + '\n';
+    for (const std::string& name : listOf(system, options.list)) text += name + '\n';
     writeOutput(text, options.output);
     return 0;
   }
 
-  const Signals signals(network);
+  const CriterionFinder finder(system.blocks);
   std::vector<Result> results;
   for (const std::string& text :
-       options.criteria.empty() ? listOf(network, "sinks") : options.criteria)
-    results.push_back({text, findCriterion(network, signals, text), {}});
-  if (results.size() != 1 && (options.format == "svg" || options.format == "dot"))
+       options.criteria.empty() ? listOf(system, "sinks") : options.criteria)
+    results.push_back({text, finder.find(text), {}});
+  if (results.size() != 1 && isPicture(options.format))
     throw CriterionError("a picture shows the slice by one criterion, not by " +
                          std::to_string(results.size()));
   for (const Result& result : results)
@@ -183,12 +220,9 @@ int slice(const Options& options) {
       throw CriterionError("a forward slice starts at a block, not at an input: " + result.text);
 
   const auto start = std::chrono::steady_clock::now();
-  const Dependences dependences = options.dependences == "data"     ? Dependences::Data
-                                  : options.dependences == "direct" ? Dependences::Direct
-                                                                    : Dependences::Activation;
   Slicer slicer = [&] {
     ProgressLine progress;
-    return Slicer(network, signals, dependences, std::ref(progress));
+    return Slicer(system, std::ref(progress));
   }();
   for (Result& result : results)
     result.slice =
@@ -197,10 +231,10 @@ int slice(const Options& options) {
 
   std::string text;
   if (options.equations)
-    for (const datamodel::Equation& equation : slicer.system()->getEquations())
+    for (const datamodel::Equation& equation : system.equations->getEquations())
       text += equation.print() + '\n';
-  writeOutput(text + render(options, diagram, network, results), options.output);
-  if (options.statistics) printStatistics(network, slicer, taken.count());
+  writeOutput(text + render(options, source, results), options.output);
+  if (options.statistics) printStatistics(system, slicer, taken.count());
   return 0;
 }
 

@@ -11,19 +11,11 @@ using namespace datamodel;
 
 namespace {
 
-std::string nameOf(const LeafPort& port) {
-  const bool isIn = port.direction == Direction::In;
-  std::string number = std::to_string(port.number);
-  switch (port.kind) {
-    case SignalKind::Data:
-      return (isIn ? "in" : "out") + number;
-    case SignalKind::Event:
-      return (isIn ? "eventIn" : "eventOut") + number;
-    case SignalKind::Implicit:
-      return (isIn ? "physicalIn" : "physicalOut") + number;
-  }
-  return number;
+BlockPort describedPort(const LeafPort& port) {
+  return {port.kind, port.direction, port.number, 0, {}};
 }
+
+std::string nameOf(const LeafPort& port) { return describedPort(port).name(); }
 
 /// The data input that chooses between the others; 0 for a block that does not choose.
 int controlOf(const Leaf& leaf) {
@@ -146,13 +138,12 @@ LExpression DependenceSystem::elementsOf(LeafPortIndex output, std::size_t first
                                      static_cast<std::uint16_t>(first + count - 1));
 }
 
-DependenceSystem::Terms DependenceSystem::input(LeafPortIndex port,
-                                                std::optional<std::size_t> element) const {
+DependenceSystem::Terms DependenceSystem::input(LeafPortIndex port) const {
   if (portAt(port).kind == SignalKind::Implicit) return seen_[port.leaf][port.port];
   Terms terms;
   for (const LeafPortIndex driver : network_.nets()[portAt(port).net].drivers) {
-    if (element || !signals_.isSplit(driver)) {
-      terms.push_back(elementsOf(driver, element.value_or(1), 1));
+    if (!signals_.isSplit(driver)) {
+      terms.push_back(placeOf(driver));
     } else {
       for (std::size_t each = 1; each <= signals_.size(driver); ++each)
         terms.push_back(elementsOf(driver, each, 1));
@@ -170,8 +161,28 @@ DependenceSystem::Terms DependenceSystem::terms(std::size_t leaf, bool withData)
   return all;
 }
 
-DependenceSystem::Terms DependenceSystem::inputs(std::size_t leaf) const {
-  return terms(leaf, true);
+BlockSystem DependenceSystem::describe(const std::string& diagram,
+                                       const std::string& dependences) const {
+  BlockSystem system{builder_->build(), diagram, dependences, {}};
+  for (std::size_t leaf = 0; leaf < network_.leaves().size(); ++leaf) {
+    SystemBlock& block = system.blocks.emplace_back();
+    block.name = leafAt(leaf).name;
+    for (std::size_t index = 0; index < leafAt(leaf).ports.size(); ++index) {
+      const LeafPort& port = leafAt(leaf).ports[index];
+      if (port.kind == SignalKind::Event && !isInput(port)) continue;
+      BlockPort& described = block.ports.emplace_back(describedPort(port));
+      if (!isInput(port)) continue;
+      described.size = port.kind == SignalKind::Data ? signals_.drivenSize({leaf, index}) : 1;
+      if (port.kind == SignalKind::Implicit) {
+        described.reads = seen_[leaf][index];
+      } else {
+        for (const LeafPortIndex driver : network_.nets()[port.net].drivers)
+          described.reads.push_back(placeOf(driver));
+      }
+    }
+  }
+  system.describe();
+  return system;
 }
 
 // ---------------------------------------------------------------- equations
@@ -212,7 +223,7 @@ DependenceSystem::Terms DependenceSystem::mixture(std::size_t leaf) {
 
   Terms influences{self(leaf)};
   if (deciding.empty() || chosen.size() < 2) {
-    append(influences, inputs(leaf));
+    append(influences, terms(leaf, true));
     return influences;
   }
   append(influences, terms(leaf, false));

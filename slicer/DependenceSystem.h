@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <torvan/datamodel.h>
 
+#include "BlockSystem.h"
 #include "Network.h"
 #include "Signals.h"
 
@@ -32,13 +32,9 @@ class DependenceSystem {
   /// leaves.
   DependenceSystem(const Network& network, const Signals& signals, Dependences dependences);
 
-  datamodel::System system() const { return builder_->build(); }
-  /// Terms whose values together are what a leaf reads: sets of leaves, leaf k (from 0) as bit k.
-  std::vector<datamodel::Term> inputs(std::size_t leaf) const;
-  /// The same for one input port, or for one element of it, from 1. Where the elements are not
-  /// followed apart, each stands for all.
-  std::vector<datamodel::Term> input(LeafPortIndex port,
-                                     std::optional<std::size_t> element = {}) const;
+  /// The equations with what is known of the leaves, which is added to their model: to be called
+  /// once. It stays when this object goes. The texts say of what diagram and dependences it is.
+  BlockSystem describe(const std::string& diagram, const std::string& dependences) const;
 
  private:
   using Terms = std::vector<datamodel::Term>;
@@ -53,6 +49,8 @@ class DependenceSystem {
   /// Some elements of what a port sends; all that it sends when they are not followed apart.
   datamodel::LExpression elementsOf(LeafPortIndex output, std::size_t first,
                                     std::size_t count) const;
+  /// What reaches an input port, as sets: those of all elements.
+  Terms input(LeafPortIndex port) const;
   /// What a leaf reads, with or without its data inputs.
   Terms terms(std::size_t leaf, bool withData) const;
   /// The influence of a leaf itself: a set, or an array of `count` such sets.

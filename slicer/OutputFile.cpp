@@ -34,10 +34,19 @@ void writeOutput(const std::string& text, const std::string& file) {
     if (!(std::cout << text << std::flush)) throw std::runtime_error("cannot write the output");
     return;
   }
+  writeOutput([&text](std::ostream& out) { out << text; }, file);
+}
+
+void writeOutput(const std::function<void(std::ostream&)>& write, const std::string& file) {
   const Uninterrupted whole;
   const std::string part = file + ".part";
   std::ofstream stream(part, std::ios::binary);
-  stream << text;
+  try {
+    if (stream) write(stream);
+  } catch (...) {
+    std::remove(part.c_str());
+    if (stream) throw;  // or else it only says that the stream failed
+  }
   stream.close();
   if (stream && std::rename(part.c_str(), file.c_str()) == 0) return;
   std::remove(part.c_str());

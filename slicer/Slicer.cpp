@@ -4,35 +4,51 @@ namespace torvan::slicer {
 
 using namespace datamodel;
 
-Slicer::Slicer(const Network& network, const Signals& signals, Dependences dependences,
-               const FixpointSolver::Progress& progress)
-    : network_(network), equations_(network, signals, dependences), solver_(equations_.system()) {
+Slicer::Slicer(const BlockSystem& system, const FixpointSolver::Progress& progress)
+    : system_(system), solver_(system.equations) {
   solver_.solve(progress);
 }
 
-BitSet Slicer::join(const std::vector<Term>& terms) {
-  BitSet leaves(network_.leaves().size());
-  for (const Term& term : terms) leaves |= PowerSet {
-      solver_.evaluate(term)
-      } -> getValue();
-  return leaves;
+void Slicer::join(BitSet& influences, const BlockPort& port, std::optional<std::size_t> element) {
+  const auto add = [&](const LatticeValue& value) {
+    BitSet bits = PowerSet(value)->getValue();
+    bits.resize(influences.size());
+    influences |= bits;
+  };
+  for (const Term& term : port.reads) {
+    const LatticeValue value = solver_.evaluate(term);
+    if (!value->getMetaClass().isKindOf(Array::metaClass())) {
+      add(value);
+      continue;
+    }
+    for (const auto& [index, part] : Array(value)->getValues())
+      if (!element || index == *element) add(part->getValue());
+  }
+}
+
+BitSet Slicer::influences(const SystemBlock& block) {
+  BitSet influences(system_.blocks.size());
+  for (const BlockPort& port : block.ports) join(influences, port);
+  return influences;
 }
 
 std::set<std::size_t> Slicer::backward(const Criterion& criterion) {
-  const BitSet influences =
-      criterion.port ? join(equations_.input({criterion.leaf, *criterion.port}, criterion.element))
-                     : join(equations_.inputs(criterion.leaf));
-  std::set<std::size_t> slice{criterion.leaf};
-  for (std::size_t leaf = influences.find_first(); leaf != BitSet::npos;
-       leaf = influences.find_next(leaf))
-    slice.insert(leaf);
+  const SystemBlock& block = system_.blocks[criterion.block];
+  BitSet found(system_.blocks.size());
+  if (criterion.port)
+    join(found, block.ports[*criterion.port], criterion.element);
+  else
+    found = influences(block);
+  std::set<std::size_t> slice{criterion.block};
+  for (std::size_t each = found.find_first(); each != BitSet::npos; each = found.find_next(each))
+    slice.insert(each);
   return slice;
 }
 
 std::set<std::size_t> Slicer::forward(const Criterion& criterion) {
-  std::set<std::size_t> slice{criterion.leaf};
-  for (std::size_t leaf = 0; leaf < network_.leaves().size(); ++leaf)
-    if (join(equations_.inputs(leaf)).test(criterion.leaf)) slice.insert(leaf);
+  std::set<std::size_t> slice{criterion.block};
+  for (std::size_t block = 0; block < system_.blocks.size(); ++block)
+    if (influences(system_.blocks[block]).test(criterion.block)) slice.insert(block);
   return slice;
 }
 

@@ -1,35 +1,36 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <set>
-#include <vector>
 
+#include "BlockSystem.h"
 #include "Criterion.h"
-#include "DependenceSystem.h"
 #include "FixpointSolver.h"
 
 namespace torvan::slicer {
 
-/// Slices a network by any number of criteria; the equations are solved once.
+/// Slices by any number of criteria; the equations are solved once.
 class Slicer {
  public:
-  /// The network has to outlive the object.
-  Slicer(const Network& network, const Signals& signals, Dependences dependences,
-         const FixpointSolver::Progress& progress = {});
+  /// The system has to outlive the object.
+  explicit Slicer(const BlockSystem& system, const FixpointSolver::Progress& progress = {});
 
-  /// The leaves that can influence the criterion, with its own.
+  /// The blocks that can influence the criterion, with its own.
   std::set<std::size_t> backward(const Criterion& criterion);
-  /// The leaves that the criterion's leaf can influence, and the leaf itself.
+  /// The blocks that the criterion's block can influence, and the block itself.
   std::set<std::size_t> forward(const Criterion& criterion);
 
-  datamodel::System system() const { return equations_.system(); }
   const FixpointSolver::Statistics& statistics() const { return solver_.statistics(); }
 
  private:
-  datamodel::BitSet join(const std::vector<datamodel::Term>& terms);
+  /// Adds what a port reads: one element of it, or all. Where the elements are not followed apart,
+  /// each stands for all.
+  void join(datamodel::BitSet& influences, const BlockPort& port,
+            std::optional<std::size_t> element = {});
+  datamodel::BitSet influences(const SystemBlock& block);
 
-  const Network& network_;
-  DependenceSystem equations_;
+  const BlockSystem& system_;
   FixpointSolver solver_;
 };
 

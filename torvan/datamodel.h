@@ -35,6 +35,7 @@
 #include <torvan/datamodel/SystemBuilder.h>
 #include <torvan/datamodel/Term.h>
 #include <torvan/datamodel/TypeFactory.h>
+#include <torvan/datamodel/ValueArchive.h>
 #include <torvan/datamodel/ValueFactory.h>
 #include <torvan/datamodel/ValueTypes.h>
 #include <torvan/datamodel/Variable.h>

@@ -39,6 +39,8 @@ constexpr Message messages[] = {
      "Cannot load '{0}', line {1}, element '{2}', property '{3}': {4}"},
     {frameworkCatalog, "CannotParseValue", "'{0}' is no value of type '{1}'."},
     {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
+    {frameworkCatalog, "CannotExportValues", "Cannot export values: '{0}': {1}"},
+    {frameworkCatalog, "CannotImportValues", "Cannot import values: {0}: {1}"},
     {hostCatalog, "InvalidHandle", "The handle is invalid or its object was deleted."},
 };
 

@@ -75,6 +75,42 @@ class ProgramTest(unittest.TestCase):
         self.assertIn("GENSIN_f#1", sources)
         self.assertTrue(set(sinks) | set(sources) < set(blocks))
 
+    def test_saved_systems_give_the_slices_of_their_diagrams(self):
+        names = run(DIAGRAM, "--list", "blocks").stdout.split()
+        inputs = [f"{name}.in{k}{element}" for name in names for k in (1, 2) for element in ("", "[1]", "[3]")]
+        known = [text for text in inputs if run(DIAGRAM, "--criterion", text).returncode == 0]
+        for deps in ("data", "activation", "direct"):
+            saved = self.folder / deps
+            self.assertEqual(run(DIAGRAM, "--deps", deps, "--save", saved).returncode, 0)
+            for words in ([], ["--forward"], ["--equations"], ["--list", "sources"],
+                          [word for text in names + known for word in ("--criterion", text)]):
+                for form in ("text", "json"):
+                    wanted, found = (run(file, *words, "--deps", deps, "--format", form, "--stats")
+                                     for file in (DIAGRAM, saved))
+                    self.assertEqual(found.stdout, wanted.stdout)
+                    self.assertEqual(found.stderr.split("solved")[0], wanted.stderr.split("solved")[0])
+        for text in set(inputs) - set(known):
+            self.assertEqual(run(saved, "--criterion", text).stderr, run(DIAGRAM, "--criterion", text).stderr)
+
+    def test_bad_systems_are_refused_in_one_line(self):
+        saved, values = self.folder / "saved", self.folder / "saved.values"
+        run(DIAGRAM, "--save", saved)
+        self.assertEqual(set(self.folder.iterdir()), {saved, values})
+        self.assert_refused("needs the diagram", saved, "--criterion", "MUX#1", "--format", "svg")
+        self.assert_refused("'--deps data'", saved, "--deps", "direct")
+        self.assert_refused("cannot write", DIAGRAM, "--save", self.folder / "none" / "saved")
+        text = values.read_text()
+        for broken in (text[:-9], text.replace('"bits":"', '"bits":"x', 1), "{}"):
+            values.write_text(broken)
+            self.assert_refused("saved.values: ", saved)
+        values.unlink()
+        self.assert_refused("saved.values: cannot open", saved)
+        values.write_text(text)
+        saved.write_text(saved.read_text().replace('"field":"in', '"field":"inside', 1))
+        self.assert_refused("saved: ", saved)
+        saved.write_text("{}")
+        self.assert_refused("saved", saved)
+
     def test_bad_input_is_refused_in_one_line(self):
         self.assert_refused("no-such-file.zcos", "no-such-file.zcos")
         self.assert_refused("there is no block 'NONE#1'", DIAGRAM, "--criterion", "NONE#1")
