@@ -278,7 +278,7 @@ void save(std::span<const ModelElement> roots, std::ostream& out) {
   Targets part;
   for (const ModelElement& root : roots) {
     if (root->isProxy()) saver.refuse({root.get()}, "A proxy has nothing to save.");
-    root->checkCompatibleModel(roots.front());
+    root->checkCompatibleModel(roots.front().get());
     part.found.push_back(root.get());
   }
   std::vector<Element*> tops = part.found;
