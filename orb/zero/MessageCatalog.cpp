@@ -12,8 +12,6 @@ struct Message {
   std::string_view catalog, identifier, text;
 };
 
-constexpr std::string_view hostCatalog = "NUMBAT:class";
-
 constexpr Message messages[] = {
     {frameworkCatalog, "CannotCastIncompatibleTypes",
      "The object is empty, deleted or of another type: expected '{0}'."},
@@ -41,7 +39,6 @@ constexpr Message messages[] = {
     {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
     {frameworkCatalog, "CannotExportValues", "Cannot export values: '{0}': {1}"},
     {frameworkCatalog, "CannotImportValues", "Cannot import values: {0}: {1}"},
-    {hostCatalog, "InvalidHandle", "The handle is invalid or its object was deleted."},
 };
 
 }  // namespace
