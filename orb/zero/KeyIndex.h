@@ -25,7 +25,7 @@ class KeyIndex {
   bool isDue(std::size_t size) noexcept { return size >= smallest && ++searches_ >= size / 8; }
   template <class Map>
   void make(Map& map) {
-    std::vector<Entry>(std::bit_ceil(4 * map.size())).swap(table_);
+    std::vector<Entry>(std::bit_ceil(2 * map.size() + 1)).swap(table_);
     taken_ = 0;
     for (Node& node : map) insert(node);
   }

@@ -34,7 +34,11 @@ class ORB_ZERO_API ModelElement {
   ModelElement() noexcept = default;
   explicit ModelElement(Impl* element) noexcept;
   ModelElement(const ModelElement& other) noexcept : ModelElement(other.get()) {}
-  ModelElement(ModelElement&& other) noexcept { *this = std::move(other); }
+  ModelElement(ModelElement&& other) noexcept
+      : word_(other.isSlot() ? 0 : std::exchange(other.word_, 0)) {
+    if (other.isSlot()) [[unlikely]]
+      assign(other.get());
+  }
   ModelElement& operator=(const ModelElement& other) noexcept { return assignHandle(other.get()); }
   ModelElement& operator=(ModelElement&& other) noexcept {
     if ((word_ | other.word_) & slotTag) return assignHandle(other.get());  // not from a slot

@@ -13,7 +13,7 @@
 namespace orb::zero {
 
 /// How a `Value` treats what it holds, given as the bytes in which it is stored. The records are
-/// constant; each shared library may have its own of a type.
+/// constant. As a rule a process has one of a type, but a library that hides the type has its own.
 struct ValueType {
   std::string_view name;  ///< of one element, see `ValueTraits`
   Multiplicity multiplicity;
@@ -74,7 +74,7 @@ class ORB_ZERO_API Value {
 
   /// How an S is stored: in place, or behind a pointer.
   template <class S>
-  struct Stored;
+  struct ORB_ZERO_API Stored;
 
   void take(Value& other) noexcept {
     type_ = std::exchange(other.type_, nullptr);
@@ -98,7 +98,7 @@ class ORB_ZERO_API Value {
 };
 
 template <class S>
-struct Value::Stored {
+struct ORB_ZERO_API Value::Stored {
   // NOLINTNEXTLINE(bugprone-sizeof-expression): an S may be a pointer.
   static constexpr bool isInPlace = sizeof(S) <= capacity && alignof(S) <= alignof(void*) &&
                                     std::is_nothrow_move_constructible_v<S>;

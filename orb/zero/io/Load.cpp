@@ -1,7 +1,12 @@
 #include <orb/zero/io/ModelFile.h>
 
 #include <rapidjson/error/en.h>
+#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+#include <rapidjson/stringbuffer.h>
+
+#include <cstdint>
+#include <cstring>
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/Transaction.h>
@@ -9,6 +14,31 @@
 
 namespace orb::zero::io {
 namespace {
+
+bool isAscii(std::string_view text) {
+  std::uint64_t seen = 0, word = 0;
+  for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+    std::memcpy(&word, text.data(), sizeof word);
+    seen |= word;
+  }
+  for (const char c : text) seen |= static_cast<unsigned char>(c);
+  return (seen & 0x8080'8080'8080'8080) == 0;
+}
+
+bool isUtf8(std::string_view text) {
+  rapidjson::MemoryStream in(text.data(), text.size());
+  rapidjson::GenericStringBuffer<rapidjson::UTF8<>> out;
+  while (in.Tell() < text.size())
+    if (!rapidjson::UTF8<>::Validate(in, out)) return false;
+  return true;
+}
+
+/// A text of the file. Most are short and plain, which is seen faster here than by the reader.
+std::string_view checked(std::string_view text) {
+  if (!isAscii(text) && !isUtf8(text))
+    throw Refusal{rapidjson::GetParseError_En(rapidjson::kParseErrorStringInvalidEncoding)};
+  return text;
+}
 
 /// Hands on what the reader meets.
 class Tokens : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Tokens> {
@@ -20,10 +50,10 @@ class Tokens : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Tokens> {
   bool StartArray() { return loader_.beginArray(), true; }
   bool EndArray(rapidjson::SizeType) { return loader_.endArray(), true; }
   bool Key(const char* text, rapidjson::SizeType size, bool) {
-    return loader_.key({text, size}), true;
+    return loader_.key(checked({text, size})), true;
   }
   bool String(const char* text, rapidjson::SizeType size, bool) {
-    return loader_.value(Loader::Form::Text, {text, size}), true;
+    return loader_.value(Loader::Form::Text, checked({text, size})), true;
   }
   bool RawNumber(const char* text, rapidjson::SizeType size, bool) {
     return loader_.value(Loader::Form::Number, {text, size}), true;
@@ -38,9 +68,7 @@ class Tokens : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Tokens> {
 };
 
 void read(Input& input, Loader& loader) {
-  constexpr unsigned flags = rapidjson::kParseIterativeFlag |
-                             rapidjson::kParseValidateEncodingFlag |
-                             rapidjson::kParseNumbersAsStringsFlag;
+  constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
   Tokens tokens(loader);
   rapidjson::Reader reader;
   const rapidjson::ParseResult result = reader.Parse<flags>(input, tokens);
