@@ -95,6 +95,13 @@ struct PropertyServices {
   void (*forget)(Element&) noexcept = nullptr;
   /// The collection itself; none for single properties.
   Collection* (*collection)(Element&) = nullptr;
+  /// How many values a collection has, and which one is at a place, which has to exist; none for
+  /// single properties, and no places in a keyed one.
+  std::size_t (*size)(const Element&) = nullptr;
+  Value (*at)(const Element&, std::size_t place) = nullptr;
+  /// The element under a key, or an empty handle, and all keys as a sequence; of a keyed one only.
+  Value (*find)(const Element&, const Value& key) = nullptr;
+  Value (*keys)(const Element&) = nullptr;
 };
 
 /// A name that is looked up: all short ones, and most others, are told apart by two words.

@@ -157,6 +157,14 @@ consteval PropertyServices emitServices() {
   };
   if constexpr (std::derived_from<Member, Collection>)
     services.collection = [](Element& e) -> Collection* { return &A::slot(e); };
+  if constexpr (K::value != ValueKind::Single)
+    services.size = [](const Element& e) -> std::size_t { return A::slot(e).size(); };
+  if constexpr (requires(const Member& slot) { K::at(slot, 0); })
+    services.at = [](const Element& e, std::size_t place) { return K::at(A::slot(e), place); };
+  if constexpr (requires(const Member& slot) { K::keys(slot); }) {
+    services.find = [](const Element& e, const Value& key) { return K::find(A::slot(e), key); };
+    services.keys = [](const Element& e) { return K::keys(A::slot(e)); };
+  }
   return services;
 }
 
