@@ -1,9 +1,14 @@
-# A shared library of all sources below a folder, whose headers are included by their path from the
-# top. Installed with its headers, and exported as torvan::<name without "torvan_">.
+# A shared library of all sources below a folder, but for those below EXCLUDE, whose headers are
+# included by their path from the top. Installed with its headers, and exported as torvan::<name
+# without "torvan_">.
 function(torvan_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "FOLDER" "HEADERS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "FOLDER;EXCLUDE" "HEADERS")
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${ARG_FOLDER}/*.cpp)
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${ARG_FOLDER}/*.h)
+  if(ARG_EXCLUDE)
+    list(FILTER sources EXCLUDE REGEX /${ARG_EXCLUDE}/)
+    list(FILTER headers EXCLUDE REGEX /${ARG_EXCLUDE}/)
+  endif()
   add_library(${name} SHARED ${sources})
   string(REPLACE "torvan_" "" exported ${name})
   add_library(torvan::${exported} ALIAS ${name})

@@ -42,11 +42,11 @@ struct TYVE_API LogicalPolicy {
 
 /// Takes every integral number in the range of the type, but no logical.
 template <class Integer>
-struct IntegerPolicy {
+struct TYVE_API IntegerPolicy {
   using Native = Integer;
   static constexpr std::string_view word =
       std::is_same_v<Integer, std::uint16_t> ? "uint16 scalar" : "int32 scalar";
-  TYVE_API static std::optional<Native> fromHost(const Value& value);
+  static std::optional<Native> fromHost(const Value& value);
   static Value toHost(Native native) { return Value::scalar(native); }
 };
 extern template struct IntegerPolicy<std::uint16_t>;

@@ -163,10 +163,10 @@ void Saver::writeProperty(Frame& frame) {
 
 void Saver::writeItems(const Frame& frame) {
   const meta::PropertyServices& services = frame.property->info->services;
-  const std::size_t count = services.count(*frame.element);
+  const std::size_t count = services.size(*frame.element);
   for (std::size_t place = 0; place < count; ++place) {
     out_.Put(place == 0 ? '[' : ',');
-    const Value value = services.item(*frame.element, place);
+    const Value value = services.at(*frame.element, place, ProxyTag::Keep);
     if (frame.property->kind == Kind::Values)
       writeValue(frame, value);
     else

@@ -93,14 +93,18 @@ struct PropertyServices {
   void (*clear)(Element&) noexcept = nullptr;
   /// Empties the property without telling its targets, which are about to go as well.
   void (*forget)(Element&) noexcept = nullptr;
-  /// Number of items of a sequence that is not owned, and one of them; none for other properties.
-  std::size_t (*count)(const Element&) = nullptr;
-  Value (*item)(const Element&, std::size_t place) = nullptr;
   /// Has the property refer to the target, or to none: a single one, which ignores the place, or
   /// the entry of a sequence, where the place after the last adds one. None for other properties.
   void (*refer)(Element&, std::size_t place, Element* target) = nullptr;
   /// The collection itself; none for single properties.
   Collection* (*collection)(Element&) = nullptr;
+  /// How many values a collection has, and which one is at a place, which has to exist; none for
+  /// single properties, and no places in a keyed one.
+  std::size_t (*size)(const Element&) = nullptr;
+  Value (*at)(const Element&, std::size_t place, ProxyTag) = nullptr;
+  /// The element under a key, or an empty handle, and all keys as a sequence; of a keyed one only.
+  Value (*find)(const Element&, const Value& key) = nullptr;
+  Value (*keys)(const Element&) = nullptr;
 };
 
 /// A name that is looked up: all short ones, and most others, are told apart by two words.

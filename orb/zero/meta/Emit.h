@@ -142,10 +142,6 @@ consteval PropertyServices emitServices() {
   };
   if constexpr (K::isOwning)
     services.add = [](Element& e, const ModelElement& child) { K::add(A::slot(e), child); };
-  if constexpr (requires(const Member& sequence) { K::item(sequence, 0); }) {
-    services.count = [](const Element& e) { return A::slot(e).size(); };
-    services.item = [](const Element& e, std::size_t place) { return K::item(A::slot(e), place); };
-  }
   if constexpr (requires { typename K::Handle; })
     services.refer = [](Element& e, std::size_t, Element* target) {
       static_cast<typename X::Impl&>(e).template set<A::row.member>(
@@ -170,6 +166,16 @@ consteval PropertyServices emitServices() {
   };
   if constexpr (std::derived_from<Member, Collection>)
     services.collection = [](Element& e) -> Collection* { return &A::slot(e); };
+  if constexpr (K::value != ValueKind::Single)
+    services.size = [](const Element& e) -> std::size_t { return A::slot(e).size(); };
+  if constexpr (requires(const Member& slot) { K::at(slot, 0, ProxyTag::Keep); })
+    services.at = [](const Element& e, std::size_t place, ProxyTag tag) {
+      return K::at(A::slot(e), place, tag);
+    };
+  if constexpr (requires(const Member& slot) { K::keys(slot); }) {
+    services.find = [](const Element& e, const Value& key) { return K::find(A::slot(e), key); };
+    services.keys = [](const Element& e) { return K::keys(A::slot(e)); };
+  }
   return services;
 }
 

@@ -16,7 +16,7 @@
 ///   Old                                what an undo record keeps, absent for collections, which
 ///                                      log every change by themselves
 ///   get, assign, snapshot              reads and replaces a collection, and what of it is compared
-///   item                               reads one item of a sequence that is not owned
+///   at, find, keys                     reads one entry of it by its place or key
 ///   targets, add, release, replace, note, clear, forget
 ///                                      see `PropertyServices`; absent where there is nothing
 namespace orb::zero::meta {
@@ -89,9 +89,16 @@ struct CollectionKind {
     std::vector<ModelElement> elements;
     elements.reserve(collection.size());
     collection.forEach([&](const ModelElement& element) {
-      elements.push_back(tag == ProxyTag::Resolve && element ? element->resolved() : element);
+      elements.push_back(tag == ProxyTag::Resolve ? resolved(element) : element);
     });
     return elements;
+  }
+  static ModelElement resolved(const ModelElement& element) {
+    return element ? element->resolved() : element;
+  }
+  static Value at(const Collection& collection, std::size_t place,
+                  ProxyTag tag) requires(kind == ValueKind::Collection) {
+    return tag == ProxyTag::Resolve ? resolved(collection[place]) : ModelElement(collection[place]);
   }
   static void assign(Collection& collection, const Value& value) {
     using Elements = std::vector<typename Collection::Entry>;
@@ -107,15 +114,22 @@ struct CollectionKind {
   static void forget(Collection& collection) noexcept { collection.forget(); }
 };
 template <class K, class E>
-struct Kind<ElementMap<K, E>> : CollectionKind<ElementMap<K, E>, ValueKind::Keyed, true> {};
+struct Kind<ElementMap<K, E>> : CollectionKind<ElementMap<K, E>, ValueKind::Keyed, true> {
+  static Value find(const ElementMap<K, E>& map, const Value& key) {
+    return Kind::resolved(map[key.getValue<K>()]);
+  }
+  static Value keys(const ElementMap<K, E>& map) {
+    std::vector<K> keys;
+    keys.reserve(map.size());
+    for (const auto& [key, child] : map) keys.push_back(key);
+    return keys;
+  }
+};
 template <class E>
 struct Kind<OwnedSequence<E>> : CollectionKind<OwnedSequence<E>, ValueKind::Collection, true> {};
 template <class E>
 struct Kind<ReferenceSequence<E>>
     : CollectionKind<ReferenceSequence<E>, ValueKind::Collection, false> {
-  static Value item(const ReferenceSequence<E>& sequence, std::size_t place) {
-    return ModelElement(sequence[place]);
-  }
   static void note(const ReferenceSequence<E>& sequence, const Element& owner,
                    Referrers& referrers) noexcept {
     for (const Slot<E>& entry : sequence)
@@ -130,7 +144,7 @@ struct Kind<PrimitiveSequence<T>> {
   static constexpr bool isOwning = false;
 
   static Value get(const PrimitiveSequence<T>& sequence, ProxyTag) { return snapshot(sequence); }
-  static Value item(const PrimitiveSequence<T>& sequence, std::size_t place) {
+  static Value at(const PrimitiveSequence<T>& sequence, std::size_t place, ProxyTag) {
     return T(sequence[place]);
   }
   static void assign(PrimitiveSequence<T>& sequence, const Value& value) {

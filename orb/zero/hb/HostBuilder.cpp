@@ -1,0 +1,67 @@
+#include <orb/zero/hb/HostBuilder.h>
+
+#include <boost/uuid/string_generator.hpp>
+#include <stdexcept>
+#include <string>
+
+#include <orb/zero/Exception.h>
+#include <orb/zero/Value.h>
+#include <orb/zero/hb/MetaMarshalerRegistry.h>
+#include <tyve/factory/Marshaler.h>
+
+namespace orb::zero::hb {
+namespace {
+
+const meta::PropertyInfo* propertyNamed(const meta::ClassInfo& type, std::string_view name) {
+  const meta::Name wanted(name);
+  for (const meta::PropertyInfo* property : type.all)
+    if (property->lookup == wanted) return property;
+  return nullptr;
+}
+
+void setFromHost(ModelElement::Builder& builder, const std::string& name,
+                 const tyve::Value& value) {
+  const meta::ClassInfo& type = builder.getMetaClass();
+  const meta::PropertyInfo* const property = propertyNamed(type, name);
+  const ValueMarshaler* const marshaler =
+      property ? MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property) : nullptr;
+  if (!marshaler) raise("NoSuchProperty", {std::string(type.name), name});
+  builder.setOrAdd(*property, property->kind == meta::ValueKind::Single
+                                  ? marshaler->fromHost(value)
+                                  : marshaler->fromHostMany(value));
+}
+
+}  // namespace
+
+BuilderPointer instantiateBuilder(const meta::ClassInfo& type, const Model& model) {
+  if (!type.makeBuilder) raise("InvalidValue");
+  return type.makeBuilder(model);
+}
+
+BuilderPointer createBuilderFromStruct(const meta::ClassInfo& type, const Model& model,
+                                       const tyve::Value& structure) {
+  if (!structure.is(tyve::Kind::Struct) || !structure.isScalar()) raise("InvalidValue");
+  BuilderPointer builder = instantiateBuilder(type, model);
+  const auto fields = structure.fields();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    setFromHost(*builder, fields[i], structure.field(i));
+  return builder;
+}
+
+BuilderPointer createBuilderFromStructFirst(const meta::ClassInfo& type, const Model& model,
+                                            const tyve::Value& structures) {
+  if (!structures.is(tyve::Kind::Struct) || structures.isEmpty()) raise("InvalidValue");
+  return createBuilderFromStruct(type, model, structures.at(0));
+}
+
+uuid extractUuid(const tyve::Value& value) {
+  const auto text = tyve::factory::CharPolicy::fromHost(value);
+  if (!text) raise("InvalidValue");
+  try {
+    return boost::uuids::string_generator()(*text);
+  } catch (const std::runtime_error&) {
+    raise("InvalidValue");
+  }
+}
+
+}  // namespace orb::zero::hb

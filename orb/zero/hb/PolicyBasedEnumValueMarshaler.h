@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <orb/zero/Exception.h>
+#include <orb/zero/hb/PolicyBasedValueMarshaler.h>
+#include <tyve/ClassSystem.h>
+
+namespace orb::zero::hb {
+
+/// Converts the enumeration T to members of its host class, and back; also from texts that the host
+/// can convert to members. Raises "CannotCastIncompatibleTypes" with the name of T for what is not
+/// one member.
+template <class T>
+requires std::is_same_v<std::underlying_type_t<T>, std::int32_t>
+class PolicyBasedEnumValueMarshaler : public PolicyBasedValueMarshaler<T> {
+ public:
+  /// The host class is what the type word says without " scalar".
+  explicit PolicyBasedEnumValueMarshaler(std::string_view typeWord = std::string(valueName<T>()) +
+                                                                     std::string(scalar))
+      : PolicyBasedValueMarshaler<T>(tyve::intern(typeWord)),
+        className_(tyve::intern(typeWord.ends_with(scalar)
+                                    ? typeWord.substr(0, typeWord.size() - scalar.size())
+                                    : typeWord)) {}
+
+ protected:
+  tyve::Value one(const T& value) const override {
+    const auto number = static_cast<std::int32_t>(value);
+    const tyve::COSClassInfo& info = hostClass();
+    for (const auto& [known, member] : members_)
+      if (known == number) return member;
+    return info.makeEnumeration(tyve::Value::scalar(number));  // raises that there is none
+  }
+  tyve::Value many(const std::vector<T>& values) const override {
+    std::vector<std::int32_t> numbers;
+    for (const T value : values) numbers.push_back(static_cast<std::int32_t>(value));
+    return hostClass().makeEnumeration(tyve::Value::row<std::int32_t>(numbers));
+  }
+  T read(const tyve::Value& given) const override {
+    const tyve::Value value = isText(given) ? memberOf(given) : given;
+    if (!value.isScalar() || !value.is(tyve::Kind::Enumeration) || value.className() != className_)
+      raise("CannotCastIncompatibleTypes", {std::string(valueName<T>())});
+    return static_cast<T>(value.number<std::int32_t>());
+  }
+
+ private:
+  static constexpr std::string_view scalar = " scalar";
+
+  static bool isText(const tyve::Value& value) {
+    return value.is(tyve::Kind::Char) || value.is(tyve::Kind::String) || value.is(tyve::Kind::Cell);
+  }
+  /// What the host makes of the text; itself when it cannot.
+  tyve::Value memberOf(const tyve::Value& text) const {
+    hostClass();  // brings the conversion
+    const auto* const conversion =
+        tyve::ClassSystem::getInstance().types().findConversion(className_);
+    return conversion ? (*conversion)(text).value_or(text) : text;
+  }
+  /// Known from the first use on; values share the members.
+  const tyve::COSClassInfo& hostClass() const {
+    std::call_once(once_, [this] {
+      hostClass_ = &tyve::ClassSystem::getInstance().getClass(className_);
+      for (const auto& [name, value] : hostClass_->getEnumerationMembers())
+        members_.emplace_back(value, hostClass_->makeEnumeration(tyve::Value::scalar(value)));
+    });
+    return *hostClass_;
+  }
+
+  tyve::Name className_;
+  mutable std::once_flag once_;
+  mutable const tyve::COSClassInfo* hostClass_ = nullptr;
+  mutable std::vector<std::pair<std::int32_t, tyve::Value>> members_;
+};
+
+}  // namespace orb::zero::hb

@@ -1,0 +1,191 @@
+#include <orb/zero/Transaction.h>
+#include <orb/zero/hb/MetaMarshalerRegistry.h>
+
+#include <set>
+
+#include "tests/bindings/HostTest.h"
+#include "tests/orb/Failure.h"
+
+namespace torvan::datamodel {
+namespace {
+
+using CallTest = HostTest;
+
+constexpr const char* id = "12345678-1234-4234-8234-123456789abc";
+
+TEST_F(CallTest, ElementsAreMadeFromAStructAndAUuidInEitherOrder) {
+  const Host init = Host::structure({"name", "type"}, {text("x"), host(sets)});
+  const Host x = construct("Variable", {model, init, text(id)});
+  EXPECT_EQ(x.className(), modelName("Variable"));
+  EXPECT_EQ(get(x, "name").text(), "x");
+  EXPECT_EQ(get(x, "type"), host(sets));
+  EXPECT_EQ(get(x, "uuid").text(), id);
+  const Host operands = Host::structure({"operands"}, {Host::cell({host(sets->getTop()), x})});
+  EXPECT_EQ(get(get(construct("Join", {model, operands}), "operands"), "size"), number(2));
+
+  EXPECT_EQ(failure("Variable", {model, text(id), init}), "UniquenessConstraint");
+  call(x, "delete");
+  EXPECT_EQ(get(construct("Variable", {model, text(id), init}), "uuid").text(), id);
+}
+
+TEST_F(CallTest, ConstructorsRefuseWhatTheyCannotUse) {
+  for (const Host& noModel :
+       {Host(), Host::empty(intern("orb.zero.Model")), text("model"), host(sets)})
+    EXPECT_EQ(failure("Variable", {noModel}), "CannotCreateWithoutModel");
+  for (const Host& noUuid : {text("12345678-1234"), Host::scalar(1.0), Host(),
+                             Host::structure({"name"}, {text("x"), text("y")}, {1, 2})})
+    EXPECT_EQ(failure("Variable", {model, noUuid}), "InvalidValue");
+  EXPECT_EQ(failure("Variable", {model, text(id), text(id)}), "InvalidValue");
+  EXPECT_EQ(failure("Variable", {model, Host::structure({"type"}, {host(sets->getTop())})}),
+            "CannotCastIncompatibleTypes(torvan.datamodel.LatticeType)");
+}
+
+TEST_F(CallTest, TheReceiverIsTestedBeforeTheArguments) {
+  const LatticeValue value = sets->getTop().clone();
+  const Host object = host(value), values = get(host(arrays->getTop()), "values");
+  const Host wrong = text("no value");
+  {
+    const auto transaction = session.model().beginTransaction();
+    call(object, "delete");
+    arrays->getTop()->destroy();
+    for (const char* const method : {"join", "clone", "delete"})
+      EXPECT_EQ(failureOf([&] { call(object, method, {wrong}); }), "host InvalidHandle");
+    EXPECT_EQ(failureOf([&] { get(values, "size"); }), "host InvalidHandle");
+  }
+  EXPECT_EQ(get(values, "size"), number(2));  // the transaction was rolled back
+  EXPECT_EQ(call(object, "eq", {object}), Host::scalar(true));
+  EXPECT_EQ(failureOf([&] { call(empty("PowerSet"), "join", {wrong}); }), "host InvalidHandle");
+}
+
+TEST_F(CallTest, AnEmptyHandleIsAnObjectOfItsDeclaredClass) {
+  const Host variable = construct("Variable", {model});
+  const Host type = get(variable, "type");
+  EXPECT_EQ(type.className(), modelName("LatticeType"));
+  EXPECT_EQ(failureOf([&] { get(type, "name"); }), "host InvalidHandle");
+  EXPECT_NE(type, empty("LatticeType"));
+  // As an argument it goes to the operation, as does an empty object.
+  EXPECT_EQ(call(host(sets), "isCompatible", {type}), Host::scalar(false));
+  EXPECT_EQ(call(host(sets), "isCompatible", {empty("LatticeType")}), Host::scalar(false));
+
+  const Host equation = construct("Equation", {model});
+  set(equation, "lhs", variable);
+  EXPECT_EQ(call(equation, "getLhsVariable"), variable);
+  EXPECT_EQ(failureOf([&] { set(equation, "lhs", host(sets)); }),
+            "CannotCastIncompatibleTypes(torvan.datamodel.LExpression)");
+  set(equation, "lhs", Host());
+  EXPECT_EQ(get(equation, "lhs").className(), modelName("LExpression"));
+}
+
+TEST_F(CallTest, CreateIntoAddsOneElementOrNone) {
+  const Host array = construct("Array", {model}), values = get(array, "values");
+  const Host init = Host::structure({"index", "value"}, {number(7), host(sets->getTop())});
+  const Host element = call(array, "createIntoValues", {init, text(id)});
+  EXPECT_EQ(get(element, "index"), Host::scalar<std::uint16_t>(7));
+  EXPECT_EQ(call(values, "at", {number(7)}), element);
+
+  const std::size_t size = session.model().size();
+  const auto failureOfNew = [&](std::vector<Host> given) {
+    return failureOf([&] { call(array, "createIntoValues", given); });
+  };
+  EXPECT_EQ(failureOfNew({init}), "UniquenessConstraint");
+  EXPECT_EQ(failureOfNew({init, text("no UUID")}), "InvalidValue");
+  EXPECT_EQ(session.model().size(), size);
+  EXPECT_EQ(get(values, "size"), number(1));
+
+  EXPECT_EQ(get(call(array, "createIntoValues"), "index"), Host::scalar<std::uint16_t>(0));
+  EXPECT_EQ(call(values, "keys"), Host::row<std::uint16_t>(std::vector<std::uint16_t>{0, 7}));
+  EXPECT_EQ(get(call(construct("Struct", {model}), "createIntoValues"), "name").text(), "");
+  const Host system = construct("System", {model});
+  const Host equation = call(system, "createIntoEquations");
+  EXPECT_EQ(call(get(system, "equations"), "at", {number(0)}), equation);
+
+  // What a refused struct has named already stays where it was.
+  const Host thief = Host::structure({"equations", "equation"}, {equation, equation});
+  EXPECT_EQ(failure("System", {model, thief}), "NoSuchProperty(torvan.datamodel.System,equation)");
+  EXPECT_EQ(get(equation, "container"), system);
+}
+
+TEST_F(CallTest, CollectionsAreLiveViewsByTheirKind) {
+  const Host universe = get(host(sets), "universe");
+  EXPECT_EQ(universe.className(), intern("orb.zero.PrimitiveSet"));
+  EXPECT_EQ(call(universe, "values"), Host::strings({"a", "b", "b"}));
+  EXPECT_EQ(call(universe, "at", {number(2)}), Host::strings({"b"}));
+
+  Join join = session.expressionFactory()->createJoin({sets->getTop()});
+  const Host operands = get(host(join), "operands");
+  EXPECT_EQ(operands.className(), intern("orb.zero.Sequence"));
+  EXPECT_EQ(operands, get(host(join), "operands"));
+  join->getOperands().add(join);
+  EXPECT_EQ(call(operands, "at", {number(1)}), host(join));
+
+  const Host values = get(host(arrays->getTop()), "values");
+  EXPECT_EQ(values.className(), intern("orb.zero.Map"));
+  EXPECT_EQ(get(call(values, "at", {number(2)}), "value"), host(sets->getTop()));
+  EXPECT_FALSE(call(values, "at", {number(3)}).native()->isValid());
+}
+
+TEST_F(CallTest, OperationsTakeAndGiveWhatTheirSignaturesSay) {
+  const Host top = host(sets->getTop()), bottom = host(sets->getBottom());
+  EXPECT_EQ(call(top, "le", {bottom}), number(2).withClass(modelName("boolean3")));
+  EXPECT_EQ(call(top, "eq", {bottom}), Host::scalar(false));
+  EXPECT_EQ(call(call(top, "at", {number(1)}), "clone").className(), modelName("PowerSet"));
+  EXPECT_EQ(failureOf([&] { call(top, "at", {Host::scalar(65536.0)}); }),
+            "host WrongArgument(torvan.datamodel.PowerSet,at,2,uint16 scalar,65536)");
+
+  const Host equation = construct("Equation", {model});
+  EXPECT_EQ(call(equation, "getRhsVariables"), Host());
+  ExpressionFactory& expressions = *session.expressionFactory();
+  const Variable x = expressions.createVariable(sets, "x"),
+                 y = expressions.createVariable(sets, "y");
+  set(equation, "rhs", host(expressions.createJoin({x, y, x})));
+  const Host read = call(equation, "getRhsVariables");
+  EXPECT_EQ(read.className(), modelName("Variable"));
+  ASSERT_EQ(read.count(), 3u);
+  EXPECT_EQ(read.at(1), host(y));
+}
+
+TEST_F(CallTest, TheEnumerationConvertsFromAndToTheHost) {
+  using orb::zero::Value;
+  const auto& marshaler = orb::zero::hb::MetaMarshalerRegistry::getInstance().getPropertyMarshaler(
+      "torvan.datamodel.boolean3");
+  const auto members = [&](std::vector<std::int32_t> numbers) {
+    return Host::row<std::int32_t>(numbers).withClass(modelName("boolean3"));
+  };
+  using enum boolean3;
+  EXPECT_EQ(marshaler.toHost(NA), members({3}));
+  EXPECT_EQ(marshaler.toHost(boost::optional<boolean3>(F)), members({2}));
+  EXPECT_EQ(marshaler.toHost(boost::optional<boolean3>()), Host());
+  EXPECT_EQ(marshaler.toHost(std::vector{NA, T, NA}), members({3, 1, 3}));
+  EXPECT_EQ(marshaler.toHost(std::set{NA, T}), members({1, 3}));
+  EXPECT_EQ(marshaler.toHost(std::set<boolean3>()), empty("boolean3"));
+
+  EXPECT_EQ(marshaler.fromHost(members({2})), Value(F));
+  for (const Host& na : {text("NA"), Host::strings({"NA"}), Host::cell({text("NA")})})
+    EXPECT_EQ(marshaler.fromHost(na), Value(NA));
+  EXPECT_TRUE(marshaler.fromHost(empty("boolean3")).isEmpty());
+  for (const Host& none :
+       {members({1, 2}), text("na"), Host::strings({"T", "F"}), number(1), host(sets)})
+    EXPECT_EQ(orb::zero::failureOf([&] { marshaler.fromHost(none); }),
+              "CannotCastIncompatibleTypes(torvan.datamodel.boolean3)");
+
+  EXPECT_EQ(call(members({3}), "getLiteral").text(), "NA");
+  EXPECT_EQ(call(members({3}), "getPublicIdentifier").text(), "torvan.datamodel.boolean3.NA");
+  EXPECT_EQ(failureOf([&] { call(members({4}), "getLiteral"); }),
+            "host UnknownMember(torvan.datamodel.boolean3,4)");
+}
+
+TEST_F(CallTest, AnObjectKeepsItsModel) {
+  Host variable;
+  {
+    const Host other = classNamed(intern("orb.zero.Model")).construct({});
+    variable = construct("Variable", {other, Host::structure({"name"}, {text("x")})});
+    EXPECT_EQ(get(variable, "model"), other);
+    EXPECT_NE(other, model);
+  }
+  EXPECT_EQ(get(variable, "name").text(), "x");
+  EXPECT_EQ(failureOf([&] { set(construct("Equation", {model}), "lhs", variable); }),
+            "CannotCreateCrossModelAssociation");
+}
+
+}  // namespace
+}  // namespace torvan::datamodel

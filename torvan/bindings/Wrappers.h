@@ -1,0 +1,145 @@
+#pragma once
+
+#include <concepts>
+
+#include <orb/zero/hb/ORB0WrapperInfo.h>
+#include <torvan/datamodel.h>
+#include <torvan/datamodel/ModelClasses.h>
+
+namespace torvan::datamodel::hb {
+
+/// What the host's help says of a class.
+template <class X>
+inline constexpr const char* about = nullptr;
+template <>
+inline constexpr const char* about<Array> = "An array value: its elements by index, from 1.";
+template <>
+inline constexpr const char* about<ArrayElem> =
+    "One stored element of an array: its index and its value.";
+template <>
+inline constexpr const char* about<ArrayType> =
+    "Arrays of values of one element type, with indices from 1.";
+template <>
+inline constexpr const char* about<Conditional> =
+    "One of two operands, as the control expression decides.";
+template <>
+inline constexpr const char* about<Equation> =
+    "States that the place `lhs` receives the value of `rhs`.";
+template <>
+inline constexpr const char* about<Expression> = "A term that is evaluated.";
+template <>
+inline constexpr const char* about<FieldElem> =
+    "One stored field of a record: its name and its value.";
+template <>
+inline constexpr const char* about<FieldType> =
+    "One field of a record type: its name and the type of its values.";
+template <>
+inline constexpr const char* about<IndexRef> =
+    "A range of an array or of a power set, from 1 and inclusive.";
+template <>
+inline constexpr const char* about<IndexableValue> = "A value whose parts are numbered from 1.";
+template <>
+inline constexpr const char* about<Join> = "The join of its operands, in order.";
+template <>
+inline constexpr const char* about<LExpression> =
+    "An expression that can stand on the left side of an equation.";
+template <>
+inline constexpr const char* about<LatticeType> =
+    "A lattice: what values range over, with its least and its greatest value.";
+template <>
+inline constexpr const char* about<LatticeValue> = "A value of a lattice type.";
+template <>
+inline constexpr const char* about<Meet> = "The meet of its operands, in order.";
+template <>
+inline constexpr const char* about<PowerSet> = "A set over the universe of its type.";
+template <>
+inline constexpr const char* about<PowerSetType> =
+    "The sets over a universe, ordered by inclusion.";
+template <>
+inline constexpr const char* about<Prune> = "A record without the field that a path names.";
+template <>
+inline constexpr const char* about<Struct> =
+    "A record: its values by field name; fields that are not stored read as bottom.";
+template <>
+inline constexpr const char* about<StructRef> = "The field of a record.";
+template <>
+inline constexpr const char* about<StructType> =
+    "Records with one value per named field, ordered field by field.";
+template <>
+inline constexpr const char* about<System> = "The equations that an analysis solves, in order.";
+template <>
+inline constexpr const char* about<Term> =
+    "Anything that has a lattice type: expressions and values.";
+template <>
+inline constexpr const char* about<Variable> = "An unknown of a system of equations.";
+
+/// The host class of the model class X, with the operations that X offers to the host. What else it
+/// has follows from the record of X, see `orb::zero::hb::WrapperInfo`.
+template <class X>
+class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
+  static_assert(about<X> != nullptr);
+  using Base = orb::zero::hb::ORB0WrapperInfo<X>;
+
+ public:
+  Wrapper() : Base(about<X>, Base::Access::Full, primitives) {
+    if constexpr (std::derived_from<X, IndexableValue>)
+      this->template addOperation<&X::at>(
+          "at", "The part at an index, or those of a range up to an end.", 1);
+    else if constexpr (requires { &X::at; })
+      this->template addOperation<&X::at>(
+          "at", "What stands under a field name; an empty element when nothing does.");
+    if constexpr (std::derived_from<X, LatticeValue>) {
+      this->template addOperation<&X::join>("join", "The least upper bound, as a new value.");
+      this->template addOperation<&X::meet>("meet", "The greatest lower bound, as a new value.");
+      this->template addOperation<&X::le>(
+          "le", "T when below or equal, F when strictly above, NA when not comparable.");
+      this->template addOperation<&X::eq>("eq", "Whether the values are equal, part by part.");
+      this->template addOperation<&X::clone, X>("clone", "A new value equal to this one.");
+    }
+    if constexpr (requires { &X::prune; })
+      this->template addOperation<&X::prune>(
+          "prune", "A new record without the field that a path of names leads to.");
+    if constexpr (std::derived_from<X, LatticeType>)
+      this->template addOperation<&X::isCompatible>(
+          "isCompatible", "Whether values of the two types may be combined.");
+    if constexpr (std::same_as<X, Equation>) {
+      this->template addOperation<&X::print>("print", "The equation as one line of text.");
+      this->template addOperation<&X::getLhsVariable>("getLhsVariable",
+                                                      "The variable that the left side writes.");
+      this->template addOperation<&X::getRhsVariables>(
+          "getRhsVariables", "The variables that the right side reads, in order.");
+    }
+  }
+
+ private:
+  // The names of a universe are a set, although in an order.
+  static constexpr const char* primitives =
+      std::same_as<X, PowerSetType> ? "orb.zero.PrimitiveSet" : "orb.zero.PrimitiveSequence";
+};
+
+using ArrayWrapper = Wrapper<Array>;
+using ArrayElemWrapper = Wrapper<ArrayElem>;
+using ArrayTypeWrapper = Wrapper<ArrayType>;
+using ConditionalWrapper = Wrapper<Conditional>;
+using EquationWrapper = Wrapper<Equation>;
+using ExpressionWrapper = Wrapper<Expression>;
+using FieldElemWrapper = Wrapper<FieldElem>;
+using FieldTypeWrapper = Wrapper<FieldType>;
+using IndexRefWrapper = Wrapper<IndexRef>;
+using IndexableValueWrapper = Wrapper<IndexableValue>;
+using JoinWrapper = Wrapper<Join>;
+using LExpressionWrapper = Wrapper<LExpression>;
+using LatticeTypeWrapper = Wrapper<LatticeType>;
+using LatticeValueWrapper = Wrapper<LatticeValue>;
+using MeetWrapper = Wrapper<Meet>;
+using PowerSetWrapper = Wrapper<PowerSet>;
+using PowerSetTypeWrapper = Wrapper<PowerSetType>;
+using PruneWrapper = Wrapper<Prune>;
+using StructWrapper = Wrapper<Struct>;
+using StructRefWrapper = Wrapper<StructRef>;
+using StructTypeWrapper = Wrapper<StructType>;
+using SystemWrapper = Wrapper<System>;
+using TermWrapper = Wrapper<Term>;
+using VariableWrapper = Wrapper<Variable>;
+
+}  // namespace torvan::datamodel::hb
