@@ -1,4 +1,5 @@
-"""Slices every file of a corpus with torvan-slice and with the oracle, and compares block by block.
+"""Slices every file of a corpus with torvan-slice and with the oracle, and compares block by block;
+and with torvan-slice again from the system that it saved.
 
 usage: compare.py TORVAN_SLICE CORPUS
 """
@@ -6,6 +7,7 @@ import json
 import pathlib
 import subprocess
 import sys
+import tempfile
 
 import oracle
 
@@ -24,22 +26,26 @@ def criteria_of(path):
                 yield f"{leaf.name}.in{port.number}[{element}]"
 
 
-def slices(program, path, deps, direction, criteria):
+def slices(program, path, deps, direction, criteria, *options):
     words = [word for criterion in criteria for word in ("--criterion", criterion)]
-    result = subprocess.run([program, path, "--format", "json", "--deps", deps, f"--{direction}", *words],
+    result = subprocess.run([program, path, "--format", "json", "--deps", deps, f"--{direction}", *words, *options],
                             capture_output=True, text=True, check=False)
     if result.returncode:
         return result.stderr.strip() or f"exit status {result.returncode}"
     return {line["criterion"]: line["blocks"] for line in map(json.loads, result.stdout.splitlines())}
 
 
-def differences(program, path):
+def differences(program, path, saved):
     """What the program says otherwise than the oracle, one line each."""
     wanted = {"backward": list(criteria_of(path)), "forward": [leaf.name for leaf in oracle.read(path)]}
     if not wanted["forward"]:
         return
     for direction, criteria in wanted.items():
-        found = {deps: slices(program, path, deps, direction, criteria) for deps in MODES}
+        save = ("--save", saved) if direction == "backward" else ()
+        found = {deps: slices(program, path, deps, direction, criteria, *(save if deps == "data" else ()))
+                 for deps in MODES}
+        if slices(program, saved, "data", direction, criteria) != found["data"]:
+            yield f"{direction}: the saved system gives other slices"
         for deps, sliced in found.items():
             if isinstance(sliced, str):
                 yield f"{deps}: {sliced}"
@@ -63,13 +69,14 @@ def main(program, corpus):
         print(f"skipped: there are no diagrams in {corpus}")
         return SKIPPED
     failed = 0
-    for path in paths:
-        oracle.read.cache_clear()
-        oracle.network.cache_clear()
-        lines = list(differences(program, path))
-        for line in lines:
-            print(f"{path}: {line}")
-        failed += bool(lines)
+    with tempfile.TemporaryDirectory() as folder:
+        for path in paths:
+            oracle.read.cache_clear()
+            oracle.network.cache_clear()
+            lines = list(differences(program, path, f"{folder}/saved"))
+            for line in lines:
+                print(f"{path}: {line}")
+            failed += bool(lines)
     print(f"{len(paths) - failed} passed, {failed} failed")
     return 1 if failed else 0
 

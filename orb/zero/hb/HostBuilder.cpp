@@ -1,7 +1,6 @@
 #include <orb/zero/hb/HostBuilder.h>
 
-#include <boost/uuid/string_generator.hpp>
-#include <stdexcept>
+#include <optional>
 #include <string>
 
 #include <orb/zero/Exception.h>
@@ -56,12 +55,9 @@ BuilderPointer createBuilderFromStructFirst(const meta::ClassInfo& type, const M
 
 uuid extractUuid(const tyve::Value& value) {
   const auto text = tyve::factory::CharPolicy::fromHost(value);
-  if (!text) raise("InvalidValue");
-  try {
-    return boost::uuids::string_generator()(*text);
-  } catch (const std::runtime_error&) {
-    raise("InvalidValue");
-  }
+  const std::optional<uuid> id = text ? parseUuid(*text) : std::nullopt;
+  if (!id) raise("InvalidValue");
+  return *id;
 }
 
 }  // namespace orb::zero::hb
