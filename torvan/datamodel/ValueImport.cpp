@@ -1,16 +1,15 @@
 #include <torvan/datamodel/ValueArchive.h>
 
 #include <cstdint>
-#include <istream>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include <rapidjson/error/en.h>
-#include <rapidjson/istreamwrapper.h>
 #include <rapidjson/reader.h>
 
 #include <orb/zero/Transaction.h>
+#include <orb/zero/io/impl/Input.h>
 #include <torvan/datamodel/TypeFactory.h>
 #include <torvan/datamodel/ValueFactory.h>
 #include <torvan/datamodel/impl/ValueDraft.h>
@@ -18,33 +17,11 @@
 namespace torvan::datamodel {
 namespace {
 
-/// The characters of a stream, with the number of the line they are in.
-class CountedLines : public rapidjson::IStreamWrapper {
- public:
-  explicit CountedLines(std::istream& in) : BasicIStreamWrapper(in), buffer_(*in.rdbuf()) {}
-
-  Ch Peek() const { return asCharacter(buffer_.sgetc()); }
-  Ch Take() {
-    const Ch character = asCharacter(buffer_.sbumpc());
-    if (character == '\n') ++line_;
-    return character;
-  }
-  std::size_t line() const { return line_; }
-
- private:
-  static Ch asCharacter(int read) {
-    return read == std::char_traits<Ch>::eof() ? '\0' : static_cast<Ch>(read);
-  }
-
-  std::streambuf& buffer_;
-  std::size_t line_ = 1;
-};
-
 /// Makes types and values while the text is parsed, each at its end.
 class ValueReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ValueReader> {
  public:
   ValueReader(std::istream& in, orb::zero::Model model)
-      : in_(in), text_(in), model_(std::move(model)), factory_(model_), types_(model_) {
+      : text_(in), model_(std::move(model)), factory_(model_), types_(model_) {
     types_.valueFactory(&factory_);
   }
 
@@ -54,13 +31,12 @@ class ValueReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Value
                                rapidjson::kParseValidateEncodingFlag |
                                rapidjson::kParseNumbersAsStringsFlag;
     try {
-      if (!in_) throw std::ios_base::failure("not open");
-      if (const auto result = reader.Parse<flags>(text_, *this); !result)
-        throw TextProblem{GetParseError_En(result.Code())};
+      const auto result = reader.Parse<flags>(text_, *this);
+      if (text_.hasFailed()) throw TextProblem{"The stream cannot be read."};
+      if (!result) throw TextProblem{GetParseError_En(result.Code())};
+      if (!text_.isAtEnd()) throw TextProblem{"The text goes on after its end."};
     } catch (const TextProblem& problem) {
       orb::zero::raise("CannotImportValues", {place(), problem.sentence});
-    } catch (const std::ios_base::failure&) {
-      orb::zero::raise("CannotImportValues", {place(), "The stream cannot be read."});
     }
     return std::move(values_);
   }
@@ -86,7 +62,7 @@ class ValueReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Value
     std::string key{};                       // of the entry at hand
     std::unordered_set<std::string> keys{};  // of all so far
   };
-  std::string place() const {
+  std::string place() {
     std::string place = "line " + std::to_string(text_.line());
     const char* separator = ", /";
     for (const Place& outer : places_) place += std::exchange(separator, "/") + outer.key;
@@ -112,8 +88,7 @@ class ValueReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Value
   /// Puts a value, or none, where it stands.
   bool give(const LatticeValue& value);
 
-  std::istream& in_;
-  CountedLines text_;
+  orb::zero::io::Input text_;
   orb::zero::Model model_;
   ValueFactory factory_;
   TypeFactory types_;
