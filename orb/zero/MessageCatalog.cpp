@@ -12,6 +12,7 @@ struct Message {
   std::string_view catalog, identifier, text;
 };
 
+/// What stands in brackets is left out when an argument in it is empty.
 constexpr Message messages[] = {
     {frameworkCatalog, "CannotCastIncompatibleTypes",
      "The object is empty, deleted or of another type: expected '{0}'."},
@@ -32,9 +33,9 @@ constexpr Message messages[] = {
     {frameworkCatalog, "NoSuchProperty", "The class '{0}' has no property '{1}'."},
     {frameworkCatalog, "NoSuchType", "There is no type named '{0}'."},
     {frameworkCatalog, "InvalidValue", "The value is invalid."},
-    {frameworkCatalog, "CannotSave", "Cannot save the element '{0}', property '{1}': {2}"},
+    {frameworkCatalog, "CannotSave", "Cannot save[ the element '{0}'][, property '{1}']: {2}"},
     {frameworkCatalog, "CannotLoad",
-     "Cannot load '{0}', line {1}, element '{2}', property '{3}': {4}"},
+     "Cannot load[ '{0}'], line {1}[, element '{2}'][, property '{3}']: {4}"},
     {frameworkCatalog, "CannotParseValue", "'{0}' is no value of type '{1}'."},
     {frameworkCatalog, "CannotCreateWithoutModel", "Cannot create an object without a model."},
     {frameworkCatalog, "CannotExportValues", "Cannot export values: '{0}': {1}"},
@@ -52,14 +53,22 @@ std::string MessageCatalog::text(std::string_view catalog, std::string_view iden
 
   std::string filled;
   const std::string_view text = message->text;
+  std::size_t section = 0;  // where it begins in what is filled
+  bool isLeftOut = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '{') {
+    if (text[i] == '[') {
+      section = filled.size();
+      isLeftOut = false;
+    } else if (text[i] == ']') {
+      if (isLeftOut) filled.resize(section);
+    } else if (text[i] == '{') {
+      const auto n = static_cast<std::size_t>(text[i + 1] - '0');
+      if (n < arguments.size()) filled += arguments[n];
+      isLeftOut |= n >= arguments.size() || arguments[n].empty();
+      i += 2;
+    } else {
       filled += text[i];
-      continue;
     }
-    const auto n = static_cast<std::size_t>(text[i + 1] - '0');
-    if (n < arguments.size()) filled += arguments[n];
-    i += 2;
   }
   return filled;
 }

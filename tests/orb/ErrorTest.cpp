@@ -11,6 +11,7 @@
 namespace torvan::datamodel {
 namespace {
 
+using orb::zero::Exception;
 using orb::zero::Value;
 using ErrorTest = SessionTest;
 
@@ -129,10 +130,12 @@ TEST_F(ErrorTest, ModelWideSwitchesWaitForTransactions) {
 
 TEST_F(ErrorTest, TextHoldsTheArguments) {
   const auto text = [](const std::string& catalog, const std::string& identifier) {
-    return std::string(orb::zero::Exception(catalog, identifier, {"P.Q", "R"}).what());
+    return std::string(Exception(catalog, identifier, {"P.Q", "R"}).what());
   };
   EXPECT_EQ(text("orb0:messages", "NoSuchProperty"), "The class 'P.Q' has no property 'R'.");
   EXPECT_EQ(text("orb0:messages", "CannotModifyProxy"), "Cannot modify a proxy.");
+  EXPECT_STREQ(Exception("orb0:messages", "CannotLoad", {"", "7", "id", "", "why"}).what(),
+               "Cannot load, line 7, element 'id': why");
   EXPECT_EQ(text("orb0:messages", "InvalidHandle"), "Message text unavailable");
 }
 
