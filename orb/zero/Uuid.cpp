@@ -18,14 +18,15 @@ constexpr std::uint8_t places[16] = {0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 
 constexpr std::uint8_t dashes[4] = {8, 13, 18, 23};
 constexpr std::string_view digits = "0123456789abcdef";
 
-/// The value of each digit; -1 for what is none.
+/// The value of each digit; more than 15 for what is none.
+constexpr std::uint8_t noDigit = 0xff;
 constexpr auto values = [] {
-  std::array<std::int8_t, 256> table;
-  table.fill(-1);
-  for (std::size_t digit = 0; digit < digits.size(); ++digit) {
-    const auto c = static_cast<std::size_t>(digits[digit]);
-    table[c] = static_cast<std::int8_t>(digit);
-    if (digit >= 10) table[c - 'a' + 'A'] = static_cast<std::int8_t>(digit);
+  std::array<std::uint8_t, 256> table;
+  table.fill(noDigit);
+  for (std::uint8_t digit = 0; digit < digits.size(); ++digit) {
+    const auto c = static_cast<unsigned char>(digits[digit]);
+    table[c] = digit;
+    if (digit >= 10) table[c - 'a' + 'A'] = digit;
   }
   return table;
 }();
@@ -45,15 +46,15 @@ UuidText toText(const uuid& id) noexcept {
 std::optional<uuid> parseUuid(std::string_view text) noexcept {
   if (text.size() != UuidText().size()) return {};
   std::uint64_t words[2] = {};
-  int wrong = 0;
+  unsigned all = 0;
   for (std::size_t i = 0; i < 16; ++i) {
-    const int high = values[static_cast<unsigned char>(text[places[i]])];
-    const int low = values[static_cast<unsigned char>(text[places[i] + 1u])];
-    wrong |= high | low;  // negative from the first that is no digit on
-    words[i / 8] |= static_cast<std::uint64_t>(high * 16 + low) << (i % 8 * 8);
+    const unsigned high = values[static_cast<unsigned char>(text[places[i]])];
+    const unsigned low = values[static_cast<unsigned char>(text[places[i] + 1u])];
+    all |= high | low;
+    words[i / 8] |= std::uint64_t{high * 16 + low} << (i % 8 * 8);
   }
-  for (const std::size_t dash : dashes) wrong |= text[dash] == '-' ? 0 : -1;
-  if (wrong < 0) return {};
+  for (const std::size_t dash : dashes) all |= text[dash] == '-' ? 0 : noDigit;
+  if (all > 15) return {};
   uuid id;
   std::memcpy(id.data, words, sizeof words);
   return id;
