@@ -1,6 +1,8 @@
 #pragma once
 
 #include <concepts>
+#include <string>
+#include <string_view>
 
 #include <orb/zero/hb/ORB0WrapperInfo.h>
 #include <torvan/datamodel.h>
@@ -8,80 +10,54 @@
 
 namespace torvan::datamodel::hb {
 
-/// What the host's help says of a class.
+/// What the host's help says of each class.
+struct About {
+  std::string_view name, text;
+};
+inline constexpr About abouts[] = {
+    {"Array", "An array value: its elements by index, from 1."},
+    {"ArrayElem", "One stored element of an array: its index and its value."},
+    {"ArrayType", "Arrays of values of one element type, with indices from 1."},
+    {"Conditional", "One of two operands, as the control expression decides."},
+    {"Equation", "States that the place `lhs` receives the value of `rhs`."},
+    {"Expression", "A term that is evaluated."},
+    {"FieldElem", "One stored field of a record: its name and its value."},
+    {"FieldType", "One field of a record type: its name and the type of its values."},
+    {"IndexRef", "A range of an array or of a power set, from 1 and inclusive."},
+    {"IndexableValue", "A value whose parts are numbered from 1."},
+    {"Join", "The join of its operands, in order."},
+    {"LExpression", "An expression that can stand on the left side of an equation."},
+    {"LatticeType", "A lattice: what values range over, with its least and its greatest value."},
+    {"LatticeValue", "A value of a lattice type."},
+    {"Meet", "The meet of its operands, in order."},
+    {"PowerSet", "A set over the universe of its type."},
+    {"PowerSetType", "The sets over a universe, ordered by inclusion."},
+    {"Prune", "A record without the field that a path names."},
+    {"Struct", "A record: its values by field name; fields that are not stored read as bottom."},
+    {"StructRef", "The field of a record."},
+    {"StructType", "Records with one value per named field, ordered field by field."},
+    {"System", "The equations that an analysis solves, in order."},
+    {"Term", "Anything that has a lattice type: expressions and values."},
+    {"Variable", "An unknown of a system of equations."},
+};
+
+/// That of X; does not compile for a class without.
 template <class X>
-inline constexpr const char* about = nullptr;
-template <>
-inline constexpr const char* about<Array> = "An array value: its elements by index, from 1.";
-template <>
-inline constexpr const char* about<ArrayElem> =
-    "One stored element of an array: its index and its value.";
-template <>
-inline constexpr const char* about<ArrayType> =
-    "Arrays of values of one element type, with indices from 1.";
-template <>
-inline constexpr const char* about<Conditional> =
-    "One of two operands, as the control expression decides.";
-template <>
-inline constexpr const char* about<Equation> =
-    "States that the place `lhs` receives the value of `rhs`.";
-template <>
-inline constexpr const char* about<Expression> = "A term that is evaluated.";
-template <>
-inline constexpr const char* about<FieldElem> =
-    "One stored field of a record: its name and its value.";
-template <>
-inline constexpr const char* about<FieldType> =
-    "One field of a record type: its name and the type of its values.";
-template <>
-inline constexpr const char* about<IndexRef> =
-    "A range of an array or of a power set, from 1 and inclusive.";
-template <>
-inline constexpr const char* about<IndexableValue> = "A value whose parts are numbered from 1.";
-template <>
-inline constexpr const char* about<Join> = "The join of its operands, in order.";
-template <>
-inline constexpr const char* about<LExpression> =
-    "An expression that can stand on the left side of an equation.";
-template <>
-inline constexpr const char* about<LatticeType> =
-    "A lattice: what values range over, with its least and its greatest value.";
-template <>
-inline constexpr const char* about<LatticeValue> = "A value of a lattice type.";
-template <>
-inline constexpr const char* about<Meet> = "The meet of its operands, in order.";
-template <>
-inline constexpr const char* about<PowerSet> = "A set over the universe of its type.";
-template <>
-inline constexpr const char* about<PowerSetType> =
-    "The sets over a universe, ordered by inclusion.";
-template <>
-inline constexpr const char* about<Prune> = "A record without the field that a path names.";
-template <>
-inline constexpr const char* about<Struct> =
-    "A record: its values by field name; fields that are not stored read as bottom.";
-template <>
-inline constexpr const char* about<StructRef> = "The field of a record.";
-template <>
-inline constexpr const char* about<StructType> =
-    "Records with one value per named field, ordered field by field.";
-template <>
-inline constexpr const char* about<System> = "The equations that an analysis solves, in order.";
-template <>
-inline constexpr const char* about<Term> =
-    "Anything that has a lattice type: expressions and values.";
-template <>
-inline constexpr const char* about<Variable> = "An unknown of a system of equations.";
+consteval std::string_view aboutOf() {
+  constexpr std::string_view dotted = X::Impl::table.name;
+  for (const auto& [name, text] : abouts)
+    if (dotted.substr(dotted.rfind('.') + 1) == name) return text;
+  throw "the class has no line in the list";
+}
 
 /// The host class of the model class X, with the operations that X offers to the host. What else it
 /// has follows from the record of X, see `orb::zero::hb::WrapperInfo`.
 template <class X>
 class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
-  static_assert(about<X> != nullptr);
   using Base = orb::zero::hb::ORB0WrapperInfo<X>;
 
  public:
-  Wrapper() : Base(about<X>, Base::Access::Full, primitives) {
+  Wrapper() : Base(std::string(aboutOf<X>()), Base::Access::Full, primitives) {
     if constexpr (std::derived_from<X, IndexableValue>)
       this->template addOperation<&X::at>(
           "at", "The part at an index, or those of a range up to an end.", 1);
