@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <orb/zero/Hash.h>
+#include <orb/zero/Probing.h>
 
 namespace orb::zero {
 
@@ -47,18 +48,11 @@ class KeyIndex {
     put({hashOf(node.first), &node});
     ++taken_;
   }
-  /// Closes the gap by moving up those whose probing passed over it.
   void erase(const Node& node) noexcept {
     if (!isMade()) return;
     std::size_t gap = home(hashOf(node.first));
     while (table_[gap].node != &node) gap = next(gap);
-    for (std::size_t at = next(gap); table_[at].node; at = next(at)) {
-      const std::size_t distance = (at - home(table_[at].hash)) & (table_.size() - 1);
-      if (distance < ((at - gap) & (table_.size() - 1))) continue;
-      table_[gap] = table_[at];
-      gap = at;
-    }
-    table_[gap] = {};
+    closeGap(table_, gap, [this](const Entry& entry) { return home(entry.hash); });
     --taken_;
   }
 
@@ -66,6 +60,7 @@ class KeyIndex {
   static constexpr std::size_t smallest = 32;
 
   struct Entry {
+    bool isTaken() const noexcept { return node != nullptr; }
     std::uint64_t hash = 0;
     Node* node = nullptr;
   };

@@ -2,6 +2,8 @@
 
 #include <bit>
 
+#include <orb/zero/Probing.h>
+
 namespace orb::zero {
 
 ModelElement::Impl* UuidIndex::find(const uuid& id, const Elements& all) {
@@ -37,18 +39,11 @@ void UuidIndex::insert(Entry entry) noexcept {
   table_[at] = entry;
 }
 
-/// Closes the gap by moving up those whose probing passed over it.
 void UuidIndex::erase(const ModelElement::Impl& element, std::uint32_t index) noexcept {
   if (index >= covered_) return;
   std::size_t gap = home(hashOf(element.getUuid()));
   while (table_[gap].place != index) gap = next(gap);
-  for (std::size_t at = next(gap); table_[at].isTaken(); at = next(at)) {
-    const std::size_t distance = (at - home(table_[at].hash)) & (table_.size() - 1);
-    if (distance < ((at - gap) & (table_.size() - 1))) continue;
-    table_[gap] = table_[at];
-    gap = at;
-  }
-  table_[gap] = {};
+  closeGap(table_, gap, [this](const Entry& entry) { return home(entry.hash); });
   --taken_;
 }
 
