@@ -250,7 +250,7 @@ class ValueWriter {
     }
     if (const LatticeType& type = value->getType()) property("type", labels_.at(type.get()));
     if (value->getMetaClass().isKindOf(PowerSet::metaClass())) {
-      const BitSet& bits = PowerSet(value)->getValue();
+      const Bits& bits = PowerSet(value)->bits();
       key("size");
       json_.Uint64(bits.size());
       property(form.content, hexadecimal(bits));
@@ -262,10 +262,8 @@ class ValueWriter {
     open.push_back({partsOf(value)});
   }
 
-  static std::string hexadecimal(const BitSet& bits) {
-    std::vector<BitSet::block_type> words;
-    words.reserve(bits.num_blocks());
-    to_block_range(bits, std::back_inserter(words));
+  static std::string hexadecimal(const Bits& bits) {
+    const Bits::Word* const words = bits.words();
     std::string digits;
     for (std::size_t digit = (bits.size() + 3) / 4; digit-- > 0;)
       digits += "0123456789abcdef"[words[digit / 16] >> digit % 16 * 4 & 15];
