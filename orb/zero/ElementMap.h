@@ -8,6 +8,7 @@
 #include <orb/zero/CollisionResolution.h>
 #include <orb/zero/Exception.h>
 #include <orb/zero/KeyIndex.h>
+#include <orb/zero/PoolAllocator.h>
 
 namespace orb::zero {
 
@@ -17,11 +18,12 @@ template <class K, class E>
 class ElementMap : public Collection {
  public:
   using Entry = E;
-  using Content = std::map<K, Slot<E>, std::less<>>;
+  using Child = std::pair<const K, Slot<E>>;
+  using Content = std::map<K, Slot<E>, std::less<>, PoolAllocator<Child>>;
   using KeyFunction = const K& (*)(const ModelElement::Impl&);
 
-  ElementMap(ModelElement::Impl& element, KeyFunction key, Descriptor descriptor)
-      : Collection(element, descriptor), key_(key) {}
+  ElementMap(ModelElement::Impl& element, KeyFunction key, Descriptor descriptor) noexcept
+      : Collection(element, descriptor), content_(PoolAllocator<Child>(element)), key_(key) {}
 
   /// The element under the key, or an empty handle.
   E operator[](const K& key) const {
@@ -52,8 +54,8 @@ class ElementMap : public Collection {
     owner().checkNoProxy();
     owner().checkInsertion(element, E::metaClass());
     ModelElement::Impl& child = *element.get();
-    const K key = key_(child);
-    auto place = placeOf(key);
+    const K& key = key_(child);
+    const Place place = placeOf(key);
     if (place != content_.end() && place->first == key) {
       if (place->second == element || resolution == CollisionResolution::Keep) return;
       if (resolution == CollisionResolution::Report) raise("UniquenessConstraint");
@@ -63,7 +65,10 @@ class ElementMap : public Collection {
       return unit.commit();
     }
     Unit unit(owner());
-    move(child, [&] { put(key, child); });
+    if (child.container())
+      move(child, [&] { put(placeOf(key), key, child); });
+    else
+      put(place, key, child);
     unit.commit();
   }
   void add(const ModelElement& element) { insert(element); }
@@ -164,11 +169,15 @@ class ElementMap : public Collection {
     if (content_.empty() || content_.rbegin()->first < key) return content_.end();
     return content_.lower_bound(key);
   }
-  void put(const K& key, ModelElement::Impl& child) {
-    Content staged;
-    staged.emplace(key, Slot<E>(&child));
-    if (isRecorded()) log(Presence{*this, key, {}});
-    index_.insert(*content_.insert(placeOf(key), staged.extract(staged.begin())));
+  void put(Place before, const K& key, ModelElement::Impl& child) {
+    if (isRecorded()) {  // all that can fail comes first
+      Content staged(content_.get_allocator());
+      staged.emplace(key, &child);
+      log(Presence{*this, key, {}});
+      index_.insert(*content_.insert(before, staged.extract(staged.begin())));
+    } else {
+      index_.insert(*content_.emplace_hint(before, key, &child));
+    }
     adopt(child);
   }
   void take(Place place) {

@@ -15,8 +15,8 @@ namespace {
 
 /// The value at an index that is not stored, to be computed with: the bottom of the array's type.
 /// One that lacks the index itself would be read for ever.
-LatticeValue missing(const Array::Impl& array, std::uint16_t index) {
-  LatticeValue bottom = array.getType()->getBottom();
+const LatticeValue& missing(const Array::Impl& array, std::uint16_t index) {
+  const LatticeValue& bottom = array.getType()->getBottom();
   if (bottom && bottom.get()->getMetaClass().isKindOf(Array::metaClass()) &&
       !Array { bottom } -> getValues().contains(index))
     orb::zero::raise("InvalidValue");
@@ -29,7 +29,7 @@ class ElementReader {
   explicit ElementReader(const Array::Impl& array)
       : array_(array), next_(array.getValues().begin()), end_(array.getValues().end()) {}
 
-  LatticeValue at(std::uint16_t index) {
+  const LatticeValue& at(std::uint16_t index) {
     while (next_ != end_ && next_->first < index) ++next_;
     if (next_ != end_ && next_->first == index) return next_->second->getValue();
     return missing(array_, index);
@@ -59,9 +59,8 @@ bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit
 template <class Operation>
 Array combine(const Array::Impl& array, const LatticeValue& other, Operation operation) {
   orb::zero::Transaction unit(array.getModel());
-  Array::Builder builder(array.getModel());
-  builder->setType(array.getType());
-  Array result = builder.create();
+  Array result = Array::Impl::make(array.model(),
+                                   [&](Array::Impl& made) { made.basicSetType(array.getType()); });
   forIndices(array, other, [&](std::uint16_t index, const auto& left, const auto& right) {
     result->store(index, operation(left, right));
     return true;
@@ -150,10 +149,10 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
 void Array::Impl::store(std::uint16_t index, const LatticeValue& value) {
   if (values_.contains(index)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
-  ArrayElem::Builder element(getModel());
-  element->basicSetIndex(index);
-  element->setValue(value);
-  values_.insert(element.create());
+  values_.insert(ArrayElem::Impl::make(model(), [&](ArrayElem::Impl& made) {
+    made.basicSetIndex(index);
+    made.setValue(value);
+  }));
 }
 
 }  // namespace torvan::datamodel

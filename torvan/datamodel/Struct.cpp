@@ -12,9 +12,8 @@ namespace torvan::datamodel {
 namespace {
 
 Struct makeLike(const Struct::Impl& value) {
-  Struct::Builder builder(value.getModel());
-  builder->setType(value.getType());
-  return builder.create();
+  return Struct::Impl::make(value.model(),
+                            [&](Struct::Impl& made) { made.basicSetType(value.getType()); });
 }
 
 /// Reads the fields of a record, which are asked for in ascending order of their names.
@@ -27,7 +26,8 @@ class FieldReader {
 
   /// The stored value, or the bottom of the field's type: of the record's own, or of the type that
   /// is read for, if the record's lacks the field.
-  LatticeValue at(const std::string& name, const StructType& readFor, const FieldType& field) {
+  const LatticeValue& at(const std::string& name, const StructType& readFor,
+                         const FieldType& field) {
     while (next_ != end_ && next_->first < name) ++next_;
     const bool isOwnType = type_ == readFor;
     const LatticeType own = isOwnType || !type_ ? LatticeType() : type_.at(name);
@@ -130,10 +130,10 @@ Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
 void Struct::Impl::store(const std::string& name, const LatticeValue& value) {
   if (values_.contains(name)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
-  FieldElem::Builder field(getModel());
-  field->basicSetName(name);
-  field->setValue(value);
-  values_.insert(field.create());
+  values_.insert(FieldElem::Impl::make(model(), [&](FieldElem::Impl& made) {
+    made.basicSetName(name);
+    made.setValue(value);
+  }));
 }
 
 }  // namespace torvan::datamodel
