@@ -10,7 +10,7 @@ namespace torvan::slicer {
 bool isSystemFile(const std::string& file);
 
 /// Writes the model of a system that is not solved yet, and beside it, as FILE.values, the sets
-/// that its equations and types are made of. Throws std::runtime_error or orb::zero::Exception.
+/// that its equations and types are made of. Throws orb::zero::Exception.
 void saveSystem(const BlockSystem& system, const std::string& file);
 
 /// Reads both, into a model of their own. Throws DiagramError or orb::zero::Exception.

@@ -28,6 +28,7 @@
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/RefVariableCollector.h>
 #include <torvan/datamodel/Session.h>
+#include <torvan/datamodel/SessionFile.h>
 #include <torvan/datamodel/Struct.h>
 #include <torvan/datamodel/StructRef.h>
 #include <torvan/datamodel/StructType.h>

@@ -23,10 +23,10 @@ void COSClassInfo::addConstructor(Signature signature, Function function,
 }
 
 void COSClassInfo::addProperty(Name name, Getter getter, Setter setter, Name type,
-                               std::string documentation) {
+                               std::string documentation, Name result) {
   add(properties_,
       std::make_unique<const Property>(name_, name, std::move(getter), std::move(setter), type,
-                                       std::move(documentation)));
+                                       std::move(documentation), result));
 }
 
 void COSClassInfo::addMethod(Name name, Signature signature, Function function,
@@ -101,6 +101,10 @@ const Method& COSClassInfo::getMethod(Name name) const {
   return get(&COSClassInfo::methods_, name);
 }
 
+std::string COSClassInfo::print(const Value& object) const {
+  return object.isScalar() ? "<" + object.className().text() + ">" : object.describe();
+}
+
 Value COSClassInfo::construct(std::span<const Value> arguments) const {
   if (isAbstract()) raise("AbstractClass", {name_.text()});
   return constructor_->call(arguments);
@@ -108,10 +112,13 @@ Value COSClassInfo::construct(std::span<const Value> arguments) const {
 
 Value COSClassInfo::makeEnumeration(const Value& values) const {
   if (values.isEmpty()) return Value::empty(name_);
-  for (const std::int32_t value : values.numbers<std::int32_t>())
-    if (!findEnumerationMember(value))
-      raise("UnknownMember", {name_.text(), std::to_string(value)});
+  for (const std::int32_t value : values.numbers<std::int32_t>()) makeEnumeration(value);
   return values.withClass(name_);
+}
+
+Value COSClassInfo::makeEnumeration(std::int32_t value) const {
+  if (!findEnumerationMember(value)) raise("UnknownMember", {name_.text(), std::to_string(value)});
+  return Value::member(name_, value);
 }
 
 const COSClassInfo::EnumerationMember* COSClassInfo::findEnumerationMember(

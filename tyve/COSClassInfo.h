@@ -36,9 +36,9 @@ class TYVE_API COSClassInfo {
   void addSuperclass(Name name);
   /// Makes the class concrete; the constructor has the last part of its name.
   void addConstructor(Signature signature, Function function, std::string documentation = {});
-  /// Without a setter the property is read-only.
+  /// Without a setter the property is read-only. See `Property` for the two words.
   void addProperty(Name name, Getter getter, Setter setter = {}, Name type = {},
-                   std::string documentation = {});
+                   std::string documentation = {}, Name result = {});
   void addMethod(Name name, Signature signature, Function function, std::string documentation = {});
   void addStaticMethod(Name name, Signature signature, Function function,
                        std::string documentation = {});
@@ -72,11 +72,16 @@ class TYVE_API COSClassInfo {
   const Property& getProperty(Name name) const;
   const Method& getMethod(Name name) const;
 
+  /// How the host shows an object of the class, or an empty one. Raises no errors.
+  virtual std::string print(const Value& object) const;
+
   /// Calls the constructor. Raises "AbstractClass" when there is none.
   Value construct(std::span<const Value> arguments) const;
   /// The members with these int32 values, in an array of the same size; the empty object of the
   /// class for no values. Raises "UnknownMember" with the first value that no member has.
   Value makeEnumeration(const Value& values) const;
+  /// The one with this value; raises the same.
+  Value makeEnumeration(std::int32_t value) const;
   /// The member of this name or value; null when there is none.
   const EnumerationMember* findEnumerationMember(std::string_view name) const noexcept;
   const EnumerationMember* findEnumerationMember(std::int32_t value) const noexcept;

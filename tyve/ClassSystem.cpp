@@ -31,12 +31,13 @@ Package* ClassSystem::findPackage(Name name) {
 }
 
 const COSClassInfo* ClassSystem::findClass(Name name) {
+  if (!name) return nullptr;
+  auto& found = name.entry_->foundClass;
+  if (const COSClassInfo* const known = found.load(std::memory_order_acquire)) return known;
   const std::lock_guard lock(mutex_);
-  const auto found = found_.find(name);
-  if (found != found_.end()) return found->second;
   Package* const package = findPackage(name.parent());
   const COSClassInfo* const info = package ? package->findClass(name) : nullptr;
-  if (info) found_.emplace(name, info);
+  found.store(info, std::memory_order_release);
   return info;
 }
 

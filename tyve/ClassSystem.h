@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 #include <vector>
 
 #include <tyve/Package.h>
@@ -51,7 +50,6 @@ class TYVE_API ClassSystem {
 
   std::recursive_mutex mutex_;  // a package that registers its classes asks for others
   Package root_{Name()};
-  std::unordered_map<Name, const COSClassInfo*> found_;  // what spares a walk over the packages
   factory::TypeRepository types_;
 };
 

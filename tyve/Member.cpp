@@ -10,21 +10,23 @@
 namespace tyve {
 namespace {
 
-std::optional<Value> converted(const Value& value, Name word) {
-  return ClassSystem::getInstance().types().convert(value, word);
-}
+const factory::TypeWord& wordOf(Name name) { return ClassSystem::getInstance().types().word(name); }
 
 }  // namespace
 
 Member::Member(Name className, Name name, std::string documentation)
-    : class_(className), name_(name), documentation_(std::move(documentation)) {}
+    : class_(className),
+      classWord_(wordOf(className)),
+      name_(name),
+      documentation_(std::move(documentation)) {}
 
-void Member::checkReceiver(const Value& object) const {
-  if (!converted(object, class_)) raiseWrong("1", class_, object);
+void Member::checkReceiver(const Value& object, bool mayBeGone) const {
+  std::optional<Value> made;
+  if (!classWord_.fits(object, made)) raiseWrong("1", class_, object);
   if (!object.is(Kind::Object)) return;  // a member of an enumeration is always there
-  if (object.isEmpty()) raiseInvalidHandle();
-  if (!object.isScalar()) raiseWrong("1", class_, object);
-  if (!object.native()->isValid()) raiseInvalidHandle();
+  if (object.isEmpty() && !mayBeGone) raiseInvalidHandle();
+  if (!object.isEmpty() && !object.isScalar()) raiseWrong("1", class_, object);
+  if (!mayBeGone && !object.native()->isValid()) raiseInvalidHandle();
 }
 
 void Member::raiseWrong(std::string argument, Name expected, const Value& value) const {
@@ -37,10 +39,12 @@ Method::Method(Name className, Name name, Receiver receiver, Signature signature
     : Member(className, name, std::move(documentation)),
       receiver_(receiver),
       signature_(std::move(signature)),
-      function_(std::move(function)) {}
+      function_(std::move(function)) {
+  for (const Name word : signature_.arguments) words_.push_back(&wordOf(word));
+}
 
 Value Method::call(std::span<const Value> arguments) const {
-  if (!isStatic() && !arguments.empty()) checkReceiver(arguments.front());
+  if (!isStatic() && !arguments.empty()) checkReceiver(arguments.front(), signature_.takesGone);
   const std::size_t most = signature_.arguments.size(), least = most - signature_.optional;
   if (arguments.size() < least || arguments.size() > most) {
     std::string expected = std::to_string(least);
@@ -48,15 +52,16 @@ Value Method::call(std::span<const Value> arguments) const {
     raise("WrongArgumentCount", {getClass().text(), getName().text(), std::move(expected),
                                  std::to_string(arguments.size())});
   }
-  std::vector<Value> fitting;
-  fitting.reserve(arguments.size());
+  std::vector<Value> fitting;  // once one of them is not in its form
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const Name word = signature_.arguments[i];
-    std::optional<Value> fit = converted(arguments[i], word);
-    if (!fit) raiseWrong(argumentName(i), word, arguments[i]);
-    fitting.push_back(*std::move(fit));
+    std::optional<Value> made;
+    if (!words_[i]->fits(arguments[i], made))
+      raiseWrong(argumentName(i), signature_.arguments[i], arguments[i]);
+    if (!made) continue;
+    if (fitting.empty()) fitting.assign(arguments.begin(), arguments.end());
+    fitting[i] = *std::move(made);
   }
-  return function_(fitting);
+  return function_(fitting.empty() ? arguments : fitting);
 }
 
 std::string Method::argumentName(std::size_t position) const {
@@ -68,11 +73,13 @@ std::string Method::argumentName(std::size_t position) const {
 }
 
 Property::Property(Name className, Name name, Getter getter, Setter setter, Name type,
-                   std::string documentation)
+                   std::string documentation, Name result)
     : Member(className, name, std::move(documentation)),
       getter_(std::move(getter)),
       setter_(std::move(setter)),
-      type_(type) {}
+      type_(type),
+      word_(type ? &wordOf(type) : nullptr),
+      result_(result) {}
 
 Value Property::get(const Value& object) const {
   checkReceiver(object);
@@ -82,9 +89,9 @@ Value Property::get(const Value& object) const {
 void Property::set(const Value& object, const Value& value) const {
   checkReceiver(object);
   if (isReadOnly()) raise("ReadOnlyProperty", {getClass().text(), getName().text()});
-  const std::optional<Value> fit = type_ ? converted(value, type_) : value;
-  if (!fit) raiseWrong("value", type_, value);
-  setter_(object, *fit);
+  std::optional<Value> made;
+  if (word_ && !word_->fits(value, made)) raiseWrong("value", type_, value);
+  setter_(object, made ? *made : value);
 }
 
 }  // namespace tyve

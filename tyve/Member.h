@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,12 +12,19 @@
 
 namespace tyve {
 
+namespace factory {
+class TypeWord;
+}
+
 /// What a callable takes and returns, in type words; see `factory::TypeRepository`.
 struct Signature {
-  std::string argumentNames;    ///< separated by blanks; may be empty
+  std::string argumentNames;    ///< by blanks, that of the receiver first; may be empty
   Name result;                  ///< for the reader; what is returned is not checked
   std::vector<Name> arguments;  ///< of an instance method the receiver first
   std::size_t optional = 0;     ///< how many arguments at the end may be left out
+  bool isLong = false;          ///< may run so long that a host lets other threads work meanwhile
+  bool takesGone = false;       ///< an instance method of objects that are gone, too
+  bool isArray = false;         ///< what is returned is an array, be it of one value
 };
 
 using Function = std::function<Value(std::span<const Value> arguments)>;
@@ -35,13 +43,14 @@ class TYVE_API Member {
   Member(Name className, Name name, std::string documentation);
 
   /// Raises "WrongArgument" unless the value is an object of the class, and "InvalidHandle" unless
-  /// it is one valid object.
-  void checkReceiver(const Value& object) const;
+  /// it is one that is valid, or may be gone.
+  void checkReceiver(const Value& object, bool mayBeGone = false) const;
   /// Raises "WrongArgument" for an argument, given by its name or number.
   [[noreturn]] void raiseWrong(std::string argument, Name expected, const Value& value) const;
 
  private:
   Name class_;
+  const factory::TypeWord& classWord_;
   Name name_;
   std::string documentation_;
 };
@@ -56,6 +65,8 @@ class TYVE_API Method : public Member {
 
   const Signature& getSignature() const noexcept { return signature_; }
   bool isStatic() const noexcept { return receiver_ == Receiver::None; }
+  /// See `Signature`.
+  bool isLong() const noexcept { return signature_.isLong; }
 
   /// Calls it. The receiver is checked before all else: "InvalidHandle" when it is gone. Then
   /// "WrongArgumentCount" and, once per argument, "WrongArgument" are raised when the arguments do
@@ -67,6 +78,7 @@ class TYVE_API Method : public Member {
 
   Receiver receiver_;
   Signature signature_;
+  std::vector<const factory::TypeWord*> words_;  // of the arguments
   Function function_;
 };
 
@@ -74,10 +86,12 @@ class TYVE_API Method : public Member {
 class TYVE_API Property : public Member {
  public:
   Property(Name className, Name name, Getter getter, Setter setter, Name type,
-           std::string documentation);
+           std::string documentation, Name result);
 
   /// The type word that values to be set must fit; none when the setter sees to that itself.
   Name getType() const noexcept { return type_; }
+  /// The type word of what `get` returns, for the reader; none when nothing is said of it.
+  Name getResult() const noexcept { return result_; }
   bool isReadOnly() const noexcept { return !setter_; }
 
   /// Both check the receiver first, as a method does.
@@ -89,6 +103,8 @@ class TYVE_API Property : public Member {
   Getter getter_;
   Setter setter_;
   Name type_;
+  const factory::TypeWord* word_;  // null without a type
+  Name result_;
 };
 
 }  // namespace tyve

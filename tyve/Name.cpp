@@ -1,34 +1,30 @@
 #include <tyve/Name.h>
 
+#include <memory>
 #include <mutex>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
 
 namespace tyve {
-namespace {
-
-struct TextHash : std::hash<std::string_view> {
-  using is_transparent = void;
-};
-
-struct Pool {
-  std::mutex mutex;
-  std::unordered_set<std::string, TextHash, std::equal_to<>> texts;  // its nodes stay in place
-};
-
-}  // namespace
 
 Name intern(std::string_view text) {
+  struct Pool {
+    std::mutex mutex;
+    std::unordered_map<std::string_view, std::unique_ptr<const Name::Entry>> entries;
+  };
   static Pool& pool = *new Pool;  // outlives all that has a name
   if (text.empty()) return {};
   const std::lock_guard lock(pool.mutex);
-  auto found = pool.texts.find(text);
-  if (found == pool.texts.end()) found = pool.texts.emplace(text).first;
-  return Name(&*found);
+  const auto found = pool.entries.find(text);
+  if (found != pool.entries.end()) return Name(found->second.get());
+  auto entry = std::make_unique<const Name::Entry>(text);
+  const std::string_view key = entry->text;
+  return Name(pool.entries.emplace(key, std::move(entry)).first->second.get());
 }
 
 const std::string& Name::text() const noexcept {
   static const std::string none;
-  return text_ ? *text_ : none;
+  return entry_ ? entry_->text : none;
 }
 
 Name Name::parent() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -7,6 +8,8 @@
 #include <tyve/Api.h>
 
 namespace tyve {
+
+class COSClassInfo;
 
 /// An interned text: one word, equal to another one when the texts are. It is valid until the
 /// process ends, and may be used by all threads.
@@ -21,15 +24,23 @@ class TYVE_API Name {
   /// What stands behind it: "C".
   std::string_view last() const noexcept;
 
-  explicit operator bool() const noexcept { return text_ != nullptr; }
+  explicit operator bool() const noexcept { return entry_ != nullptr; }
   friend bool operator==(Name, Name) noexcept = default;
 
  private:
   friend TYVE_API Name intern(std::string_view text);
+  friend class ClassSystem;
   friend struct std::hash<Name>;
-  explicit Name(const std::string* text) noexcept : text_(text) {}
 
-  const std::string* text_ = nullptr;
+  struct Entry {
+    explicit Entry(std::string_view name) : text(name) {}
+
+    const std::string text;
+    mutable std::atomic<const COSClassInfo*> foundClass = nullptr;  // see `ClassSystem::findClass`
+  };
+  explicit Name(const Entry* entry) noexcept : entry_(entry) {}
+
+  const Entry* entry_ = nullptr;
 };
 
 /// The name of this text; no name of an empty one. Names are never given back, so they are for
@@ -41,6 +52,6 @@ TYVE_API Name intern(std::string_view text);
 template <>
 struct std::hash<tyve::Name> {
   std::size_t operator()(tyve::Name name) const noexcept {
-    return std::hash<const void*>()(name.text_);
+    return std::hash<const void*>()(name.entry_);
   }
 };

@@ -19,14 +19,6 @@ constexpr Kind kindOf = std::is_same_v<T, bool>            ? Kind::Logical
                         : std::is_same_v<T, std::int32_t>  ? Kind::Int32
                                                            : Kind::Double;
 
-/// The classes of values that are no objects, by kind.
-Name builtinName(Kind kind) {
-  static const std::array names{intern("logical"), intern("uint16"), intern("int32"),
-                                intern("double"),  intern("char"),   intern("string"),
-                                intern("cell"),    intern("struct")};
-  return names[static_cast<std::size_t>(kind)];
-}
-
 bool isObject(Kind kind) { return kind >= Kind::Enumeration; }
 
 template <class T>
@@ -55,21 +47,44 @@ struct Value::Structs {
 };
 
 NativeObject::~NativeObject() = default;
+const void* NativeObject::domain() const noexcept { return nullptr; }
 
 Value::Value(Kind kind, Name className, Size size, Data data)
     : kind_(kind), class_(className), size_(size), data_(std::move(data)) {}
+
+/// The classes of values that are no objects, by kind.
+Name Value::builtinName(Kind kind) {
+  static const std::array names{intern("logical"), intern("uint16"), intern("int32"),
+                                intern("double"),  intern("char"),   intern("string"),
+                                intern("cell"),    intern("struct")};
+  return names[static_cast<std::size_t>(kind)];
+}
 
 template <class T>
 Value Value::make(Kind kind, Name className, Size size, std::span<T> given) {
   checkSize(size, given.size());
   using Element = std::remove_const_t<T>;
+  if constexpr (Number<Element>)
+    if (given.size() == 1) return {kind, className, size, Numbers<Element>{given.front(), {}}};
   auto copy = std::make_shared<Element[]>(given.size());
   if constexpr (std::is_const_v<T>)
     std::ranges::copy(given, copy.get());
   else
     std::ranges::move(given, copy.get());
-  return {kind, className, size, Elements<Element>(std::move(copy))};
+  if constexpr (Number<Element>)
+    return {kind, className, size, Numbers<Element>{{}, std::move(copy)}};
+  else
+    return {kind, className, size, Elements<Element>(std::move(copy))};
 }
+
+template <Number T>
+Value Value::scalar(T number) {
+  return {kindOf<T>, {}, {1, 1}, Numbers<T>{number, {}}};
+}
+template Value Value::scalar(bool);
+template Value Value::scalar(std::uint16_t);
+template Value Value::scalar(std::int32_t);
+template Value Value::scalar(double);
 
 template <Number T>
 Value Value::array(std::span<const T> numbers, Size size) {
@@ -83,10 +98,13 @@ template Value Value::array(std::span<const double>, Size);
 Value Value::text(std::string text) {
   const auto isFirstByte = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
   const auto count = static_cast<std::size_t>(std::ranges::count_if(text, isFirstByte));
-  Value row = strings({std::move(text)});
+  Value row = string(std::move(text));
   return {Kind::Char, {}, rowOf(count), std::move(row.data_)};
 }
 
+Value Value::string(std::string text) {
+  return make(Kind::String, {}, {1, 1}, std::span(&text, 1));
+}
 Value Value::strings(std::vector<std::string> texts, Size size) {
   return make(Kind::String, {}, size, std::span(texts));
 }
@@ -122,6 +140,10 @@ Value Value::objects(Name className, std::vector<Value> objects, Size size) {
 }
 Value Value::empty(Name className) { return {Kind::Object, className, {}, {}}; }
 
+Value Value::member(Name className, std::int32_t value) {
+  return {Kind::Enumeration, className, {1, 1}, Numbers<std::int32_t>{value, {}}};
+}
+
 Value Value::withClass(Name className) const {
   Value other = *this;
   other.class_ = className;
@@ -131,8 +153,6 @@ Value Value::withClass(Name className) const {
     raiseNo("object");
   return other;
 }
-
-Name Value::className() const { return isObject(kind_) ? class_ : builtinName(kind_); }
 
 void Value::checkPosition(std::size_t position) const {
   if (position >= count())
@@ -173,7 +193,9 @@ std::span<const T> Value::elements(bool isRightKind, std::string_view expected) 
 
 template <Number T>
 std::span<const T> Value::numbers() const {
-  return elements<T>(std::holds_alternative<Elements<T>>(data_), builtinName(kindOf<T>).text());
+  const auto* const held = std::get_if<Numbers<T>>(&data_);
+  if (!held) raiseNo(builtinName(kindOf<T>).text());
+  return {held->get(), count()};
 }
 
 template <Number T>

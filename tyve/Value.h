@@ -26,6 +26,9 @@ class TYVE_API NativeObject {
   virtual bool isEqual(const NativeObject& other) const noexcept = 0;
   /// Equal objects have one hash.
   virtual std::size_t hash() const noexcept = 0;
+  /// What it is a part of: objects of one domain are used by one thread at a time. Null, as by
+  /// default, for an object that any threads may use at once.
+  virtual const void* domain() const noexcept;
 
  protected:
   NativeObject() = default;
@@ -62,16 +65,15 @@ struct Size {
 /// is 1 by 1. It never changes, a copy shares the elements, and all threads may read it. Texts are
 /// UTF-8. Positions count from 0; one beyond the end raises "IndexOutOfRange". Reading it as a kind
 /// that it is not raises "WrongValue" with what was expected and what is there; making one of more
-/// or fewer elements than its size says raises "SizeMismatch".
+/// or fewer elements than its size says raises "SizeMismatch". What is read by reference lasts
+/// as long as this very value.
 class TYVE_API Value {
  public:
   /// The empty object without a class.
   Value() noexcept = default;
 
   template <Number T>
-  static Value scalar(T number) {
-    return array<T>({&number, 1}, {1, 1});
-  }
+  static Value scalar(T number);
   template <Number T>
   static Value array(std::span<const T> numbers, Size size);
   template <Number T>
@@ -80,6 +82,7 @@ class TYVE_API Value {
   }
   /// A row of characters; its columns are the code points.
   static Value text(std::string text);
+  static Value string(std::string text);
   static Value strings(std::vector<std::string> texts, Size size);
   static Value strings(std::vector<std::string> texts);  ///< as a row
   static Value cell(std::vector<Value> values, Size size);
@@ -95,6 +98,8 @@ class TYVE_API Value {
   static Value objects(Name className, std::vector<Value> objects, Size size);
   /// The empty object of a class.
   static Value empty(Name className);
+  /// One member of an enumeration; `COSClassInfo::makeEnumeration` also checks it.
+  static Value member(Name className, std::int32_t value);
   /// The same elements under a class: an array of objects, or one of int32, which becomes an array
   /// of members of the enumeration. `COSClassInfo::makeEnumeration` also checks the members.
   Value withClass(Name className) const;
@@ -102,7 +107,7 @@ class TYVE_API Value {
   Kind kind() const noexcept { return kind_; }
   /// "double", "char", "struct", … or the class of the objects; none for the classless empty
   /// object.
-  Name className() const;
+  Name className() const { return kind_ >= Kind::Enumeration ? class_ : builtinName(kind_); }
   Size size() const noexcept { return size_; }
   std::size_t count() const noexcept { return size_.count(); }
   bool isEmpty() const noexcept { return count() == 0; }
@@ -143,12 +148,23 @@ class TYVE_API Value {
   struct Structs;
   template <class T>
   using Elements = std::shared_ptr<const T[]>;
+  /// One number in place, or the shared ones of an array.
+  template <Number T>
+  struct Numbers {
+    const T* get() const noexcept { return shared ? shared.get() : &one; }
+    const T& operator[](std::size_t position) const noexcept { return get()[position]; }
+    friend bool operator==(const Numbers&, const Numbers&) = default;
+
+    T one{};
+    Elements<T> shared;
+  };
   using Data =
-      std::variant<std::monostate, Elements<bool>, Elements<std::uint16_t>, Elements<std::int32_t>,
-                   Elements<double>, Elements<std::string>, Elements<Value>,
+      std::variant<std::monostate, Numbers<bool>, Numbers<std::uint16_t>, Numbers<std::int32_t>,
+                   Numbers<double>, Elements<std::string>, Elements<Value>,
                    std::shared_ptr<const Structs>, std::shared_ptr<const NativeObject>>;
 
   Value(Kind kind, Name className, Size size, Data data);
+  static Name builtinName(Kind kind);
   template <class T>
   static Value make(Kind kind, Name className, Size size, std::span<T> elements);
   template <class T>

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include <orb/zero/hb/ORB0WrapperInfo.h>
+#include <torvan/bindings/Api.h>
 #include <torvan/datamodel.h>
 #include <torvan/datamodel/ModelClasses.h>
 
@@ -50,6 +51,9 @@ consteval std::string_view aboutOf() {
   throw "the class has no line in the list";
 }
 
+/// The text of a term or an equation, cut when it is too long to be shown; none of what has none.
+TORVAN_BINDINGS_API std::string printedForHost(const tyve::Value& object);
+
 /// The host class of the model class X, with the operations that X offers to the host. What else it
 /// has follows from the record of X, see `orb::zero::hb::WrapperInfo`.
 template <class X>
@@ -60,34 +64,51 @@ class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
   Wrapper() : Base(std::string(aboutOf<X>()), Base::Access::Full, primitives) {
     if constexpr (std::derived_from<X, IndexableValue>)
       this->template addOperation<&X::at>(
-          "at", "The part at an index, or those of a range up to an end.", 1);
+          "at", "The part at an index, or those of a range up to an end.", {.optional = 1});
     else if constexpr (requires { &X::at; })
       this->template addOperation<&X::at>(
           "at", "What stands under a field name; an empty element when nothing does.");
     if constexpr (std::derived_from<X, LatticeValue>) {
-      this->template addOperation<&X::join>("join", "The least upper bound, as a new value.");
-      this->template addOperation<&X::meet>("meet", "The greatest lower bound, as a new value.");
+      this->template addOperation<&X::join>("join", "The least upper bound, as a new value.",
+                                            lasting);
+      this->template addOperation<&X::meet>("meet", "The greatest lower bound, as a new value.",
+                                            lasting);
       this->template addOperation<&X::le>(
           "le", "T when below or equal, F when strictly above, NA when not comparable.");
       this->template addOperation<&X::eq>("eq", "Whether the values are equal, part by part.");
-      this->template addOperation<&X::clone, X>("clone", "A new value equal to this one.");
+      this->template addOperation<&X::clone, X>("clone", "A new value equal to this one.", lasting);
     }
     if constexpr (requires { &X::prune; })
       this->template addOperation<&X::prune>(
-          "prune", "A new record without the field that a path of names leads to.");
+          "prune", "A new record without the field that a path of names leads to.", lasting);
     if constexpr (std::derived_from<X, LatticeType>)
       this->template addOperation<&X::isCompatible>(
           "isCompatible", "Whether values of the two types may be combined.");
     if constexpr (std::same_as<X, Equation>) {
-      this->template addOperation<&X::print>("print", "The equation as one line of text.");
+      this->template addOperation<&X::print>("print", "The equation as one line of text.", lasting);
       this->template addOperation<&X::getLhsVariable>("getLhsVariable",
                                                       "The variable that the left side writes.");
       this->template addOperation<&X::getRhsVariables>(
-          "getRhsVariables", "The variables that the right side reads, in order.");
+          "getRhsVariables", "The variables that the right side reads, in order.", lasting);
     }
   }
 
+  /// The text of a term or an equation, the size of a system.
+  std::string print(const tyve::Value& object) const override {
+    if constexpr (std::derived_from<X, Term> || std::same_as<X, Equation>) {
+      std::string text = object.isScalar() ? printedForHost(object) : std::string();
+      if (!text.empty()) return text;
+    } else if constexpr (std::same_as<X, System>) {
+      if (object.isScalar())
+        if (const System system = Base::fromHost(object))
+          return "<" + object.className().text() + ", " +
+                 std::to_string(system->getEquations().size()) + " equations>";
+    }
+    return Base::print(object);
+  }
+
  private:
+  static constexpr orb::zero::hb::CallTraits lasting{.isLong = true};
   // The names of a universe are a set, although in an order.
   static constexpr const char* primitives =
       std::same_as<X, PowerSetType> ? "orb.zero.PrimitiveSet" : "orb.zero.PrimitiveSequence";

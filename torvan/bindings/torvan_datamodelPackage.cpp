@@ -7,6 +7,7 @@
 #include <orb/zero/hb/HostError.h>
 #include <torvan/bindings/Wrappers.h>
 #include <torvan/bindings/boolean3Wrapper.h>
+#include <torvan/bindings/session/impl/SessionPackage.h>
 #include <torvan/datamodel/impl/MetaPackageTorvan_datamodel.h>
 #include <tyve/ClassSystem.h>
 
@@ -22,6 +23,7 @@ void registerAll() {
   orb::zero::hb::registerFramework();
   boolean3Wrapper::registerMarshaler();
   orb::zero::hb::registerPackage(std::make_unique<torvan_datamodelPackage>());
+  orb::zero::hb::registerPackage(std::make_unique<SessionPackage>());
 }
 
 }  // namespace

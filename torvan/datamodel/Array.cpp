@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include <orb/zero/Transaction.h>
 #include <torvan/datamodel/ArrayType.h>
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/TypeFactory.h>
 #include <torvan/datamodel/ValueFactory.h>
+#include <torvan/datamodel/impl/Nesting.h>
 #include <torvan/datamodel/impl/OrderFold.h>
 
 namespace torvan::datamodel {
@@ -42,6 +44,7 @@ class ElementReader {
 /// true.
 template <class Visit>
 bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit) {
+  const Nesting nesting;
   const unsigned size = ArrayType { array.getType() } -> getNumElems();
   const Array right{other};
   ElementReader leftElements(array), rightElements(*right.operator->());
@@ -55,7 +58,7 @@ bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit
 /// A new array like this one whose every element is what `operation` makes of the elements of both.
 template <class Operation>
 Array combine(const Array::Impl& array, const LatticeValue& other, Operation operation) {
-  const orb::zero::Batch batch(array);
+  orb::zero::Transaction unit(array.getModel());
   Array::Builder builder(array.getModel());
   builder->setType(array.getType());
   Array result = builder.create();
@@ -63,6 +66,7 @@ Array combine(const Array::Impl& array, const LatticeValue& other, Operation ope
     result->store(index, operation(left, right));
     return true;
   });
+  unit.commit();
   return result;
 }
 

@@ -2,6 +2,7 @@
 #include <torvan/datamodel/FieldType.h>
 #include <torvan/datamodel/PowerSetType.h>
 #include <torvan/datamodel/StructType.h>
+#include <torvan/datamodel/impl/Nesting.h>
 
 namespace torvan::datamodel {
 namespace {
@@ -13,6 +14,7 @@ bool isOfKind(const LatticeType& other) {
 }
 
 bool areCompatible(const LatticeType& a, const LatticeType& b) {
+  const Nesting nesting;
   return a == b || (a && a.isCompatible(b));
 }
 

@@ -17,7 +17,8 @@ namespace torvan::datamodel {
 /// The left operand's type drives every operation. Results of `join`, `meet` and `clone` are new
 /// elements in the model of the left operand; they have its type and share nothing with the
 /// operands. The right operand is taken as a value of the left one's kind; another kind, or an
-/// empty handle, raises "CannotCastIncompatibleTypes". It may belong to another model.
+/// empty handle, raises "CannotCastIncompatibleTypes". It may belong to another model. A value that
+/// contains itself raises "CyclicValue". When an operation raises, it has made nothing.
 ///
 /// A value that nobody holds stays in the model until `Model::reclaim` is called.
 class TORVAN_DATAMODEL_API LatticeValue : public orb::zero::Handle<LatticeValue, Term> {

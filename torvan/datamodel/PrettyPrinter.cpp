@@ -8,6 +8,8 @@
 
 #include <boost/dynamic_bitset/dynamic_bitset.hpp>
 
+#include <torvan/datamodel/impl/Walk.h>
+
 namespace torvan::datamodel {
 namespace {
 
@@ -21,22 +23,31 @@ class Line : public orb::zero::Visitor<void> {
   }
 
   std::string write(const ModelElement& element) {
+    if (!element) return {};
+    Walk walk(element);
+    for (dispatch(element); !pending_.empty(); walk.step()) writeNext();
+    return std::move(text_);
+  }
+  /// The text as far as it has been written when it is longer than so many bytes.
+  std::string writeSome(const ModelElement& element, std::size_t most) {
     dispatch(element);
-    while (!pending_.empty()) {
-      const Part part = std::move(pending_.back());
-      pending_.pop_back();
-      if (const auto* const literal = std::get_if<const char*>(&part))
-        text_ += *literal;
-      else if (const auto* const text = std::get_if<std::string>(&part))
-        text_ += *text;
-      else
-        dispatch(ModelElement(std::get<ModelElement::Impl*>(part)));
-    }
+    while (!pending_.empty() && text_.size() <= most) writeNext();
     return std::move(text_);
   }
 
  private:
   using Part = std::variant<const char*, ModelElement::Impl*, std::string>;
+
+  void writeNext() {
+    const Part part = std::move(pending_.back());
+    pending_.pop_back();
+    if (const auto* const literal = std::get_if<const char*>(&part))
+      text_ += *literal;
+    else if (const auto* const text = std::get_if<std::string>(&part))
+      text_ += *text;
+    else
+      dispatch(ModelElement(std::get<ModelElement::Impl*>(part)));
+  }
 
   template <class... X>
   void addVisits() {
@@ -130,6 +141,14 @@ class Line : public orb::zero::Visitor<void> {
 template <class... X>
 void PrettyPrinter::addVisits() {
   (add(X::Uuid(), [this](const ModelElement& element) { return visit(X{element}); }), ...);
+}
+
+std::string PrettyPrinter::excerpt(const ModelElement& element, std::size_t most) {
+  std::string text = Line().writeSome(element, most);
+  if (text.size() <= most) return text;
+  const auto isInside = [&] { return (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80; };
+  while (most > 0 && isInside()) --most;
+  return text.substr(0, most) + "...";
 }
 
 PrettyPrinter::PrettyPrinter() {

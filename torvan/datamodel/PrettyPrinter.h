@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include <orb/zero/Visitor.h>
@@ -27,11 +28,15 @@ namespace torvan::datamodel {
 ///     Join, Meet   Join(a,b)                  Equation     lhs = rhs
 ///
 /// A list without items has no opening parenthesis: "Join)". Nesting of any depth is written
-/// without recursion, in time proportional to the text. A printer does not change; it may be used
-/// often.
+/// without recursion, in time proportional to the text; what contains itself raises "CyclicValue".
+/// A printer does not change; it may be used often.
 class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string> {
  public:
   PrettyPrinter();
+
+  /// The text of an element, or its first so many bytes, whole characters only, and "..." when it
+  /// is longer. What contains itself is such a text.
+  static std::string excerpt(const ModelElement& element, std::size_t most);
 
   std::string visit(const Variable& variable) const;
   std::string visit(const Join& join) const;

@@ -16,7 +16,8 @@ namespace torvan::datamodel {
 /// Finds the variables that an expression mentions: dispatch on the expression, then read the list.
 /// The walk is pre-order and from left to right, the control expression of a conditional included;
 /// a variable is listed as often as it occurs. Values and empty operands contribute nothing.
-/// Nesting of any depth is walked without recursion.
+/// Nesting of any depth is walked without recursion; an expression that contains itself raises
+/// "CyclicValue".
 class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void> {
  public:
   RefVariableCollector();
@@ -38,7 +39,8 @@ class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void
   void addVisits();
   /// Goes on with these operands, in their order, before what is still to come.
   template <class Operands>
-  void descend(const Operands& operands);
+  void descend(const ModelElement& parent, const Operands& operands);
+  void walk(const ModelElement& root);
 
   std::vector<Variable> variables_;
   std::vector<ModelElement::Impl*> pending_;  // the next one last

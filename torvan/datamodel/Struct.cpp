@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include <orb/zero/Transaction.h>
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/StructType.h>
+#include <torvan/datamodel/impl/Nesting.h>
 #include <torvan/datamodel/impl/OrderFold.h>
 
 namespace torvan::datamodel {
@@ -43,6 +45,7 @@ class FieldReader {
 /// true.
 template <class Visit>
 bool forFields(const Struct::Impl& record, const LatticeValue& other, Visit visit) {
+  const Nesting nesting;
   const StructType type{record.getType()};
   const Struct right{other};
   FieldReader leftFields(record), rightFields(*right.operator->());
@@ -55,12 +58,13 @@ bool forFields(const Struct::Impl& record, const LatticeValue& other, Visit visi
 /// A new record like this one whose every field is what `operation` makes of the fields of both.
 template <class Operation>
 Struct combine(const Struct::Impl& record, const LatticeValue& other, Operation operation) {
-  const orb::zero::Batch batch(record);
+  orb::zero::Transaction unit(record.getModel());
   Struct result = makeLike(record);
   forFields(record, other, [&](const auto& name, const auto& left, const auto& right) {
     result->store(name, operation(left, right));
     return true;
   });
+  unit.commit();
   return result;
 }
 
@@ -109,7 +113,8 @@ Ref Struct::Impl::ref(const std::string& name) {
 }
 
 Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
-  const orb::zero::Batch batch(*this);
+  const Nesting nesting;
+  orb::zero::Transaction unit(getModel());
   Struct result = makeLike(*this);
   for (const auto& [name, field] : values_)
     if (path.empty() || name != path.front())
@@ -118,6 +123,7 @@ Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
     const Struct inner{at(path.front())};
     result->store(path.front(), inner.prune({path.begin() + 1, path.end()}));
   }
+  unit.commit();
   return result;
 }
 

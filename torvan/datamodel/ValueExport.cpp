@@ -253,23 +253,13 @@ class ValueWriter {
       const BitSet& bits = PowerSet(value)->getValue();
       key("size");
       json_.Uint64(bits.size());
-      property(form.content, hexadecimal(bits));
+      property(form.content, toHexadecimal(bits));
       json_.EndObject();
       return;
     }
     key(form.content);
     json_.StartObject();
     open.push_back({partsOf(value)});
-  }
-
-  static std::string hexadecimal(const BitSet& bits) {
-    std::vector<BitSet::block_type> words;
-    words.reserve(bits.num_blocks());
-    to_block_range(bits, std::back_inserter(words));
-    std::string digits;
-    for (std::size_t digit = (bits.size() + 3) / 4; digit-- > 0;)
-      digits += "0123456789abcdef"[words[digit / 16] >> digit % 16 * 4 & 15];
-    return digits;
   }
 
   std::ostream& out_;

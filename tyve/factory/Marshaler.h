@@ -63,7 +63,7 @@ struct TYVE_API CharPolicy {
 /// A text as a string.
 struct TYVE_API StringPolicy : CharPolicy {
   static constexpr std::string_view word = "TyveFactoryString scalar";
-  static Value toHost(const Native& native) { return Value::strings({native}); }
+  static Value toHost(const Native& native) { return Value::string(native); }
 };
 
 /// A list of texts: strings, a cell array with a row of characters each, or one row of characters.

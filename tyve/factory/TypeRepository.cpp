@@ -22,23 +22,40 @@ TypeRepository::TypeRepository() {
                 IntegerPolicy<std::int32_t>>(*this);
 }
 
+bool TypeWord::fits(const Value& value, std::optional<Value>& made) const {
+  const Name given = value.className();
+  if (given == name_) return true;
+  if (const Conversion* const conversion = conversion_.load(std::memory_order_acquire)) {
+    made = (*conversion)(value);
+    return made.has_value();
+  }
+  const COSClassInfo* const info = ClassSystem::getInstance().findClass(given);
+  return info && info->isSubclassOf(name_);
+}
+
 void TypeRepository::addConversion(Name word, Conversion conversion) {
   const std::lock_guard lock(mutex_);
-  conversions_.try_emplace(word, std::move(conversion));
+  TypeWord& known = words_.try_emplace(word, word).first->second;
+  if (known.owned_) return;
+  known.owned_ = std::make_unique<const Conversion>(std::move(conversion));
+  known.conversion_.store(known.owned_.get(), std::memory_order_release);
 }
 
 const Conversion* TypeRepository::findConversion(Name word) const {
   const std::shared_lock lock(mutex_);
-  const auto found = conversions_.find(word);
-  return found == conversions_.end() ? nullptr : &found->second;
+  const auto found = words_.find(word);
+  return found == words_.end() ? nullptr : found->second.owned_.get();
 }
 
-std::optional<Value> TypeRepository::convert(const Value& value, Name word) const {
-  if (const Conversion* const conversion = findConversion(word)) return (*conversion)(value);
-  const Name given = value.className();
-  if (given == word) return value;
-  const COSClassInfo* const info = ClassSystem::getInstance().findClass(given);
-  return info && info->isSubclassOf(word) ? std::optional(value) : std::nullopt;
+const TypeWord& TypeRepository::word(Name name) {
+  const std::lock_guard lock(mutex_);
+  return words_.try_emplace(name, name).first->second;
+}
+
+std::optional<Value> TypeRepository::convert(const Value& value, Name name) {
+  std::optional<Value> made;
+  if (word(name).fits(value, made) && !made) made = value;
+  return made;
 }
 
 namespace detail {

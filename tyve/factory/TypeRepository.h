@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <shared_mutex>
 #include <unordered_map>
@@ -11,6 +13,24 @@ namespace tyve::factory {
 
 /// Makes of any host value one in the form that a type word promises; nothing when it cannot.
 using Conversion = std::function<std::optional<Value>(const Value&)>;
+
+/// A type word with what it means. All threads read it without a lock.
+class TYVE_API TypeWord {
+ public:
+  explicit TypeWord(Name name) noexcept : name_(name) {}
+
+  Name name() const noexcept { return name_; }
+  /// Whether the value fits the word. If it is not in the form that the word promises, `made`
+  /// becomes a value that is. Passes on what a registered conversion raises.
+  bool fits(const Value& value, std::optional<Value>& made) const;
+
+ private:
+  friend class TypeRepository;
+
+  Name name_;
+  std::unique_ptr<const Conversion> owned_;
+  std::atomic<const Conversion*> conversion_ = nullptr;  // what is owned, once it is there
+};
 
 /// The meaning of the type words in signatures:
 ///
@@ -30,17 +50,20 @@ class TYVE_API TypeRepository {
   TypeRepository();
 
   /// Registers a conversion from any value under a word, unless the word has one. A conversion
-  /// under the name of a class replaces the test for that class.
+  /// under the name of a class replaces the test for that class, but of values of exactly that
+  /// class, which stay as they are.
   void addConversion(Name word, Conversion conversion);
   /// The conversion registered under this word, or null.
   const Conversion* findConversion(Name word) const;
+  /// The word itself. It stays in its place, and what is registered under it later is found, too.
+  const TypeWord& word(Name name);
   /// The value in the form that the word promises; nothing when it does not fit. Passes on what a
   /// registered conversion raises.
-  std::optional<Value> convert(const Value& value, Name word) const;
+  std::optional<Value> convert(const Value& value, Name word);
 
  private:
   mutable std::shared_mutex mutex_;
-  std::unordered_map<Name, Conversion> conversions_;  // its nodes stay in place
+  std::unordered_map<Name, TypeWord> words_;  // its nodes stay in place
 };
 
 }  // namespace tyve::factory

@@ -5,6 +5,7 @@
 #include <orb/zero/Exception.h>
 #include <orb/zero/Hash.h>
 #include <orb/zero/hb/HostError.h>
+#include <orb/zero/hb/HostObject.h>
 #include <tyve/Exception.h>
 
 namespace orb::zero::hb {
@@ -28,6 +29,7 @@ bool CollectionObject::isEqual(const NativeObject& other) const noexcept {
 std::size_t CollectionObject::hash() const noexcept {
   return hashCombine(ElementHash()(owner_), static_cast<std::uint64_t>(view_.property.position));
 }
+const void* CollectionObject::domain() const noexcept { return domainOf(owner_); }
 
 std::size_t CollectionObject::size() const { return services().size(owner()); }
 
@@ -61,7 +63,7 @@ CollectionClass::CollectionClass(std::string_view name, std::string_view supercl
             return tyve::Value::scalar(static_cast<std::int32_t>(collectionOf(object).size()));
           });
         },
-        {}, {}, "How many values there are.");
+        {}, {}, "How many values there are.", tyve::intern("int32 scalar"));
     addReader(
         "values", "any", {}, [](Arguments given) { return collectionOf(given[0]).values(); },
         "All values, as they are now.");
@@ -86,6 +88,7 @@ void CollectionClass::addReader(std::string_view name, std::string_view result,
                                 std::string_view argument, Call call, std::string documentation) {
   tyve::Signature signature{{}, tyve::intern(result), {getName()}};
   if (!argument.empty()) signature.arguments.push_back(tyve::intern(argument));
+  signature.isArray = argument.empty();  // or it is told which one
   addMethod(
       tyve::intern(name), std::move(signature),
       [call](std::span<const tyve::Value> given) { return asHost([&] { return call(given); }); },

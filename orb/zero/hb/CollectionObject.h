@@ -32,6 +32,7 @@ class ORB_ZERO_HB_API CollectionObject final : public tyve::NativeObject {
   bool isValid() const noexcept override;
   bool isEqual(const NativeObject& other) const noexcept override;
   std::size_t hash() const noexcept override;
+  const void* domain() const noexcept override;
 
   std::size_t size() const;
   /// The value at a place, from 0. Raises "IndexOutOfRange" when there is none.

@@ -1,6 +1,7 @@
 #include <orb/zero/hb/FrameworkPackage.h>
 
 #include <boost/uuid/uuid_io.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -10,6 +11,8 @@
 #include <orb/zero/Exception.h>
 #include <orb/zero/Model.h>
 #include <orb/zero/hb/CollectionObject.h>
+#include <orb/zero/hb/HostBuilder.h>
+#include <orb/zero/hb/NativeClass.h>
 #include <orb/zero/hb/ORB0WrapperInfo.h>
 #include <orb/zero/meta/Argument.h>
 #include <orb/zero/meta/Class.h>
@@ -25,8 +28,12 @@ using Arguments = std::span<const tyve::Value>;
 
 /// Whether one object of the class is given that is still there.
 void addIsValid(tyve::COSClassInfo& info) {
-  info.addStaticMethod(
-      tyve::intern("isValid"), {"object", tyve::intern("logical scalar"), {info.getName()}},
+  info.addMethod(
+      tyve::intern("isValid"),
+      {.argumentNames = {},
+       .result = tyve::intern("logical scalar"),
+       .arguments = {info.getName()},
+       .takesGone = true},
       [](Arguments given) {
         const tyve::Value& object = given.front();
         return tyve::Value::scalar(object.isScalar() && object.native()->isValid());
@@ -34,45 +41,47 @@ void addIsValid(tyve::COSClassInfo& info) {
       "Whether the object is still there.");
 }
 
-/// A model: what elements are created in.
-class ModelWrapper final : public tyve::COSClassInfo {
- public:
-  ModelWrapper()
-      : tyve::COSClassInfo(tyve::intern("orb.zero.Model"),
-                           "The container of elements. It lasts while it, or one of its elements, "
-                           "is held.") {
-    addConstructor(
-        {{}, getName(), {}}, [](Arguments) { return toHost(Model::create()); },
-        "Creates an empty model.");
-    addProperty(
-        tyve::intern("size"),
-        [](const tyve::Value& object) {
-          return asHost([&] {
-            return tyve::Value::scalar(static_cast<std::int32_t>(modelOf(object).size()));
-          });
-        },
-        {}, {}, "How many live elements it has.");
-    addIsValid(*this);
-  }
+/// A constructor that is given something else than a model is told that it needs one.
+std::optional<tyve::Value> toModel(const tyve::Value&) {
+  raiseToHost(Exception(std::string(frameworkCatalog), "CannotCreateWithoutModel"));
+}
 
-  /// A constructor that is given something else is told that it needs a model.
-  static std::optional<tyve::Value> convert(const tyve::Value& value) {
-    static const tyve::Name name = tyve::intern("orb.zero.Model");
-    if (value.className() == name) return value;
-    raiseToHost(Exception(std::string(frameworkCatalog), "CannotCreateWithoutModel"));
-  }
-};
+/// A model: what elements are created in.
+std::unique_ptr<const tyve::COSClassInfo> makeModelClass() {
+  const auto count = [](std::size_t number) { return static_cast<std::int32_t>(number); };
+  auto info = std::make_unique<NativeClass<ModelObject>>(
+      "The container of elements. It lasts while it, or one of its elements, is held.");
+  info->constructor("Creates an empty model.", [] { return Model::create(); });
+  info->property("size", "How many live elements it has.",
+                 [count](const Model& model) { return count(model.size()); });
+  info->property("undoSteps", "How many transactions can be undone.",
+                 [count](const Model& model) { return count(model.undoSteps()); });
+  info->property("redoSteps", "How many transactions can be made again.",
+                 [count](const Model& model) { return count(model.redoSteps()); });
+  addIsValid(*info);
+  info->method(
+      "find", "uuid", "The element of a UUID; an empty one when there is none.",
+      [](const Model& model, const tyve::Value& id) { return model.find(extractUuid(id)); });
+  info->method("undo", "", "Takes the latest kept transaction back; false when there is none.",
+               [](const Model& model) { return model.undo(); }, {.isLong = true});
+  info->method("redo", "", "Makes again what was undone last; false when there is none.",
+               [](const Model& model) { return model.redo(); }, {.isLong = true});
+  info->method("reclaim", "", "Frees what nothing can reach any more; returns how many elements.",
+               [count](const Model& model) { return count(model.reclaim()); }, {.isLong = true});
+  return info;
+}
 
 /// The root of all classes of elements.
 class ModelElementWrapper final : public ORB0WrapperInfo<ModelElement> {
  public:
   ModelElementWrapper() : ORB0WrapperInfo("What all elements of a model have in common.") {
-    addReader("uuid", "Its UUID, as text.", [](const ModelElement& element) {
+    addReader("uuid", "char", "Its UUID, as text.", [](const ModelElement& element) {
       return tyve::Value::text(to_string(element->getUuid()));
     });
-    addReader("container", "The element that owns it; an empty one when none does.",
+    addReader("container", "orb.zero.ModelElement",
+              "The element that owns it; an empty one when none does.",
               [](const ModelElement& element) { return toHost(element->getContainer()); });
-    addReader("model", "The model that it belongs to.",
+    addReader("model", "orb.zero.Model", "The model that it belongs to.",
               [](const ModelElement& element) { return hb::toHost(element->getModel()); });
     addIsValid(*this);
     addMethod(
@@ -85,13 +94,14 @@ class ModelElementWrapper final : public ORB0WrapperInfo<ModelElement> {
 
  private:
   template <class Read>
-  void addReader(std::string_view name, std::string documentation, Read read) {
+  void addReader(std::string_view name, std::string_view result, std::string documentation,
+                 Read read) {
     addProperty(
         tyve::intern(name),
         [read](const tyve::Value& object) {
           return asHost([&] { return read(fromHost(object)); });
         },
-        {}, {}, std::move(documentation));
+        {}, {}, std::move(documentation), tyve::intern(result));
   }
 };
 
@@ -122,7 +132,7 @@ class MetaPackage final : public EmptyParentPackage {
 FrameworkPackage::FrameworkPackage() : EmptyParentPackage(tyve::intern("orb.zero")) {}
 
 void FrameworkPackage::initializePackage() {
-  addClass(std::make_unique<ModelWrapper>());
+  addClass(makeModelClass());
   addClass(std::make_unique<ModelElementWrapper>());
 
   using enum CollectionClass::Members;
@@ -142,8 +152,7 @@ void FrameworkPackage::initializePackage() {
 }
 
 void registerFramework() {
-  tyve::ClassSystem::getInstance().types().addConversion(tyve::intern("orb.zero.Model"),
-                                                         &ModelWrapper::convert);
+  tyve::ClassSystem::getInstance().types().addConversion(tyve::intern("orb.zero.Model"), &toModel);
   registerPackage(std::make_unique<FrameworkPackage>());
   registerPackage(std::make_unique<MetaPackage>());
 }

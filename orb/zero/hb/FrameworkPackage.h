@@ -8,7 +8,6 @@ namespace orb::zero::hb {
 /// "orb.zero.meta", the classes of the descriptions, which the host may only read.
 ///
 /// The members of "orb.zero.Model" and "orb.zero.ModelElement" are listed with them in the source.
-/// `isValid` is static there, as instances that are gone refuse all methods.
 class ORB_ZERO_HB_API FrameworkPackage final : public EmptyParentPackage {
  public:
   FrameworkPackage();

@@ -60,6 +60,10 @@ class HostClasses {
   std::unordered_map<const meta::ClassInfo*, tyve::Name> names_;
 };
 
+[[noreturn]] void raiseNoElement(const meta::ClassInfo& expected) {
+  raise("CannotCastIncompatibleTypes", {std::string(expected.name)});
+}
+
 }  // namespace
 
 void raiseToHost(const Exception& error) {
@@ -73,6 +77,7 @@ bool ElementObject::isEqual(const NativeObject& other) const noexcept {
   return object && object->element_ == element_;
 }
 std::size_t ElementObject::hash() const noexcept { return ElementHash()(element_); }
+const void* ElementObject::domain() const noexcept { return domainOf(element_); }
 
 bool ModelObject::isValid() const noexcept { return true; }
 bool ModelObject::isEqual(const NativeObject& other) const noexcept {
@@ -81,6 +86,11 @@ bool ModelObject::isEqual(const NativeObject& other) const noexcept {
 }
 std::size_t ModelObject::hash() const noexcept {
   return std::hash<const void*>()(model_.operator->());
+}
+const void* ModelObject::domain() const noexcept { return model_.operator->(); }
+
+const void* domainOf(const ModelElement& element) noexcept {
+  return element.get() ? &element.get()->model() : nullptr;
 }
 
 tyve::Name hostName(const meta::ClassInfo& type) { return tyve::intern(type.name); }
@@ -95,20 +105,25 @@ tyve::Value toHost(ModelElement element, tyve::Name declared) {
 }
 
 tyve::Value toHost(Model model) {
-  static const tyve::Name name = tyve::intern("orb.zero.Model");
+  static const tyve::Name name = tyve::intern(ModelObject::hostClass);
   return tyve::ClassSystem::getInstance().announce(
       std::make_shared<const ModelObject>(std::move(model)), name);
 }
 
 ModelElement elementOf(const tyve::Value& value, const meta::ClassInfo& expected) {
+  const ModelElement& element = anyElementOf(value, expected);
+  if (!element.get() || element.get()->getMetaClass().isKindOf(expected)) return element;
+  raiseNoElement(expected);
+}
+
+const ModelElement& anyElementOf(const tyve::Value& value, const meta::ClassInfo& expected) {
+  static const ModelElement none;
   if (value.is(tyve::Kind::Object)) {
-    if (value.isEmpty()) return {};
-    if (const auto* object = value.isScalar() ? as<ElementObject>(*value.native()) : nullptr) {
-      const ModelElement& element = object->element();
-      if (!element.get() || element.get()->getMetaClass().isKindOf(expected)) return element;
-    }
+    if (value.isEmpty()) return none;
+    if (const auto* object = value.isScalar() ? as<ElementObject>(*value.native()) : nullptr)
+      return object->element();
   }
-  raise("CannotCastIncompatibleTypes", {std::string(expected.name)});
+  raiseNoElement(expected);
 }
 
 Model modelOf(const tyve::Value& value) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,11 +31,7 @@ class PolicyBasedEnumValueMarshaler : public PolicyBasedValueMarshaler<T> {
 
  protected:
   tyve::Value one(const T& value) const override {
-    const auto number = static_cast<std::int32_t>(value);
-    const tyve::COSClassInfo& info = hostClass();
-    for (const auto& [known, member] : members_)
-      if (known == number) return member;
-    return info.makeEnumeration(tyve::Value::scalar(number));  // raises that there is none
+    return hostClass().makeEnumeration(static_cast<std::int32_t>(value));
   }
   tyve::Value many(const std::vector<T>& values) const override {
     std::vector<std::int32_t> numbers;
@@ -63,20 +58,11 @@ class PolicyBasedEnumValueMarshaler : public PolicyBasedValueMarshaler<T> {
         tyve::ClassSystem::getInstance().types().findConversion(className_);
     return conversion ? (*conversion)(text).value_or(text) : text;
   }
-  /// Known from the first use on; values share the members.
   const tyve::COSClassInfo& hostClass() const {
-    std::call_once(once_, [this] {
-      hostClass_ = &tyve::ClassSystem::getInstance().getClass(className_);
-      for (const auto& [name, value] : hostClass_->getEnumerationMembers())
-        members_.emplace_back(value, hostClass_->makeEnumeration(tyve::Value::scalar(value)));
-    });
-    return *hostClass_;
+    return tyve::ClassSystem::getInstance().getClass(className_);
   }
 
   tyve::Name className_;
-  mutable std::once_flag once_;
-  mutable const tyve::COSClassInfo* hostClass_ = nullptr;
-  mutable std::vector<std::pair<std::int32_t, tyve::Value>> members_;
 };
 
 }  // namespace orb::zero::hb

@@ -1,5 +1,6 @@
 #include <orb/zero/hb/WrapperInfo.h>
 
+#include <boost/uuid/uuid_io.hpp>
 #include <optional>
 #include <span>
 #include <utility>
@@ -81,6 +82,20 @@ WrapperInfo::WrapperInfo(const meta::ClassInfo& type, std::string documentation,
 
 WrapperInfo::~WrapperInfo() = default;
 
+std::string WrapperInfo::print(const tyve::Value& object) const {
+  if (!object.isScalar()) return object.describe();
+  const ModelElement element = elementOf(object, class_);
+  const std::string& name = object.className().text();
+  if (!element) return (element.get() ? "a deleted " : "an empty ") + name;
+  std::string text = "<" + name;
+  if (const auto* const property = element->getPropertyByName("name"))
+    if (const Value given = element->getPropertyValue(*property); !given.isEmpty())
+      if (const auto* const marshaler =
+              MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property))
+        text += " '" + marshaler->toHost(given).text() + "'";
+  return text + " " + to_string(element->getUuid()) + ">";
+}
+
 void WrapperInfo::addElementConstructor() {
   addConstructor(
       {"model opt_init opt_uuid", getName(), {tyve::intern("orb.zero.Model"), any(), any()}, 2},
@@ -118,7 +133,7 @@ void WrapperInfo::addSingle(const meta::PropertyInfo& property, const ValueMarsh
           return marshaler.toHost(elementOf(object, class_)->getPropertyValue(property));
         });
       },
-      std::move(setter));
+      std::move(setter), {}, {}, marshaler.getTypeWord());
 }
 
 void WrapperInfo::addCollection(const meta::PropertyInfo& property, const ValueMarshaler& items,
@@ -126,14 +141,16 @@ void WrapperInfo::addCollection(const meta::PropertyInfo& property, const ValueM
   const auto name = property.type ? CollectionClass::nameFor(property) : primitives;
   views_.push_back(std::make_unique<const CollectionView>(
       CollectionView{property, tyve::intern(name), items, keyMarshalerOf(property)}));
-  addProperty(tyve::intern(property.name),
-              [this, &view = *views_.back()](const tyve::Value& object) {
-                return asHost([&] {
-                  return tyve::ClassSystem::getInstance().announce(
-                      std::make_shared<const CollectionObject>(elementOf(object, class_), view),
-                      view.className);
-                });
-              });
+  addProperty(
+      tyve::intern(property.name),
+      [this, &view = *views_.back()](const tyve::Value& object) {
+        return asHost([&] {
+          return tyve::ClassSystem::getInstance().announce(
+              std::make_shared<const CollectionObject>(elementOf(object, class_), view),
+              view.className);
+        });
+      },
+      {}, {}, {}, tyve::intern(name));
 }
 
 void WrapperInfo::addCreateInto(const meta::PropertyInfo& property) {

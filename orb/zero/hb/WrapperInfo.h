@@ -30,6 +30,9 @@ class ORB_ZERO_HB_API WrapperInfo : public tyve::COSClassInfo {
 
   const meta::ClassInfo& metaClass() const noexcept { return class_; }
 
+  /// The class, the name, if the element has one, and the UUID.
+  std::string print(const tyve::Value& object) const override;
+
  private:
   void addElementConstructor();
   void addElementProperty(const meta::PropertyInfo& property, Access access,

@@ -30,6 +30,9 @@ class ORB_ZERO_API AbstractMetaPackage {
   /// who looks for a class by name only does it first.
   void ensureInitialized();
 
+  /// That of the root package.
+  const std::u16string& getUri() const noexcept { return uri_; }
+
  protected:
   /// `uri` is that of the root package.
   explicit AbstractMetaPackage(std::u16string uri);

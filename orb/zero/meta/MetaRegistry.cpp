@@ -13,6 +13,13 @@ void collect(const Package& package, std::vector<Package>& found) {
   for (const Package& inner : package->getPackages()) collect(inner, found);
 }
 
+bool hasUri(const Package& package, std::u16string_view uri) {
+  if (package->getUri() == uri) return true;
+  for (const Package& inner : package->getPackages())
+    if (hasUri(inner, uri)) return true;
+  return false;
+}
+
 bool isInside(ModelElement element, const Package& package) {
   while (element && !(element == package)) element = element->getContainer();
   return static_cast<bool>(element);
@@ -42,6 +49,15 @@ Type MetaRegistry::requireType(std::string_view name) const {
   return found;
 }
 
+const ClassInfo* MetaRegistry::findRecord(std::string_view className) const {
+  const Lock lock(mutex_);
+  const auto found = tables_.types.find(className);
+  if (found == tables_.types.end() || !found->second) return nullptr;
+  const Type::Impl& type = *found->second.operator->();  // without a handle
+  const bool isClass = type.getMetaClass() == Class::metaClass();
+  return isClass ? static_cast<const Class::Impl&>(type).getInfo() : nullptr;
+}
+
 PrimitiveType MetaRegistry::getPrimitiveType(std::string_view name) const {
   const Lock lock(mutex_);
   const Type found = findType(name);
@@ -54,6 +70,13 @@ Package MetaRegistry::findPackage(std::u16string_view uri) const {
   for (const Package& package : getPackages())
     if (package->getUri() == uri) return package;
   return {};
+}
+
+bool MetaRegistry::hasPackage(std::string_view uri) const {
+  const Lock lock(mutex_);
+  const std::u16string wanted = toUtf16(uri);
+  return std::any_of(tables_.roots.begin(), tables_.roots.end(),
+                     [&](const Package& root) { return root && hasUri(root, wanted); });
 }
 
 std::vector<Package> MetaRegistry::getPackages() const {

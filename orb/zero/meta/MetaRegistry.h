@@ -42,6 +42,8 @@ class ORB_ZERO_API MetaRegistry {
   Type findType(std::u16string_view name) const { return findType(toUtf8(name)); }
   /// The same; raises "NoSuchType" with the name when there is none.
   Type requireType(std::string_view name) const;
+  /// The record of the class of this name, for any thread; null when there is none.
+  const ClassInfo* findRecord(std::string_view className) const;
   /// The primitive type of this name, or an empty handle.
   PrimitiveType getPrimitiveType(std::string_view name) const;
   PrimitiveType getPrimitiveType(std::u16string_view name) const {
@@ -50,6 +52,8 @@ class ORB_ZERO_API MetaRegistry {
   /// The registered package with this URI, or an empty handle.
   Package findPackage(std::u16string_view uri) const;
   Package findPackage(std::string_view uri) const { return findPackage(toUtf16(uri)); }
+  /// Whether there is one, for any thread.
+  bool hasPackage(std::string_view uri) const;
   /// What is registered: each root package and, following it, what is inside.
   std::vector<Package> getPackages() const;
   std::vector<Type> getTypes() const;

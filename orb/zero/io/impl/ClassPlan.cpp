@@ -1,7 +1,6 @@
 #include <orb/zero/io/impl/ClassPlan.h>
 
 #include <algorithm>
-#include <mutex>
 #include <set>
 
 #include <orb/zero/meta/AbstractMetaPackage.h>
@@ -55,22 +54,13 @@ const ClassPlan& ClassPlans::of(const meta::ClassInfo& type) {
 const ClassPlan* ClassPlans::find(std::string_view name) {
   if (last_ && last_->type.name == name) return last_;
   if (const auto known = plans_.find(name); known != plans_.end()) return last_ = &known->second;
-  const meta::MetaRegistry& registry = meta::MetaRegistry::getInstance();
-  const std::lock_guard lock(registry.getMutex());
-  const meta::Type type = registry.findType(name);
-  if (!type || !(type->getMetaClass() == meta::Class::metaClass())) return nullptr;
-  const meta::ClassInfo& info = meta::Class(type);
-  return &of(info);
+  const meta::ClassInfo* const type = meta::MetaRegistry::getInstance().findRecord(name);
+  return type ? &of(*type) : nullptr;
 }
 
 std::vector<std::string> ClassPlans::uris() const {
   std::set<std::string> uris;
-  const std::lock_guard lock(meta::MetaRegistry::getInstance().getMutex());
-  for (const auto& [name, plan] : plans_) {
-    meta::Package package = meta::Class(plan.type)->getOwningPackage();
-    while (const meta::Package outer = package->getParentPackage()) package = outer;
-    uris.insert(toUtf8(package->getUri()));
-  }
+  for (const auto& [name, plan] : plans_) uris.insert(toUtf8(plan.type.package().getUri()));
   return {uris.begin(), uris.end()};
 }
 

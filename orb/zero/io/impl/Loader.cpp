@@ -148,7 +148,7 @@ void Loader::value(Form form, std::string_view text) {
       return fileValue(form, text);
     case Context::Packages:
       if (form != Form::Text) refuseValue();
-      if (!meta::MetaRegistry::getInstance().findPackage(text))
+      if (!meta::MetaRegistry::getInstance().hasPackage(text))
         refuse("The meta-model '" + std::string(text) + "' is not registered.");
       return;
     case Context::Start:

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include <torvan/datamodel/PowerSet.h>
+#include <torvan/datamodel/PowerSetType.h>
+#include <tyve/Value.h>
+
+namespace torvan::datamodel::hb {
+
+/// The functions of the class "torvan.session.Bits", which has no instances.
+struct Bits {
+  static constexpr std::string_view hostClass = "torvan.session.Bits";
+};
+
+/// The bits of a set over the elements of a type, as the host gives them:
+///
+/// | given | meaning |
+/// |---|---|
+/// | a list of texts and numbers | names of the universe (all elements of the name), and indices
+/// from 1 | | a text such as "101" | all bits, as they print: the last element first | | a text
+/// such as "0x5" | a hexadecimal number, the first element being the lowest bit | | one number |
+/// such a number, of 53 bits at most |
+///
+/// Raises "InvalidValue" with what is wrong, and "CannotCastIncompatibleTypes" without a type.
+BitSet bitsFromHost(const tyve::Value& value, const PowerSetType& type);
+/// The same for a set that may have no type: names are not known then, and the length is its own.
+BitSet bitsFromHost(const tyve::Value& value, const PowerSet& set);
+
+}  // namespace torvan::datamodel::hb

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <orb/zero/Transaction.h>
+#include <torvan/datamodel/Session.h>
+#include <tyve/Value.h>
+
+/// What stands behind the objects of the host package "torvan.session".
+namespace torvan::datamodel::hb {
+
+class TransactionObject;
+
+/// A session as the host has it.
+struct HostSession {
+  Session session;
+  const void* const domain = session.model().operator->();
+  std::int32_t historyLimit = 0;
+  std::vector<const TransactionObject*> open;  // the innermost one last
+};
+
+/// A session or one of its factories: keeps the session, and is equal to another one of its kind
+/// and session.
+class SessionPart : public tyve::NativeObject {
+ public:
+  explicit SessionPart(std::shared_ptr<HostSession> host) : host_(std::move(host)) {}
+
+  const std::shared_ptr<HostSession>& host() const noexcept { return host_; }
+  const Session* operator->() const noexcept { return &host_->session; }
+
+  bool isValid() const noexcept final { return true; }
+  bool isEqual(const NativeObject& other) const noexcept final;
+  std::size_t hash() const noexcept final;
+  const void* domain() const noexcept final { return host_->domain; }
+
+ private:
+  std::shared_ptr<HostSession> host_;
+};
+
+struct SessionObject final : SessionPart {
+  static constexpr std::string_view hostClass = "torvan.session.Session";
+  using SessionPart::SessionPart;
+};
+struct TypeFactoryObject final : SessionPart {
+  static constexpr std::string_view hostClass = "torvan.session.TypeFactory";
+  using SessionPart::SessionPart;
+};
+struct ValueFactoryObject final : SessionPart {
+  static constexpr std::string_view hostClass = "torvan.session.ValueFactory";
+  using SessionPart::SessionPart;
+};
+struct ExpressionFactoryObject final : SessionPart {
+  static constexpr std::string_view hostClass = "torvan.session.ExpressionFactory";
+  using SessionPart::SessionPart;
+};
+
+/// An object that is equal to itself only.
+class SingleObject : public tyve::NativeObject {
+ public:
+  bool isValid() const noexcept final { return true; }
+  bool isEqual(const NativeObject& other) const noexcept final { return &other == this; }
+  std::size_t hash() const noexcept final;
+};
+
+/// A builder of a system; it may outlive the session.
+class SystemBuilderObject final : public SingleObject {
+ public:
+  static constexpr std::string_view hostClass = "torvan.session.SystemBuilder";
+
+  explicit SystemBuilderObject(const HostSession& host)
+      : builder_(host.session.model()), domain_(host.domain) {}
+
+  SystemBuilder* operator->() const noexcept { return &builder_; }
+  const void* domain() const noexcept override { return domain_; }
+
+ private:
+  mutable SystemBuilder builder_;
+  const void* domain_;
+};
+
+/// A transaction. The last one who lets go of it while it is open rolls it back, with the inner
+/// ones that still are open.
+class TransactionObject final : public SingleObject {
+ public:
+  static constexpr std::string_view hostClass = "torvan.session.Transaction";
+
+  explicit TransactionObject(std::shared_ptr<HostSession> host);
+  ~TransactionObject() override;
+
+  bool isOpen() const noexcept { return transaction_.has_value(); }
+  /// Both raise "TransactionEnded" when it is not open.
+  /// Raises "TransactionInProgress" while an inner one is open.
+  void commit() const;
+  /// Also rolls back the inner ones.
+  void rollback() const;
+  const void* domain() const noexcept override { return host_->domain; }
+
+ private:
+  void checkOpen() const;
+  void end() const noexcept;
+
+  std::shared_ptr<HostSession> host_;
+  mutable std::optional<orb::zero::Transaction> transaction_;
+};
+
+}  // namespace torvan::datamodel::hb

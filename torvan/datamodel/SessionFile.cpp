@@ -1,0 +1,45 @@
+#include <torvan/datamodel/SessionFile.h>
+
+#include <fstream>
+
+#include <orb/zero/Exception.h>
+#include <orb/zero/Transaction.h>
+#include <orb/zero/io/ModelFile.h>
+#include <orb/zero/io/WholeFile.h>
+#include <torvan/datamodel/ValueArchive.h>
+
+namespace torvan::datamodel {
+namespace {
+
+std::string bitsOf(const std::string& file) { return file + ".values"; }
+
+void restoreBits(const orb::zero::Model& model, const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) orb::zero::raise("CannotImportValues", {file, "cannot open the file"});
+  try {
+    restoreValues(in, powerSetsOf(model));
+  } catch (const orb::zero::Exception& error) {
+    if (error.getIdentifier() != "CannotImportValues") throw;
+    orb::zero::raise(error.getIdentifier(),
+                     {file + ": " + error.getArguments()[0], error.getArguments()[1]});
+  }
+}
+
+}  // namespace
+
+void saveWithBits(const orb::zero::Model& model, const std::string& file) {
+  const auto writeBits = [&](std::ostream& out) { exportValues(powerSetsOf(model), out); };
+  orb::zero::io::writeWhole(bitsOf(file), writeBits);
+  orb::zero::io::writeWhole(file, [&](std::ostream& out) { orb::zero::io::save(model, out); });
+}
+
+void loadWithBits(const orb::zero::Model& model, const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) orb::zero::raise("CannotLoad", {file, "", "", "", "cannot open the file"});
+  orb::zero::Transaction unit(model);
+  orb::zero::io::load(model, in, file);
+  restoreBits(model, bitsOf(file));
+  unit.commit();
+}
+
+}  // namespace torvan::datamodel

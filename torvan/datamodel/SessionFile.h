@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include <orb/zero/Model.h>
+#include <torvan/datamodel/Api.h>
+
+/// A model with the bits of its sets, in two files: FILE, see `orb/zero/io/ModelFile.h`, and
+/// FILE.values, see `ValueArchive.h`.
+namespace torvan::datamodel {
+
+/// Writes both, each whole or not at all. Raises "CannotSave" and "CannotExportValues".
+TORVAN_DATAMODEL_API void saveWithBits(const orb::zero::Model& model, const std::string& file);
+
+/// Adds what both hold to an empty model, as one unit. Raises "CannotLoad" and
+/// "CannotImportValues", with the name of the file; the model is as it was then.
+TORVAN_DATAMODEL_API void loadWithBits(const orb::zero::Model& model, const std::string& file);
+
+}  // namespace torvan::datamodel
