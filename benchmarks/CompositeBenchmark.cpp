@@ -15,7 +15,7 @@ namespace {
 
 using Words = std::vector<unsigned long>;  // one per part
 
-/// About so many parts are alive before all results are let go.
+/// So many results are alive before all are let go: about as many parts.
 std::size_t resultsOf(std::size_t parts) { return std::max<std::size_t>(4, 4096 / parts); }
 
 Words randomWords(std::size_t parts, Random::result_type seed) {
@@ -50,6 +50,7 @@ class OurComposites {
 
 class OurStructs : public OurComposites {
  public:
+  static constexpr char name[] = "ours";
   OurStructs(const Words& a, const Words& b) {
     for (std::size_t i = 0; i < a.size(); ++i) names_.push_back("field" + std::to_string(i));
     const StructType type = session_.typeFactory()->createStructType(
@@ -60,7 +61,7 @@ class OurStructs : public OurComposites {
   Words joined() {
     const Struct result{a_.join(b_)};
     Words words;
-    for (const std::string& name : names_) words.push_back(wordOf(result.at(name)));
+    for (const std::string& field : names_) words.push_back(wordOf(result.at(field)));
     return words;
   }
 
@@ -70,6 +71,7 @@ class OurStructs : public OurComposites {
 
 class OurArrays : public OurComposites {
  public:
+  static constexpr char name[] = "ours";
   OurArrays(const Words& a, const Words& b) : indices_(a.size()) {
     std::iota(indices_.begin(), indices_.end(), std::uint16_t{1});
     const ArrayType type = session_.typeFactory()->createArrayType(
@@ -92,6 +94,7 @@ class OurArrays : public OurComposites {
 template <bool flat>
 class RawComposites {
  public:
+  static constexpr const char* name = flat ? "flat" : "raw";
   RawComposites(const Words& a, const Words& b)
       : blockSize_(flat ? a.size() : 1), a_(blocksOf(a)), b_(blocksOf(b)) {
     results_.reserve(resultsOf(a.size()) * a_.size());
@@ -110,11 +113,12 @@ class RawComposites {
       if (!std::equal(a_[block].get(), a_[block].get() + blockSize_, b_[block].get())) return false;
     return true;
   }
-  Words joined() {
-    join();
+  /// The latest result.
+  Words joined() const {
     Words words;
-    for (const Block& block : results_)
-      words.insert(words.end(), block.get(), block.get() + blockSize_);
+    for (auto block = results_.end() - static_cast<std::ptrdiff_t>(a_.size());
+         block != results_.end(); ++block)
+      words.insert(words.end(), block->get(), block->get() + blockSize_);
     return words;
   }
 
@@ -140,44 +144,51 @@ class RawComposites {
   std::vector<Block> a_, b_, results_;
 };
 
-template <class Composites>
-void addSide(const std::string& kind, std::size_t parts, const std::string& side) {
-  addCase(kind + ".join", parts, side, [parts](benchmark::State& state) {
-    const Words a = randomWords(parts, 1), b = randomWords(parts, 2);
-    Words right;
-    for (std::size_t i = 0; i < parts; ++i) right.push_back(a[i] | b[i]);
-    Composites composites(a, b);
-    check(state, composites.joined() == right);
-    composites.letGo();
-    const std::size_t results = resultsOf(parts);
-    measure(state, results, [&] {
-      for (std::size_t i = 0; i < results; ++i) composites.join();
-      composites.letGo();
-    });
-  });
-  addCase(kind + ".eq", parts, side, [parts](benchmark::State& state) {
-    const Words a = randomWords(parts, 1);
-    Words other = a;
-    other.back() = ~other.back();
-    check(state, !Composites(a, other).eq());
-    const Composites composites(a, a);
-    check(state, composites.eq());
-    measure(state, 1, [&] { benchmark::DoNotOptimize(composites.eq()); });
-  });
+std::uint64_t numberOf(const Words& words) {
+  return std::accumulate(words.begin(), words.end(), std::uint64_t{0}, orb::zero::hashCombine);
 }
 
+/// Results are kept until the run is over; what it takes to end them is not timed.
 template <class Ours>
-void addKind(const std::string& kind, std::size_t parts) {
-  addSide<Ours>(kind, parts, "ours");
-  addSide<RawComposites<false>>(kind, parts, "floor copies");
-  addSide<RawComposites<true>>(kind, parts, "floor flat");
+void addKind(Cases& cases, const std::string& kind, std::size_t parts, double factor) {
+  using Raw = RawComposites<false>;
+  using Flat = RawComposites<true>;
+  const std::size_t results = resultsOf(parts);
+  cases.push_back({.name = kind + ".join",
+                   .size = parts,
+                   .items = results,
+                   .targets = {timesOf(factor, "raw")},
+                   .sides = entrants<Ours, Raw, Flat>([=]<class X>() {
+                     const auto pair =
+                         std::make_shared<X>(randomWords(parts, 1), randomWords(parts, 2));
+                     return Side{.run =
+                                     [=] {
+                                       for (std::size_t i = 0; i < results; ++i) pair->join();
+                                     },
+                                 .finish = [=] { pair->letGo(); },
+                                 .result = [=] { return numberOf(pair->joined()); }};
+                   })});
+  constexpr std::size_t times = 1000;
+  cases.push_back({.name = kind + ".eq",
+                   .size = parts,
+                   .items = times,
+                   .sides = entrants<Ours, Raw, Flat>([=]<class X>() {
+                     const Words words = randomWords(parts, 1);
+                     const auto pair = std::make_shared<X>(words, words);
+                     return Side{.run =
+                                     [=] {
+                                       for (std::size_t i = 0; i < times; ++i)
+                                         benchmark::DoNotOptimize(pair->eq());
+                                     },
+                                 .result = [=] { return pair->eq(); }};
+                   })});
 }
 
 }  // namespace
 
-void addCompositeCases() {
-  addKind<OurStructs>("struct", 16);
-  addKind<OurArrays>("array", 1000);
+void addCompositeCases(Cases& cases) {
+  addKind<OurStructs>(cases, "struct", 16, 3);
+  addKind<OurArrays>(cases, "array", 1000, 2.5);
 }
 
 }  // namespace torvan::datamodel::benchmarks

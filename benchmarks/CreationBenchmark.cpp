@@ -1,11 +1,10 @@
-#include <malloc.h>
 #include <torvan/datamodel.h>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "benchmarks/Case.h"
+#include "benchmarks/Memory.h"
 #include "benchmarks/RawElement.h"
 
 namespace torvan::datamodel::benchmarks {
@@ -13,8 +12,9 @@ namespace {
 
 class OurVariables {
  public:
+  static constexpr char name[] = "ours";
   void add() { Variable::Builder(model_).create(); }
-  std::size_t size() const { return model_.size(); }
+  std::size_t count() const { return model_.size(); }
 
  private:
   orb::zero::Model model_ = orb::zero::Model::create();
@@ -22,8 +22,9 @@ class OurVariables {
 
 class RawVariables {
  public:
+  static constexpr char name[] = "raw";
   void add() { content_.push_back(std::make_unique<Element>(newUuid_())); }
-  std::size_t size() const { return content_.size(); }
+  std::size_t count() const { return content_.size(); }
 
  private:
   using Element = RawElement<Variable::Impl>;
@@ -32,43 +33,108 @@ class RawVariables {
   std::vector<std::unique_ptr<Element>> content_;
 };
 
-std::size_t allocatedBytes() {
-  const auto info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
+/// Elements with a text and two references.
+class OurReferences {
+ public:
+  static constexpr char name[] = "ours";
+  void add() {
+    StructRef::Builder builder(model_);
+    builder->setType(type_);
+    builder->setExpr(variable_);
+    builder->setField("field");
+    builder.create();
+  }
 
-template <class Variables>
-void addSide(std::size_t size, const std::string& side) {
-  const auto fill = [size](std::optional<Variables>& variables) {
-    for (std::size_t i = 0; i < size; ++i) variables->add();
-  };
-  runSeldom(addCase("element.create", size, side, [=](benchmark::State& state) {
-    std::optional<Variables> variables;
-    std::size_t before = 0;
-    const auto prepare = [&] {
-      variables.reset();
-      before = allocatedBytes();
-      variables.emplace();
-    };
-    measure(state, size, prepare, [&] { fill(variables); });
-    check(state, variables->size() == size);
-    const std::size_t bytes = allocatedBytes() - before;
-    state.counters["bytes"] = static_cast<double>(bytes) / static_cast<double>(size);
-  }));
-  runSeldom(addCase("element.end of model", size, side, [=](benchmark::State& state) {
-    std::optional<Variables> variables;
-    const auto prepare = [&] { variables.emplace(), fill(variables); };
-    measure(state, size, prepare, [&] { variables.reset(); });
-  }));
+ private:
+  orb::zero::Model model_ = orb::zero::Model::create();
+  PowerSetType type_ = PowerSetType::Builder(model_).create();
+  Variable variable_ = Variable::Builder(model_).create();
+};
+
+constexpr std::size_t bits = 64;
+
+/// Joins of two sets, all kept.
+class OurSets {
+ public:
+  static constexpr char name[] = "ours";
+  void add() { a_.join(b_); }
+
+ private:
+  LatticeValue make(unsigned long word) {
+    return session_.valueFactory()->createPowerSet(type_, BitSet(bits, word));
+  }
+
+  Session session_;
+  PowerSetType type_ = session_.typeFactory()->createPowerSetType("P", bits);
+  LatticeValue a_ = make(0x5555), b_ = make(0x3333);
+};
+class RawSets {
+ public:
+  static constexpr char name[] = "raw";
+  void add() { content_.push_back(std::make_unique<RawSet>(newUuid_(), set_)); }
+
+ private:
+  const std::vector<std::uint64_t> set_{0x7777};
+  orb::zero::UuidGenerator newUuid_;
+  std::vector<std::unique_ptr<RawSet>> content_;
+};
+class BoostSets {
+ public:
+  static constexpr char name[] = "boost";
+  void add() { content_.emplace_back(bits, 0x7777); }
+
+ private:
+  std::vector<BitSet> content_;
+};
+
+/// How many bytes the allocator has handed out for all of them.
+template <class Elements>
+Side memoryOf(std::size_t size) {
+  return {.amount = [=] {
+    const double before = allocatedBytes();
+    Elements elements;
+    for (std::size_t i = 0; i < size; ++i) elements.add();
+    return allocatedBytes() - before;
+  }};
 }
 
 }  // namespace
 
-void addCreationCases() {
+void addCreationCases(Cases& cases) {
   for (const std::size_t size : {100'000u, 1'000'000u}) {
-    addSide<OurVariables>(size, "ours");
-    addSide<RawVariables>(size, "floor");
+    const auto fill = [=](auto& variables) {
+      for (std::size_t i = 0; i < size; ++i) variables->add();
+    };
+    const auto make = [](auto& variables) { variables.emplace(); };
+    const auto makeFull = [=](auto& variables) { make(variables), fill(variables); };
+    const auto end = [](auto& variables) { variables.reset(); };
+    cases.push_back({.name = "element.create",
+                     .size = size,
+                     .items = size,
+                     .targets = {timesOf(1.6, "raw")},
+                     .sides = entrants<OurVariables, RawVariables>(
+                         [=]<class X>() { return renewing<X>(make, fill); })});
+    cases.push_back({.name = "element.end of model",
+                     .size = size,
+                     .items = size,
+                     .targets = {timesOf(2, "raw")},
+                     .sides = entrants<OurVariables, RawVariables>(
+                         [=]<class X>() { return renewing<X>(makeFull, end); })});
   }
+  const std::size_t size = 1'000'000;
+  cases.push_back({.name = "memory.text and two references",
+                   .size = size,
+                   .items = size,
+                   .unit = bytes,
+                   .targets = {atMost(160)},
+                   .sides = entrants<OurReferences>([=]<class X>() { return memoryOf<X>(size); })});
+  cases.push_back({.name = "memory.power set of 64 bits",
+                   .size = size,
+                   .items = size,
+                   .unit = bytes,
+                   .targets = {atMost(144)},
+                   .sides = entrants<OurSets, RawSets, BoostSets>(
+                       [=]<class X>() { return memoryOf<X>(size); })});
 }
 
 }  // namespace torvan::datamodel::benchmarks

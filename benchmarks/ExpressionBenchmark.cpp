@@ -1,7 +1,10 @@
 #include <torvan/datamodel.h>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -11,112 +14,177 @@ namespace {
 
 /// An expression in the plainest form: the text around and between the operands, and what they are.
 struct RawNode {
-  std::string before, between, after;
+  std::string_view before, between, after;
   std::vector<const RawNode*> operands;
-  bool isVariable = false;
 };
 
-/// The same expression twice. Wide: one join of many ranges of fields. Deep: a chain of
-/// conditionals, each in the false branch of the one around it.
+/// An expression of the library, and the same as plain nodes.
+struct Both {
+  Term term;
+  const RawNode* raw;
+};
+
+/// Makes expressions in which each node is an element of its own.
 class Expressions {
  public:
-  Expressions(std::size_t nodes, bool deep) {
-    const Variable variable = factory().createVariable(LatticeType(), "v");
-    const RawNode* const rawVariable = node({"v", "", "", {}, true});
-    if (deep) {
-      Term term = variable;
-      const RawNode* raw = rawVariable;
-      for (size_ = 1; size_ + 3 <= nodes; size_ += 3) {
-        term = factory().createConditional(variable, variable, term);
-        raw = node({"Conditional(ctrlExpr: ", ",", ")", {rawVariable, rawVariable, raw}});
-      }
-      finish(variable, term, raw);
-    } else {
-      std::vector<Term> terms;
-      RawNode join{"Join(", ",", ")", {}};
-      for (size_ = 1; size_ + 3 <= nodes; size_ += 3) {
-        terms.push_back(factory().createIndexRef(fieldOf(variable), 1, 9));
-        join.operands.push_back(
-            node({"IndexRef(", "", ",1 : 9)", {node({"StructRef(", "", ",'f')", {rawVariable}})}}));
-      }
-      finish(variable, factory().createJoin(terms), node(std::move(join)));
-    }
+  using Shape = Both (Expressions::*)(std::size_t nodes);
+
+  Expressions(Shape shape, std::size_t nodes) {
+    const Both made = (this->*shape)(nodes);
+    equation_ =
+        session_.createSystemBuilder()->addEquation(LExpression(variable().term), made.term);
+    raw_ = made.raw;
   }
 
-  /// Nodes as they are met, one that is met again counting again.
-  std::size_t size() const { return size_; }
-  std::string print() const { return equation_.print(); }
-  std::string rawPrint() const {
-    std::string text = "v = ";
-    append(text, *raw_);
-    return text;
+  /// One join of many ranges of fields.
+  Both wide(std::size_t nodes) {
+    std::vector<Both> ranges;
+    for (std::size_t i = 0; i < nodes / 3; ++i) ranges.push_back(range());
+    return join(ranges);
   }
-  std::size_t variables() const { return equation_.getRhsVariables().size(); }
-  std::size_t rawVariables() const {
+  /// Joins of two operands, each in the last place of the one around it.
+  Both deep(std::size_t nodes) {
+    Both all = variable();
+    for (std::size_t i = 0; i < nodes / 2; ++i) all = join({variable(), all});
+    return all;
+  }
+  /// Joins of two, all of one height.
+  Both balanced(std::size_t nodes) {
+    std::vector<Both> level;
+    for (std::size_t i = 0; i < nodes / 2; ++i) level.push_back(variable());
+    while (level.size() > 1) {
+      std::vector<Both> above;
+      for (std::size_t i = 0; i + 1 < level.size(); i += 2)
+        above.push_back(join({level[i], level[i + 1]}));
+      level = std::move(above);
+    }
+    return level.front();
+  }
+
+  const Equation& equation() const { return equation_; }
+  std::vector<std::string_view> rawTokens() const {
+    std::vector<std::string_view> tokens{"v = "};
+    walk([&](std::string_view token) { tokens.push_back(token); }, [](const RawNode*) {});
+    return tokens;
+  }
+  std::vector<const RawNode*> rawVariables() const {
     std::vector<const RawNode*> found;
-    collect(found, *raw_);
-    return found.size();
+    const auto collect = [&](const RawNode* node) {
+      if (node->operands.empty()) found.push_back(node);
+    };
+    walk([](std::string_view) {}, collect);
+    return found;
   }
 
  private:
   ExpressionFactory& factory() { return *session_.expressionFactory(); }
-  /// A reference to a field without regard to types.
-  StructRef fieldOf(const LExpression& expr) {
-    StructRef::Builder builder(session_.model());
-    builder->setExpr(expr);
-    builder->setField("f");
-    return builder.create();
-  }
   const RawNode* node(RawNode made) {
     return nodes_.emplace_back(std::make_unique<RawNode>(std::move(made))).get();
   }
-  void finish(const LExpression& lhs, const Term& rhs, const RawNode* raw) {
-    equation_ = session_.createSystemBuilder()->addEquation(lhs, rhs);
-    raw_ = raw;
+  Both variable() {
+    return {factory().createVariable(LatticeType(), "v"), node({"v", "", "", {}})};
   }
-  static void append(std::string& text, const RawNode& node) {
-    text += node.before;
-    for (std::size_t i = 0; i < node.operands.size(); ++i) {
-      if (i != 0) text += node.between;
-      append(text, *node.operands[i]);
+  Both range() {
+    const Both of = variable();
+    StructRef::Builder field(session_.model());  // without regard to types
+    field->setExpr(LExpression(of.term));
+    field->setField("f");
+    const RawNode* const raw = node({"StructRef(", "", ",'f')", {of.raw}});
+    return {factory().createIndexRef(field.create(), 1, 9),
+            node({"IndexRef(", "", ",1 : 9)", {raw}})};
+  }
+  Both join(const std::vector<Both>& operands) {
+    std::vector<Term> terms;
+    RawNode raw{"Join(", ",", ")", {}};
+    for (const Both& operand : operands) {
+      terms.push_back(operand.term);
+      raw.operands.push_back(operand.raw);
     }
-    text += node.after;
+    return {factory().createJoin(terms), node(std::move(raw))};
   }
-  static void collect(std::vector<const RawNode*>& found, const RawNode& node) {
-    if (node.isVariable) found.push_back(&node);
-    for (const RawNode* const operand : node.operands) collect(found, *operand);
+
+  /// Goes over the plain expression without recursion.
+  void walk(auto useToken, auto useNode) const {
+    std::vector<std::pair<const RawNode*, std::size_t>>
+        open;  // with the number of the next operand
+    const auto enter = [&](const RawNode* node) {
+      useNode(node);
+      useToken(node->before);
+      open.emplace_back(node, 0);
+    };
+    enter(raw_);
+    while (!open.empty()) {
+      auto& [node, next] = open.back();
+      if (next == node->operands.size()) {
+        useToken(node->after);
+        open.pop_back();
+      } else {
+        if (next != 0) useToken(node->between);
+        enter(node->operands[next++]);
+      }
+    }
   }
 
   Session session_;
   Equation equation_;
   std::vector<std::unique_ptr<RawNode>> nodes_;
   const RawNode* raw_ = nullptr;
-  std::size_t size_ = 0;
 };
 
-template <class Result>
-void addSide(const std::string& name, std::size_t nodes, bool deep, const std::string& side,
-             Result (Expressions::*run)() const, Result (Expressions::*other)() const) {
-  addCase(name + (deep ? " deep" : " wide"), nodes, side, [=](benchmark::State& state) {
-    const Expressions expressions(nodes, deep);
-    check(state, (expressions.*run)() == (expressions.*other)());
-    measure(state, expressions.size(), [&] { benchmark::DoNotOptimize((expressions.*run)()); });
-  });
+Side printing(auto print) {
+  const auto text = std::make_shared<std::string>();
+  return {.run = [=] { *text = print(); },
+          .result = [=] { return std::hash<std::string>()(*text); }};
+}
+Side counting(auto count) {
+  const auto found = std::make_shared<std::size_t>();
+  return {.run = [=] { *found = count(); }, .result = [=] { return *found; }};
+}
+
+void addShape(Cases& cases, const std::string& name, Expressions::Shape shape, std::size_t nodes) {
+  // Both sides work on one expression, which goes with the last of them.
+  const auto made = std::make_shared<std::weak_ptr<Expressions>>();
+  const auto expressions = [=] {
+    auto all = made->lock();
+    if (!all) *made = all = std::make_shared<Expressions>(shape, nodes);
+    return all;
+  };
+  const auto print = [=] {
+    return printing([all = expressions()] { return all->equation().print(); });
+  };
+  const auto append = [=] {
+    return printing([all = expressions(), tokens = expressions()->rawTokens()] {
+      std::string text;
+      for (const std::string_view token : tokens) text += token;
+      return text;
+    });
+  };
+  cases.push_back({.name = "expression.print, " + name,
+                   .size = nodes,
+                   .items = nodes,
+                   .targets = {timesOf(3, "raw")},
+                   .sides = {{"ours", print}, {"raw", append}}});
+  const auto collect = [=] {
+    return counting([all = expressions()] { return all->equation().getRhsVariables().size(); });
+  };
+  const auto walk = [=] {
+    return counting([all = expressions()] { return all->rawVariables().size(); });
+  };
+  cases.push_back({.name = "expression.variables, " + name,
+                   .size = nodes,
+                   .items = nodes,
+                   .targets = {atMost(25)},
+                   .sides = {{"ours", collect}, {"raw", walk}}});
 }
 
 }  // namespace
 
-void addExpressionCases() {
-  const auto addBoth = [](const char* name, auto ours, auto floor) {
-    for (const bool deep : {false, true}) {
-      for (const std::size_t nodes : {1'000u, 10'000u}) {
-        addSide(name, nodes, deep, "ours", ours, floor);
-        addSide(name, nodes, deep, "floor", floor, ours);
-      }
-    }
-  };
-  addBoth("expression.print", &Expressions::print, &Expressions::rawPrint);
-  addBoth("expression.variables", &Expressions::variables, &Expressions::rawVariables);
+void addExpressionCases(Cases& cases) {
+  for (const std::size_t nodes : {10'000u, 1'000'000u}) {
+    addShape(cases, "wide", &Expressions::wide, nodes);
+    addShape(cases, "deep", &Expressions::deep, nodes);
+    addShape(cases, "balanced", &Expressions::balanced, nodes);
+  }
 }
 
 }  // namespace torvan::datamodel::benchmarks

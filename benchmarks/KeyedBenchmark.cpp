@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -30,7 +31,8 @@ Keys shuffled(std::size_t size) {
 
 class OurChildren {
  public:
-  explicit OurChildren(const Keys& keys) : keys_(keys) {}
+  static constexpr char name[] = "ours";
+  explicit OurChildren(Keys keys) : keys_(std::move(keys)) {}
 
   void begin() { transaction_.emplace(model_); }
   void undo() { transaction_.reset(); }
@@ -41,10 +43,10 @@ class OurChildren {
     for (const std::uint16_t key : keys_) array_->getValues().erase(key);
   }
   void destroy() { array_->destroy(); }
-  std::size_t size() const { return array_ ? array_->getValues().size() : 0; }
+  std::size_t count() const { return array_ ? array_->getValues().size() : 0; }
 
  private:
-  const Keys& keys_;
+  const Keys keys_;
   orb::zero::Model model_ = orb::zero::Model::create();
   Array array_ = Array::Builder(model_).create();
   std::optional<orb::zero::Transaction> transaction_;
@@ -52,7 +54,8 @@ class OurChildren {
 
 class RawChildren {
  public:
-  explicit RawChildren(const Keys& keys) : keys_(keys) {}
+  static constexpr char name[] = "raw";
+  explicit RawChildren(Keys keys) : keys_(std::move(keys)) {}
 
   void begin() { isLogging_ = true; }
   void undo() {
@@ -76,12 +79,12 @@ class RawChildren {
     }
   }
   void destroy() { content_.clear(); }
-  std::size_t size() const { return content_.size(); }
+  std::size_t count() const { return content_.size(); }
 
  private:
   using Child = RawElement<ArrayElem::Impl>;
   using Content = std::map<std::uint16_t, std::unique_ptr<Child>>;
-  const Keys& keys_;
+  const Keys keys_;
   orb::zero::UuidGenerator newUuid_;
   Content content_;
   bool isLogging_ = false;
@@ -89,105 +92,119 @@ class RawChildren {
   std::vector<std::unique_ptr<Child>> topLevel_;
 };
 
-/// A case that ends with the collection full, or empty.
-template <class Children, class Prepare>
-void addStep(const std::string& name, const Keys& keys, const std::string& side, Prepare prepare,
-             void (Children::*step)(), bool full) {
-  runSeldom(addCase(name, keys.size(), side,
-                    [=](benchmark::State& state) {
-                      std::optional<Children> children;
-                      const auto make = [&] { children.emplace(keys), prepare(*children); };
-                      measure(state, keys.size(), make, [&] { ((*children).*step)(); });
-                      check(state, children->size() == (full ? keys.size() : 0));
-                    }),
-            3);
+/// A case whose sides go through one step, after some that are not timed.
+template <class Prepare, class Step>
+void add(Cases& cases, const char* name, const Keys& keys, Prepare prepare, Step step) {
+  cases.push_back({.name = name,
+                   .size = keys.size(),
+                   .items = keys.size(),
+                   .sides = entrants<OurChildren, RawChildren>([=]<class X>() {
+                     return renewing<X>([=](auto& children) { prepare(children.emplace(keys)); },
+                                        [=](auto& children) { step(*children); });
+                   })});
 }
 
-template <class Children>
-void addSide(std::size_t size, const std::string& side) {
-  const auto nothing = [](Children&) {};
-  const auto fill = [](Children& children) { children.insert(); };
-  const auto insertInTransaction = [](Children& children) { children.begin(), children.insert(); };
-  const auto removeInTransaction = [](Children& children) {
+void addSteps(Cases& cases, std::size_t size) {
+  const auto nothing = [](auto&) {};
+  const auto insert = [](auto& children) { children.insert(); };
+  const auto remove = [](auto& children) { children.remove(); };
+  const auto undo = [](auto& children) { children.undo(); };
+  const auto beginAndInsert = [](auto& children) { children.begin(), children.insert(); };
+  const auto insertAndRemove = [](auto& children) {
     children.insert(), children.begin(), children.remove();
   };
-  const auto add = [&](const char* name, const Keys& keys, auto prepare, auto step, bool full) {
-    addStep<Children>(name, keys, side, prepare, step, full);
-  };
   const Keys inOrder = ascending(size);
-  add("keyed.insert", inOrder, nothing, &Children::insert, true);
-  add("keyed.insert at random", shuffled(size), nothing, &Children::insert, true);
-  add("keyed.remove", inOrder, fill, &Children::remove, false);
-  add("keyed.undo insertions", inOrder, insertInTransaction, &Children::undo, false);
-  add("keyed.undo removals", inOrder, removeInTransaction, &Children::undo, true);
-  add("keyed.destroy owner", inOrder, fill, &Children::destroy, false);
+  add(cases, "keyed.insert", inOrder, nothing, insert);
+  add(cases, "keyed.insert at random", shuffled(size), nothing, insert);
+  add(cases, "keyed.remove", inOrder, insert, remove);
+  add(cases, "keyed.undo insertions", inOrder, beginAndInsert, undo);
+  add(cases, "keyed.undo removals", inOrder, insertAndRemove, undo);
+  add(cases, "keyed.destroy owner", inOrder, insert, [](auto& children) { children.destroy(); });
 }
 
 /// An array type has two values, its bounds.
-void addTypes(std::size_t size) {
-  const auto children = static_cast<std::uint16_t>(size);
-  runSeldom(addCase("keyed.array type", size, "ours", [=](benchmark::State& state) {
-    std::optional<Session> session;
-    ArrayType type;
-    const auto make = [&] {
-      type = session->typeFactory()->createArrayType("", LatticeType(), children);
-    };
-    measure(
-        state, 2 * size, [&] { session.emplace(); }, make);
-    check(
-        state, Array { type->getTop() } -> getValues().size() == size);
-    check(
-        state, Array { type->getBottom() } -> getValues().size() == size);
-  }));
-  runSeldom(addCase("keyed.array type", size, "floor", [=](benchmark::State& state) {
-    std::optional<RawChildren> bounds[2];
-    const Keys keys = ascending(size);
-    const auto forBoth = [&](auto step) { std::for_each(bounds, bounds + 2, step); };
-    measure(
-        state, 2 * size, [&] { forBoth([&](auto& bound) { bound.emplace(keys); }); },
-        [&] { forBoth([](auto& bound) { bound->insert(); }); },
-        [&] { forBoth([](auto& bound) { bound.reset(); }); });
-  }));
+class OurBounds {
+ public:
+  static constexpr char name[] = "ours";
+  void make(std::size_t size) {
+    type_ = session_.typeFactory()->createArrayType("", LatticeType(),
+                                                    static_cast<std::uint16_t>(size));
+  }
+  std::size_t count() const {
+    return Array { type_->getTop() } -> getValues().size() + Array {
+        type_->getBottom()
+        } -> getValues().size();
+  }
+
+ private:
+  Session session_;
+  ArrayType type_;
+};
+class RawBounds {
+ public:
+  static constexpr char name[] = "raw";
+  void make(std::size_t size) {
+    for (auto& bound : bounds_) bound.emplace(ascending(size)).insert();
+  }
+  std::size_t count() const { return bounds_[0]->count() + bounds_[1]->count(); }
+
+ private:
+  std::optional<RawChildren> bounds_[2];
+};
+
+void addTypes(Cases& cases, std::size_t size) {
+  cases.push_back({.name = "keyed.array type",
+                   .size = size,
+                   .items = 2 * size,
+                   .sides = entrants<OurBounds, RawBounds>([=]<class X>() {
+                     return renewing<X>([](auto& bounds) { bounds.emplace(); },
+                                        [=](auto& bounds) { bounds->make(size); });
+                   })});
 }
 
-/// Finds each of 10,000 children by its key, in a random order; the floor is a plain hash table.
+/// Finds each of 10,000 children by its key, in a random order, and counts those that are there.
+template <class K>
+Side lookUp(std::vector<K> keys, auto find) {
+  const auto found = std::make_shared<std::size_t>();
+  return {.run =
+              [=] {
+                for (const K& key : keys) *found += find(key);
+              },
+          .prepare = [=] { *found = 0; },
+          .result = [=] { return *found; }};
+}
 template <class Owner, class K>
-void addLookUp(const std::string& name, K (*keyOf)(std::uint16_t)) {
+void addLookUp(Cases& cases, const char* name, K (*keyOf)(std::uint16_t)) {
   constexpr std::size_t size = 10'000;
   std::vector<K> keys;
   for (const std::uint16_t key : shuffled(size)) keys.push_back(keyOf(key));
-  const auto findAll = [keys](benchmark::State& state, auto find) {
-    bool isFound = true;
-    measure(state, size, [&] {
-      for (const K& key : keys) isFound &= find(key);
-    });
-    check(state, isFound);
-  };
-  addCase(name, size, "ours", [=](benchmark::State& state) {
-    const auto model = orb::zero::Model::create();
-    const auto owner = typename Owner::Builder(model).create();
+  const auto makeOurs = [=] {
+    const auto owner = typename Owner::Builder(orb::zero::Model::create()).create();
     for (const K& key : keys) owner->store(key, LatticeValue());
-    const auto& children = owner->getValues();
-    findAll(state, [&](const K& key) { return children.find(key) != nullptr; });
-  });
-  addCase(name, size, "floor", [=](benchmark::State& state) {
-    std::unordered_map<K, const K*> children;
-    for (const K& key : keys) children.emplace(key, &key);
-    findAll(state, [&](const K& key) { return children.find(key)->second != nullptr; });
-  });
+    return lookUp(keys, [=](const K& key) { return owner->getValues().find(key) != nullptr; });
+  };
+  const auto makeRaw = [=] {
+    std::unordered_map<K, bool> children;
+    for (const K& key : keys) children.emplace(key, true);
+    return lookUp(keys, [=](const K& key) { return children.find(key)->second; });
+  };
+  cases.push_back({.name = name,
+                   .size = size,
+                   .items = size,
+                   .targets = {atMost(12)},
+                   .sides = {{"ours", makeOurs}, {"raw", makeRaw}}});
 }
 
 }  // namespace
 
-void addKeyedCases() {
-  addLookUp<Array, std::uint16_t>("keyed.look up number", [](std::uint16_t key) { return key; });
-  addLookUp<Struct, std::string>("keyed.look up text",
+void addKeyedCases(Cases& cases) {
+  addLookUp<Array, std::uint16_t>(cases, "keyed.look up number",
+                                  [](std::uint16_t key) { return key; });
+  addLookUp<Struct, std::string>(cases, "keyed.look up text",
                                  [](std::uint16_t key) { return "field" + std::to_string(key); });
-
   for (const std::size_t size : {6'553u, 65'535u}) {
-    addTypes(size);
-    addSide<OurChildren>(size, "ours");
-    addSide<RawChildren>(size, "floor");
+    addTypes(cases, size);
+    addSteps(cases, size);
   }
 }
 

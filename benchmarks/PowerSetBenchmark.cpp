@@ -1,175 +1,165 @@
 #include <torvan/datamodel.h>
 
-#include <cstdlib>
-#include <iterator>
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
+#include "benchmarks/SetPair.h"
 
 namespace torvan::datamodel::benchmarks {
 namespace {
 
-constexpr std::size_t kept = 256;  // results alive before all are let go
-
-struct Operands {
-  BitSet a, b;
-};
-
-BitSet randomBits(std::size_t size, Random& random) {
-  BitSet bits(size);
-  for (std::size_t bit = 0; bit < size; ++bit) bits[bit] = random() & 1;
-  return bits;
+/// One of so many bits is set.
+Words randomWords(std::size_t size, std::size_t oneOf, Random& random) {
+  Words words((size + 63) / 64);
+  for (std::size_t bit = 0; bit < size; ++bit)
+    words[bit / 64] |= std::uint64_t{random() % oneOf == 0} << bit % 64;
+  return words;
 }
-Operands unrelated(std::size_t size) {
+Operands unrelated(std::size_t size, std::size_t oneOf) {
   Random random(size);
-  BitSet a = randomBits(size, random);
-  return {std::move(a), randomBits(size, random)};
+  Words a = randomWords(size, oneOf, random);
+  return {size, std::move(a), randomWords(size, oneOf, random)};
 }
-Operands equal(std::size_t size) { return {unrelated(size).a, unrelated(size).a}; }
-/// Equal but for the bits at the end, so that all words have to be looked at.
-Operands differingLate(std::size_t size, bool lastOfA, bool lastOfB) {
+Operands dense(std::size_t size) { return unrelated(size, 2); }
+Operands sparse(std::size_t size) { return unrelated(size, 1024); }
+Operands equal(std::size_t size) {
+  const Words words = dense(size).a;
+  return {size, words, words};
+}
+/// Equal but for the last bit, so that all words have to be looked at.
+Operands differing(std::size_t size, bool isInA) {
   Operands sets = equal(size);
-  sets.a[size - 1] = lastOfA;
-  sets.b[size - 1] = lastOfB;
-  sets.a[size - 2] = false;
-  sets.b[size - 2] = lastOfA;
+  const std::uint64_t last = std::uint64_t{1} << (size - 1) % 64;
+  (isInA ? sets.a : sets.b).back() |= last;
+  (isInA ? sets.b : sets.a).back() &= ~last;
   return sets;
 }
-Operands below(std::size_t size) { return differingLate(size, false, true); }
-Operands above(std::size_t size) { return {below(size).b, below(size).a}; }
-Operands incomparable(std::size_t size) { return differingLate(size, true, false); }
+Operands below(std::size_t size) { return differing(size, false); }
+Operands above(std::size_t size) { return differing(size, true); }
 
-class OurSets {
+/// A power set of a session, which it shares with the other one of the pair.
+class OurSet {
  public:
-  explicit OurSets(const Operands& sets)
-      : type_(session_.typeFactory()->createPowerSetType(
-            "P", static_cast<std::uint16_t>(sets.a.size()))),
-        a_(session_.valueFactory()->createPowerSet(type_, sets.a)),
-        b_(session_.valueFactory()->createPowerSet(type_, sets.b)) {}
+  explicit OurSet(LatticeValue value) : value_(std::move(value)) {}
 
-  void join() { benchmark::DoNotOptimize(a_.join(b_)); }
-  void letGo() { session_.model().reclaim(); }
-  boolean3 le() const { return a_.le(b_); }
-  bool eq() const { return a_.eq(b_); }
-  BitSet joined() {
-    return PowerSet { a_.join(b_) } -> getValue();
+  OurSet join(const OurSet& other) const { return OurSet(value_.join(other.value_)); }
+  OurSet meet(const OurSet& other) const { return OurSet(value_.meet(other.value_)); }
+  boolean3 le(const OurSet& other) const { return value_.le(other.value_); }
+  bool eq(const OurSet& other) const { return value_.eq(other.value_); }
+  template <class Use>
+  void forEach(Use use) const {
+    const BitSet bits = PowerSet { value_ } -> getValue();
+    for (auto bit = bits.find_first(); bit != bits.npos; bit = bits.find_next(bit)) use(bit);
   }
 
- protected:
+ private:
+  LatticeValue value_;
+};
+
+enum class Transactions { Open, Own };
+
+/// Results stay in the model until the run is over; what it takes to end them is not timed here.
+template <Transactions transactions>
+class OurPair : public SetPair {
+ public:
+  explicit OurPair(const Operands& sets)
+      : type_(
+            session_.typeFactory()->createPowerSetType("P", static_cast<std::uint16_t>(sets.size))),
+        pair_(setOf(sets.a), setOf(sets.b)) {
+    if (transactions == Transactions::Open) open_.emplace(session_.model());
+  }
+
+  void repeat(Operation operation, std::size_t times) override { pair_.repeat(operation, times); }
+  std::uint64_t outcome(Operation operation) override { return pair_.outcome(operation); }
+  void finish() override { session_.model().reclaim(); }
+
+ private:
+  OurSet setOf(const Words& words) {
+    BitSet bits(words.begin(), words.end());
+    bits.resize(type_->getNumElems());
+    return OurSet(session_.valueFactory()->createPowerSet(type_, bits));
+  }
+
   Session session_;
-
- private:
   PowerSetType type_;
-  LatticeValue a_, b_;
+  PairOf<OurSet> pair_;
+  std::optional<orb::zero::Transaction> open_;
 };
 
-class OurSetsInTransaction : public OurSets {
- public:
-  using OurSets::OurSets;
+template <Transactions transactions>
+std::unique_ptr<SetPair> makeOurPair(const Operands& sets) {
+  return std::make_unique<OurPair<transactions>>(sets);
+}
 
- private:
-  orb::zero::Transaction transaction_{session_.model()};
+struct Implementation {
+  const char* name;
+  std::unique_ptr<SetPair> (*make)(const Operands&);
 };
+using Implementations = std::vector<Implementation>;
 
-class BoostSets {
+const Implementations all = {{"ours", makeOurPair<Transactions::Open>},
+                             {"raw", makeRawPair},
+                             {"boost", makeBoostPair<16>},
+                             {"boost", makeBoostPair<32>},
+                             {"boost", makeBoostPair<64>},
+                             {"BitVector", makeBitVectorPair},
+                             {"SparseBitVector", makeSparseBitVectorPair},
+                             {"CRoaring", makeRoaringPair}};
+const Implementations transactions = {{"ours", makeOurPair<Transactions::Own>},
+                                      {"open", makeOurPair<Transactions::Open>}};
+
+class PowerSetCases {
  public:
-  explicit BoostSets(Operands sets) : sets_(std::move(sets)) { results_.reserve(kept); }
+  explicit PowerSetCases(Cases& cases) : cases_(cases) {}
 
-  void join() {
-    results_.push_back(sets_.a);
-    results_.back() |= sets_.b;
-  }
-  void letGo() { results_.clear(); }
-  boolean3 le() const {
-    if (sets_.a.is_subset_of(sets_.b)) return boolean3::T;
-    return sets_.b.is_subset_of(sets_.a) ? boolean3::F : boolean3::NA;
-  }
-  bool eq() const { return sets_.a == sets_.b; }
-  BitSet joined() { return join(), results_.back(); }
-
- private:
-  Operands sets_;
-  std::vector<BitSet> results_;
-};
-
-class WordSets {
- public:
-  explicit WordSets(const Operands& sets) : size_(sets.a.size()) {
-    boost::to_block_range(sets.a, std::back_inserter(a_));
-    boost::to_block_range(sets.b, std::back_inserter(b_));
-    results_.reserve(kept);
-  }
-
-  void join() {
-    auto* const result = static_cast<unsigned long*>(std::malloc(a_.size() * sizeof(a_[0])));
-    for (std::size_t i = 0; i < a_.size(); ++i) result[i] = a_[i] | b_[i];
-    results_.emplace_back(result);
-  }
-  void letGo() { results_.clear(); }
-  BitSet joined() {
-    join();
-    BitSet bits(size_);
-    boost::from_block_range(results_.back().get(), results_.back().get() + a_.size(), bits);
-    return bits;
+  void add(const char* name, Operation operation, Operands (*operands)(std::size_t),
+           std::size_t size, std::vector<Target> targets,
+           const Implementations& implementations = all) {
+    const bool isMade = operation == Operation::Join || operation == Operation::Meet;
+    const std::size_t times = (isMade ? 1 : 20) * keptOf(size);
+    Case& added = cases_.emplace_back(Case{
+        .name = name, .size = size, .items = times, .targets = std::move(targets), .sides = {}});
+    for (const auto& [side, make] : implementations)
+      added.sides.push_back({side, [=, make = make] {
+                               const std::shared_ptr<SetPair> pair = make(operands(size));
+                               return Side{.run = [=] { pair->repeat(operation, times); },
+                                           .finish = [=] { pair->finish(); },
+                                           .result = [=] { return pair->outcome(operation); }};
+                             }});
   }
 
  private:
-  struct Free {
-    void operator()(void* memory) const noexcept { std::free(memory); }
-  };
-  std::size_t size_;
-  std::vector<unsigned long> a_, b_;
-  std::vector<std::unique_ptr<unsigned long[], Free>> results_;
+  /// As many values as stay in the cache of a core.
+  static std::size_t keptOf(std::size_t size) {
+    return std::clamp<std::size_t>((std::size_t{1} << 18) / (size / 8 + 100), 32, 1000);
+  }
+
+  Cases& cases_;
 };
-
-template <class Sets>
-void addJoin(const std::string& name, std::size_t size, const std::string& side) {
-  addCase(name, size, side, [size](benchmark::State& state) {
-    const Operands operands = unrelated(size);
-    BitSet right(size);
-    for (std::size_t bit = 0; bit < size; ++bit) right[bit] = operands.a[bit] || operands.b[bit];
-    Sets sets(operands);
-    check(state, sets.joined() == right);
-    sets.letGo();
-    measure(state, kept, [&] {
-      for (std::size_t i = 0; i < kept; ++i) sets.join();
-      sets.letGo();
-    });
-  });
-}
-
-template <class Sets, class Answer>
-void addTest(const std::string& name, std::size_t size, const std::string& side,
-             Operands (*operands)(std::size_t), Answer (Sets::*test)() const, Answer right) {
-  addCase(name, size, side, [=](benchmark::State& state) {
-    const Sets sets(operands(size));
-    check(state, (sets.*test)() == right);
-    measure(state, 1, [&] { benchmark::DoNotOptimize((sets.*test)()); });
-  });
-}
-
-template <class Sets>
-void addTests(std::size_t size, const std::string& side) {
-  addTest<Sets>("powerset.le below", size, side, below, &Sets::le, boolean3::T);
-  addTest<Sets>("powerset.le above", size, side, above, &Sets::le, boolean3::F);
-  addTest<Sets>("powerset.le incomparable", size, side, incomparable, &Sets::le, boolean3::NA);
-  addTest<Sets>("powerset.eq", size, side, equal, &Sets::eq, true);
-}
 
 }  // namespace
 
-void addPowerSetCases() {
-  for (const std::size_t size : {64u, 256u, 4096u, 65535u}) {
-    addJoin<OurSets>("powerset.join", size, "ours");
-    addJoin<OurSetsInTransaction>("powerset.join in transaction", size, "ours");
-    for (const char* const name : {"powerset.join", "powerset.join in transaction"}) {
-      addJoin<BoostSets>(name, size, "floor boost");
-      addJoin<WordSets>(name, size, "floor words");
-    }
-    addTests<OurSets>(size, "ours");
-    addTests<BoostSets>(size, "floor boost");
+void addPowerSetCases(Cases& to) {
+  PowerSetCases cases(to);
+  for (const auto& [size, factor] : {std::pair{64u, 1.5}, {4096u, 1.0}, {65535u, 0.6}}) {
+    const std::vector<Target> target{timesOf(factor, "boost")};
+    cases.add("powerset.join", Operation::Join, dense, size, target);
+    cases.add("powerset.meet", Operation::Meet, dense, size, target);
+    cases.add("powerset.join, own transaction", Operation::Join, dense, size,
+              {timesOf(1, "open", 10)}, transactions);
+  }
+  cases.add("powerset.join, sparse", Operation::Join, sparse, 65535, {});
+  for (const std::size_t size : {64u, 1024u, 4096u, 65535u}) {
+    std::vector<Target> target;
+    if (size >= 1024) target.push_back(timesOf(0.5, "boost"));
+    cases.add("powerset.le, below", Operation::Le, below, size, target);
+    cases.add("powerset.le, above", Operation::Le, above, size, target);
+    cases.add("powerset.le, incomparable", Operation::Le, dense, size, {atMost(10)});
+    cases.add("powerset.eq", Operation::Eq, equal, size, {timesOf(1.2, "boost")});
   }
 }
 

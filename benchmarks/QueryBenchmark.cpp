@@ -2,6 +2,7 @@
 #include <torvan/datamodel.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,78 +32,79 @@ orb::zero::Model modelOf(std::size_t size, Set set) {
   return model;
 }
 
+using Make = std::function<Side()>;
+
 template <class X, class Where>
-void addOurs(const std::string& name, std::size_t size, orb::zero::Model (*make)(std::size_t),
-             Where where) {
-  runSeldom(addCase(name, size, "ours",
-                    [size, make, where](benchmark::State& state) {
-                      orb::zero::query::Query<X> query(make(size));
-                      where(query);
-                      std::vector<X> found;
-                      measure(state, size, [&] { found = query.execute(); });
-                      check(state, found.size() == size / kinds);
-                    }),
-            30);
+Make ourSide(orb::zero::Model (*make)(std::size_t), std::size_t size, Where where) {
+  return [=] {
+    const auto query = std::make_shared<orb::zero::query::Query<X>>(make(size));
+    where(*query);
+    const auto found = std::make_shared<std::vector<X>>();
+    return Side{.run = [=] { *found = query->execute(); }, .result = [=] { return found->size(); }};
+  };
 }
 
 /// A vector of objects much like ours, of which a plain loop asks the same.
 template <class X, class Value>
-void addFloor(const std::string& name, std::size_t size, Value (*valueOf)(std::size_t)) {
+Make rawSide(Value (*valueOf)(std::size_t), std::size_t size) {
   struct Element : RawElement<typename X::Super::Impl> {
     using RawElement<typename X::Super::Impl>::RawElement;
     Value value;
   };
-  runSeldom(addCase(name, size, "floor",
-                    [size, valueOf](benchmark::State& state) {
-                      orb::zero::UuidGenerator newUuid;
-                      std::vector<std::unique_ptr<Element>> elements;
-                      for (std::size_t i = 0; i < size; ++i) {
-                        elements.push_back(std::make_unique<Element>(newUuid()));
-                        elements.back()->value = valueOf(i);
-                      }
-                      const Value wanted = valueOf(kinds / 2);
-                      std::vector<Element*> found;
-                      measure(state, size, [&] {
-                        found.clear();
-                        for (const auto& element : elements)
-                          if (element->value == wanted) found.push_back(element.get());
-                      });
-                      check(state, found.size() == size / kinds);
-                    }),
-            30);
+  return [=] {
+    orb::zero::UuidGenerator newUuid;
+    const auto elements = std::make_shared<std::vector<std::unique_ptr<Element>>>();
+    for (std::size_t i = 0; i < size; ++i) {
+      elements->push_back(std::make_unique<Element>(newUuid()));
+      elements->back()->value = valueOf(i);
+    }
+    const auto found = std::make_shared<std::vector<Element*>>();
+    const auto search = [=, wanted = valueOf(kinds / 2)] {
+      found->clear();
+      for (const auto& element : *elements)
+        if (element->value == wanted) found->push_back(element.get());
+    };
+    return Side{.run = search, .result = [=] { return found->size(); }};
+  };
 }
 
-void addCases(std::size_t size) {
-  addOurs<ArrayElem>(
-      "query.number", size,
-      [](std::size_t count) {
-        return modelOf<ArrayElem>(
-            count, [](auto& builder, std::size_t i) { builder->basicSetIndex(numberOf(i)); });
-      },
-      [](AbstractQuery& query) {
-        const ArrayElem::Constrainables element(query, ArrayElem::metaClass(),
-                                                SearchClassMatchMode::ThisClassOnly);
-        query.where(element.index() == numberOf(kinds / 2));
-      });
-  addFloor<ArrayElem>("query.number", size, numberOf);
-  addOurs<Variable>(
-      "query.text", size,
-      [](std::size_t count) {
-        return modelOf<Variable>(
-            count, [](auto& builder, std::size_t i) { builder->basicSetName(textOf(i)); });
-      },
-      [](AbstractQuery& query) {
-        const Variable::Constrainables variable(query, Variable::metaClass(),
-                                                SearchClassMatchMode::ThisClassOnly);
-        query.where(variable.name() == textOf(kinds / 2));
-      });
-  addFloor<Variable>("query.text", size, textOf);
+void addSize(Cases& cases, std::size_t size) {
+  const auto modelOfNumbers = [](std::size_t count) {
+    return modelOf<ArrayElem>(
+        count, [](auto& builder, std::size_t i) { builder->basicSetIndex(numberOf(i)); });
+  };
+  const auto whereNumber = [](AbstractQuery& query) {
+    const ArrayElem::Constrainables element(query, ArrayElem::metaClass(),
+                                            SearchClassMatchMode::ThisClassOnly);
+    query.where(element.index() == numberOf(kinds / 2));
+  };
+  cases.push_back({.name = "query.number",
+                   .size = size,
+                   .items = size,
+                   .targets = {atMost(4)},
+                   .sides = {{"ours", ourSide<ArrayElem>(modelOfNumbers, size, whereNumber)},
+                             {"raw", rawSide<ArrayElem>(numberOf, size)}}});
+
+  const auto modelOfTexts = [](std::size_t count) {
+    return modelOf<Variable>(
+        count, [](auto& builder, std::size_t i) { builder->basicSetName(textOf(i)); });
+  };
+  const auto whereText = [](AbstractQuery& query) {
+    const Variable::Constrainables variable(query, Variable::metaClass(),
+                                            SearchClassMatchMode::ThisClassOnly);
+    query.where(variable.name() == textOf(kinds / 2));
+  };
+  cases.push_back({.name = "query.text",
+                   .size = size,
+                   .items = size,
+                   .sides = {{"ours", ourSide<Variable>(modelOfTexts, size, whereText)},
+                             {"raw", rawSide<Variable>(textOf, size)}}});
 }
 
 }  // namespace
 
-void addQueryCases() {
-  for (const std::size_t size : {10'000u, 1'000'000u}) addCases(size);
+void addQueryCases(Cases& cases) {
+  for (const std::size_t size : {10'000u, 1'000'000u}) addSize(cases, size);
 }
 
 }  // namespace torvan::datamodel::benchmarks

@@ -5,8 +5,8 @@
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -18,7 +18,7 @@ namespace {
 using orb::zero::Model;
 using orb::zero::uuid;
 
-constexpr std::size_t lookUps = 1000;
+constexpr std::size_t lookUps = 1000, copies = 10'000;
 
 std::vector<uuid> newUuids(std::size_t size) {
   orb::zero::UuidGenerator newUuid;
@@ -29,6 +29,7 @@ std::vector<uuid> newUuids(std::size_t size) {
 
 class OurIndex {
  public:
+  static constexpr char name[] = "ours";
   explicit OurIndex(const std::vector<uuid>& ids) {
     for (const uuid& id : ids) Variable::Builder(model_).create(id);
     first_ = model_.find(ids.front());
@@ -42,6 +43,7 @@ class OurIndex {
 
 class RawIndex {
  public:
+  static constexpr char name[] = "raw";
   explicit RawIndex(const std::vector<uuid>& ids) {
     for (const uuid& id : ids)
       content_.emplace(id, std::make_unique<RawElement<Variable::Impl>>(id));
@@ -56,41 +58,46 @@ class RawIndex {
       content_;
 };
 
-template <class Index>
-void addLookUp(std::size_t size, const std::string& side) {
-  runSeldom(addCase("uuid.look up", size, side,
-                    [size](benchmark::State& state) {
-                      std::vector<uuid> ids = newUuids(size);
-                      const Index index(ids);
-                      std::shuffle(ids.begin(), ids.end(), Random(size));
-                      check(state, index.finds(ids.back()) && !index.finds(uuid{}));
-                      std::size_t next = 0, found = 0;
-                      measure(state, lookUps, [&] {
-                        for (std::size_t i = 0; i < lookUps; ++i)
-                          found += index.finds(ids[next++ % size]);
-                      });
-                      check(state, found == next);
-                    }),
-            100);
+void addLookUp(Cases& cases, std::size_t size) {
+  cases.push_back({.name = "uuid.look up",
+                   .size = size,
+                   .items = lookUps,
+                   .sides = entrants<OurIndex, RawIndex>([=]<class X>() {
+                     std::vector<uuid> ids = newUuids(size);
+                     const auto index = std::make_shared<X>(ids);
+                     std::shuffle(ids.begin(), ids.end(), Random(size));
+                     check(!index->finds(uuid{}));
+                     const auto next = std::make_shared<std::size_t>(),
+                                found = std::make_shared<std::size_t>();
+                     return Side{.run =
+                                     [=] {
+                                       for (std::size_t i = 0; i < lookUps; ++i)
+                                         *found += index->finds(ids[(*next)++ % size]);
+                                     },
+                                 .prepare = [=] { *found = 0; },
+                                 .result = [=] { return *found; }};
+                   })});
 }
 
 struct Counted : boost::intrusive_ref_counter<Counted, boost::thread_unsafe_counter> {};
 
-void addHandles() {
-  const auto copies = [](const auto& handle) {
-    return [handle](benchmark::State& state) {
-      measure(state, 1, [&] {
-        auto copy = handle;
-        benchmark::DoNotOptimize(copy);
-      });
-    };
-  };
-  addCase("handle.copy and drop", 1, "ours", [=](benchmark::State& state) {
-    copies(Variable::Builder(Model::create()).create())(state);
-  });
-  addCase("handle.copy and drop", 1, "floor", [=](benchmark::State& state) {
-    copies(boost::intrusive_ptr<Counted>(new Counted))(state);
-  });
+template <class H>
+Side copiesOf(H handle) {
+  return {.run = [handle = std::move(handle)] {
+    for (std::size_t i = 0; i < copies; ++i) {
+      auto copy = handle;
+      benchmark::DoNotOptimize(copy);
+    }
+  }};
+}
+void addHandles(Cases& cases) {
+  cases.push_back(
+      {.name = "handle.copy and drop",
+       .size = 1,
+       .items = copies,
+       .targets = {timesOf(1.3, "raw")},
+       .sides = {{"ours", [] { return copiesOf(Variable::Builder(Model::create()).create()); }},
+                 {"raw", [] { return copiesOf(boost::intrusive_ptr<Counted>(new Counted)); }}}});
 }
 
 constexpr std::size_t destroyed = 100;
@@ -100,6 +107,7 @@ enum class Referrer { None, Near, Far };
 /// after it, after all others, or does not exist.
 class OurReferred {
  public:
+  static constexpr char name[] = "ours";
   OurReferred(std::size_t size, Referrer referrer) {
     for (std::size_t i = 0; i < destroyed; ++i) {
       referred_.push_back(Variable::Builder(model_).create());
@@ -112,9 +120,11 @@ class OurReferred {
   void destroyAll() {
     for (const Variable& variable : referred_) variable->destroy();
   }
-  bool isCleared() const {
-    return std::none_of(referrers_.begin(), referrers_.end(),
-                        [](const Equation& equation) { return equation->hasLhs(); });
+  /// References that are left.
+  std::size_t count() const {
+    return static_cast<std::size_t>(
+        std::count_if(referrers_.begin(), referrers_.end(),
+                      [](const Equation& equation) { return equation->hasLhs(); }));
   }
 
  private:
@@ -132,6 +142,7 @@ class OurReferred {
 /// Every element knows the pointers to it.
 class RawReferred {
  public:
+  static constexpr char name[] = "raw";
   RawReferred(std::size_t, Referrer referrer) : referrers_(destroyed) {
     for (Element*& pointer : referrers_) {
       referred_.push_back(std::make_unique<Element>(newUuid_()));
@@ -146,8 +157,9 @@ class RawReferred {
       element.reset();
     }
   }
-  bool isCleared() const {
-    return std::none_of(referrers_.begin(), referrers_.end(), std::identity());
+  std::size_t count() const {
+    return static_cast<std::size_t>(
+        std::count_if(referrers_.begin(), referrers_.end(), std::identity()));
   }
 
  private:
@@ -157,33 +169,26 @@ class RawReferred {
   std::vector<Element*> referrers_;
 };
 
-template <class Referred>
-void addDestroy(const std::string& name, std::size_t size, const std::string& side,
-                Referrer referrer) {
-  runSeldom(addCase(name, size, side, [=](benchmark::State& state) {
-    std::optional<Referred> referred;
-    measure(
-        state, destroyed, [&] { referred.emplace(size, referrer); },
-        [&] { referred->destroyAll(); });
-    check(state, referred->isCleared());
-  }));
+void addDestroy(Cases& cases, const char* name, std::size_t size, Referrer referrer) {
+  cases.push_back({.name = name,
+                   .size = size,
+                   .items = destroyed,
+                   .targets = {atMost(500)},
+                   .sides = entrants<OurReferred, RawReferred>([=]<class X>() {
+                     return renewing<X>([=](auto& referred) { referred.emplace(size, referrer); },
+                                        [](auto& referred) { referred->destroyAll(); });
+                   })});
 }
 
 }  // namespace
 
-void addReferenceCases() {
-  for (const std::size_t size : {1'000u, 1'000'000u}) {
-    addLookUp<OurIndex>(size, "ours");
-    addLookUp<RawIndex>(size, "floor");
-  }
-  addHandles();
-  for (const auto& [name, referrer] : {std::pair{"destroy.referred to by none", Referrer::None},
-                                       std::pair{"destroy.referrer near", Referrer::Near},
-                                       std::pair{"destroy.referrer far", Referrer::Far}}) {
-    for (const std::size_t size : {1'000u, 100'000u, 1'000'000u}) {
-      addDestroy<OurReferred>(name, size, "ours", referrer);
-      addDestroy<RawReferred>(name, size, "floor", referrer);
-    }
+void addReferenceCases(Cases& cases) {
+  for (const std::size_t size : {1'000u, 1'000'000u}) addLookUp(cases, size);
+  addHandles(cases);
+  for (const std::size_t size : {1'000u, 100'000u, 1'000'000u}) {
+    addDestroy(cases, "destroy.referred to by none", size, Referrer::None);
+    addDestroy(cases, "destroy.referrer near", size, Referrer::Near);
+    addDestroy(cases, "destroy.referrer far", size, Referrer::Far);
   }
 }
 

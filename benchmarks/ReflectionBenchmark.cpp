@@ -2,7 +2,9 @@
 #include <torvan/datamodel/ValueTypes.h>
 
 #include <cstdint>
-#include <string>
+#include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -15,7 +17,7 @@ using orb::zero::Value;
 
 constexpr std::size_t reads = 1000;
 
-/// Array types with a size and an element type, read in turn.
+/// Array types with a size and an element type.
 struct Types {
   Types() {
     const auto elemType = PowerSetType::Builder(model).create();
@@ -26,60 +28,88 @@ struct Types {
       all.push_back(builder.create());
     }
   }
-  template <class Read>
-  void run(benchmark::State& state, Read read) {
-    measure(state, reads, [&] {
-      for (const ArrayType& type : all) benchmark::DoNotOptimize(read(type));
-    });
-  }
 
   Model model = Model::create();
   std::vector<ArrayType> all;
 };
 
-/// `ours` reads by reflection, the floor by the getter.
+std::uint64_t numberOf(std::uint16_t number) { return number; }
+std::uint64_t numberOf(const LatticeType& type) { return static_cast<bool>(type); }
+
+/// Reads of all types in turn.
 template <class Read>
-void addRead(const std::string& name, const std::string& side, Read read) {
-  addCase(name, reads, side, [read](benchmark::State& state) { Types().run(state, read); });
+std::function<Side()> readBy(Read read) {
+  return [=] {
+    const auto types = std::make_shared<Types>();
+    return Side{.run =
+                    [=] {
+                      for (const ArrayType& type : types->all) benchmark::DoNotOptimize(read(type));
+                    },
+                .result =
+                    [=] {
+                      std::uint64_t sum = 0;
+                      for (const ArrayType& type : types->all) sum += numberOf(read(type));
+                      return sum;
+                    }};
+  };
 }
 
-/// Bits in a value; the floor goes over plain words of the same content.
-void addBits(std::size_t size) {
+/// Ours reads by reflection, the other side by the getter.
+template <class Reflective, class Getter>
+Case reading(const char* name, Target target, Reflective reflective, Getter getter) {
+  return {.name = name,
+          .size = reads,
+          .items = reads,
+          .targets = {std::move(target)},
+          .sides = {{"ours", readBy(reflective)}, {"raw", readBy(getter)}}};
+}
+
+template <class Compute>
+Side computing(std::size_t times, Compute compute) {
+  return {.run =
+              [=] {
+                for (std::size_t i = 0; i < times; ++i) benchmark::DoNotOptimize(compute());
+              },
+          .result = [=] { return std::uint64_t{compute()}; }};
+}
+
+/// Bits in a value; the other side goes over plain words of the same content.
+void addBits(Cases& cases, std::size_t size, std::vector<Target> targets) {
   Random random(size);
   std::vector<std::uint64_t> words(size / 64);
   for (std::uint64_t& word : words) word = random();
-  const Value bits = BitSet(words.begin(), words.end()), equal = bits;
+  const Value bits = BitSet(words.begin(), words.end()), same = bits;
+  const std::size_t times = (std::size_t{1} << 20) / size;
 
-  const auto hashOf = [size](const std::vector<std::uint64_t>& content) {
+  const auto hashOfWords = [=] {
     std::uint64_t hash = 0;
-    for (const std::uint64_t word : content) hash = orb::zero::hashCombine(hash, word);
+    for (const std::uint64_t word : words) hash = orb::zero::hashCombine(hash, word);
     return orb::zero::hashCombine(size, hash);
   };
-  addCase("value.hash of bits", size, "ours", [=](benchmark::State& state) {
-    check(state, bits.hash() == hashOf(words));
-    measure(state, 1, [&] { benchmark::DoNotOptimize(bits.hash()); });
-  });
-  addCase("value.hash of bits", size, "floor", [=](benchmark::State& state) {
-    measure(state, 1, [&] { benchmark::DoNotOptimize(hashOf(words)); });
-  });
-  addCase("value.equal bits", size, "ours", [=](benchmark::State& state) {
-    check(state, bits == equal);
-    measure(state, 1, [&] { benchmark::DoNotOptimize(bits == equal); });
-  });
-  addCase("value.equal bits", size, "floor", [=, same = words](benchmark::State& state) {
-    measure(state, 1, [&] {
-      bool isEqual = true;
-      for (std::size_t i = 0; i < words.size(); ++i) isEqual &= words[i] == same[i];
-      benchmark::DoNotOptimize(isEqual);
-    });
-  });
+  const auto compareWords = [=, others = words] {
+    bool isEqual = true;
+    for (std::size_t i = 0; i < words.size(); ++i) isEqual &= words[i] == others[i];
+    return isEqual;
+  };
+  const auto add = [&](const char* name, auto ours, auto raw) {
+    cases.push_back({.name = name,
+                     .size = size,
+                     .items = times,
+                     .targets = targets,
+                     .sides = {{"ours", [=] { return computing(times, ours); }},
+                               {"raw", [=] { return computing(times, raw); }}}});
+  };
+  add(
+      "value.hash of bits", [=] { return bits.hash(); }, hashOfWords);
+  add(
+      "value.equal bits", [=] { return bits == same; }, compareWords);
 }
 
 }  // namespace
 
-void addReflectionCases() {
-  addBits(64);
-  addBits(4096);
+void addReflectionCases(Cases& cases) {
+  addBits(cases, 64, {});
+  addBits(cases, 4096, {timesOf(1.5, "raw")});
   const auto number = [](const ArrayType& type) { return type->getNumElems(); };
   const auto numberByDescriptor = [](const ArrayType& type) {
     return type->getPropertyValue(LatticeType::numElems()).getValue<std::uint16_t>();
@@ -91,12 +121,11 @@ void addReflectionCases() {
   const auto referenceByDescriptor = [](const ArrayType& type) {
     return type->getPropertyValue(ArrayType::elemType()).getValue<LatticeType>();
   };
-  addRead("read.number by descriptor", "ours", numberByDescriptor);
-  addRead("read.number by descriptor", "floor", number);
-  addRead("read.number by name", "ours", numberByName);
-  addRead("read.number by name", "floor", number);
-  addRead("read.reference by descriptor", "ours", referenceByDescriptor);
-  addRead("read.reference by descriptor", "floor", reference);
+  const Target byDescriptor = timesOf(2, "raw", 3);
+  cases.push_back(reading("read.number by descriptor", byDescriptor, numberByDescriptor, number));
+  cases.push_back(reading("read.number by name", atMost(8), numberByName, number));
+  cases.push_back(
+      reading("read.reference by descriptor", byDescriptor, referenceByDescriptor, reference));
 }
 
 }  // namespace torvan::datamodel::benchmarks

@@ -1,4 +1,3 @@
-#include <malloc.h>
 #include <orb/zero/io/ModelFile.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 #include <rapidjson/reader.h>
@@ -6,12 +5,13 @@
 #include <rapidjson/writer.h>
 #include <torvan/datamodel.h>
 
-#include <fstream>
-#include <functional>
+#include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 
 #include "benchmarks/Case.h"
+#include "benchmarks/Memory.h"
 
 namespace torvan::datamodel::benchmarks {
 namespace {
@@ -83,81 +83,107 @@ std::string textOf(const Model& model) {
   return std::move(out).str();
 }
 
-/// Bytes of this process in memory, now ("VmRSS:") or at most ("VmHWM:").
-double residentBytes(const std::string& wanted) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;)
-    if (double kilobytes = 0; word == wanted && status >> kilobytes) return kilobytes * 1024;
-  return 0;
-}
-
-void addSave(const Shape& shape, std::size_t size) {
+void addSave(Cases& cases, const Shape& shape, std::size_t size) {
   const std::string name = std::string("save.") + shape.name;
-  runSeldom(addCase(name, size, "ours", [&shape, size](benchmark::State& state) {
+  const double million = static_cast<double>(size) / 1e6;
+  const auto save = [&shape, size] {
     const Model model = shape.make(size);
-    std::string text;
-    measure(state, size, [&] { text = textOf(model); });
-    state.counters["bytes"] = static_cast<double>(text.size()) / static_cast<double>(size);
-    check(state, !text.empty());
-  }));
-  runSeldom(addCase(name, size, "floor", [&shape, size](benchmark::State& state) {
-    rapidjson::StringBuffer text;
-    measure(
-        state, size, [&] { text = rapidjson::StringBuffer(); },
-        [&] {
-          Writer writer(text);
-          writer.StartArray();
-          for (std::size_t i = 0; i < size; ++i) {
-            writer.StartObject();
-            shape.write(writer, i);
-            writer.EndObject();
-          }
-          writer.EndArray();
-        });
-    state.counters["bytes"] = static_cast<double>(text.GetSize()) / static_cast<double>(size);
-  }));
+    const auto text = std::make_shared<std::string>();
+    return Side{.run = [=] { *text = textOf(model); }};
+  };
+  const auto write = [&shape, size] {
+    const auto text = std::make_shared<rapidjson::StringBuffer>();
+    const auto run = [=, &shape] {
+      Writer writer(*text);
+      writer.StartArray();
+      for (std::size_t i = 0; i < size; ++i) {
+        writer.StartObject();
+        shape.write(writer, i);
+        writer.EndObject();
+      }
+      writer.EndArray();
+    };
+    return Side{.run = run, .prepare = [=] { *text = rapidjson::StringBuffer(); }};
+  };
+  cases.push_back({.name = name,
+                   .size = size,
+                   .unit = seconds,
+                   .targets = {atMost(0.6 * million)},
+                   .sides = {{"ours", save}, {"raw", write}}});
+  const auto sizeOfText = [&shape, size] {
+    return Side{
+        .amount = [&shape, size] { return static_cast<double>(textOf(shape.make(size)).size()); }};
+  };
+  cases.push_back({.name = name + ", file",
+                   .size = size,
+                   .items = size,
+                   .unit = bytes,
+                   .targets = {atMost(140)},
+                   .sides = {{"ours", sizeOfText}}});
 }
 
-/// The bytes are what loading takes of memory at its peak; those of the floor, what stays of it.
-void addLoad(const Shape& shape, std::size_t size) {
+/// Loads into an empty model; the other side only reads the text.
+void addLoad(Cases& cases, const Shape& shape, std::size_t size) {
   const std::string name = std::string("load.") + shape.name;
-  const auto measureBytes = [size](benchmark::State& state, const char* wanted, auto run) {
-    malloc_trim(0);
-    const double before = residentBytes("VmRSS:");
-    std::ofstream("/proc/self/clear_refs") << "5";  // the peak starts anew
-    run();
-    malloc_trim(0);
-    state.counters["bytes"] = (residentBytes(wanted) - before) / static_cast<double>(size);
-  };
-  runSeldom(addCase(name, size, "ours", [=, &shape](benchmark::State& state) {
+  const double million = static_cast<double>(size) / 1e6;
+  const auto load = [&shape, size] {
     metaPackage().ensureInitialized();
-    std::istringstream in(textOf(shape.make(size)));
-    Model model = Model::create();
-    measureBytes(state, "VmHWM:", [&] { measure(state, size, [&] { io::load(model, in); }); });
-    check(state, model.size() == size);
-  }));
-  runSeldom(addCase(name, size, "floor", [=, &shape](benchmark::State& state) {
-    const std::string text = textOf(shape.make(size));
-    std::istringstream input(text);
-    const Model model = Model::create();
-    measureBytes(state, "VmRSS:", [&] { io::load(model, input); });
-    measure(state, size, [&] {
+    const auto text = std::make_shared<std::string>(textOf(shape.make(size)));
+    const auto model = std::make_shared<std::optional<Model>>();
+    const auto run = [=] {
+      std::istringstream in(*text);
+      io::load(**model, in);
+    };
+    const auto result = [=] {
+      check((*model)->size() == size);
+      return std::uint64_t{0};
+    };
+    return Side{.run = run,
+                .prepare = [=] { *model = Model::create(); },
+                .finish = [=] { model->reset(); },
+                .result = result};
+  };
+  const auto read = [&shape, size] {
+    const auto text = std::make_shared<std::string>(textOf(shape.make(size)));
+    return Side{.run = [=] {
       constexpr unsigned flags =
           rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-      rapidjson::StringStream in(text.c_str());
+      rapidjson::StringStream in(text->c_str());
       rapidjson::BaseReaderHandler<> handler;
-      check(state, !rapidjson::Reader().Parse<flags>(in, handler).IsError());
-    });
-  }));
+      check(!rapidjson::Reader().Parse<flags>(in, handler).IsError());
+    }};
+  };
+  cases.push_back({.name = name,
+                   .size = size,
+                   .unit = seconds,
+                   .targets = {atMost(1.2 * million)},
+                   .sides = {{"ours", load}, {"raw", read}}});
+
+  /// What loading takes of memory, at its peak or in the end.
+  const auto memory = [&shape, size](Resident which) {
+    return [&shape, size, which] {
+      return Side{.amount = [&shape, size, which] {
+        std::istringstream in(textOf(shape.make(size)));
+        const Model model = Model::create();
+        return memoryTaken(which, [&] { io::load(model, in); });
+      }};
+    };
+  };
+  cases.push_back({.name = name + ", peak of memory",
+                   .size = size,
+                   .items = size,
+                   .unit = bytes,
+                   .targets = {timesOf(1.3, "kept")},
+                   .sides = {{"ours", memory(Resident::Peak)}, {"kept", memory(Resident::Now)}}});
 }
 
 }  // namespace
 
-void addSaveCases() {
+void addSaveCases(Cases& cases) {
   for (const Shape& shape : shapes) {
     for (const std::size_t size : {100'000u, 1'000'000u}) {
-      addSave(shape, size);
-      addLoad(shape, size);
+      addSave(cases, shape, size);
+      addLoad(cases, shape, size);
     }
   }
 }

@@ -1,7 +1,6 @@
 #include <torvan/datamodel.h>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -12,6 +11,7 @@ namespace {
 
 class OurSystem {
  public:
+  static constexpr char name[] = "ours";
   void build(std::size_t size) {
     SystemBuilder builder(model_);
     system_ = builder.build();
@@ -24,7 +24,7 @@ class OurSystem {
       system_->getEquations().remove(ModelElement(equation));
   }
   void destroy() { system_->destroy(); }
-  std::size_t size() const { return system_ ? system_->getEquations().size() : 0; }
+  std::size_t count() const { return system_ ? system_->getEquations().size() : 0; }
 
  private:
   orb::zero::Model model_ = orb::zero::Model::create();
@@ -35,6 +35,7 @@ class OurSystem {
 
 class RawSystem {
  public:
+  static constexpr char name[] = "raw";
   void build(std::size_t size) {
     equations_.reserve(size);
     for (std::size_t i = 0; i < size; ++i) {
@@ -58,7 +59,7 @@ class RawSystem {
     all_.clear();
     size_ = 0;
   }
-  std::size_t size() const { return size_; }
+  std::size_t count() const { return size_; }
 
  private:
   using Element = RawElement<Equation::Impl>;
@@ -68,33 +69,28 @@ class RawSystem {
   std::size_t size_ = 0;
 };
 
-template <class Made>
-void addSide(std::size_t size, const std::string& side) {
-  const auto add = [&](const char* name, bool isBuilt, auto step, std::size_t left) {
-    runSeldom(addCase(name, size, side, [=](benchmark::State& state) {
-      std::optional<Made> system;
-      const auto prepare = [&] {
-        system.emplace();
-        if (isBuilt) system->build(size);
-      };
-      measure(state, size, prepare, [&] { step(*system); });
-      check(state, system->size() == left);
-    }));
+/// A case whose sides go through one step, with the system built already or not.
+template <class Step>
+void add(Cases& cases, const char* name, std::size_t size, bool isBuilt, Step step) {
+  const auto prepare = [=](auto& system) {
+    system.emplace();
+    if (isBuilt) system->build(size);
   };
-  add(
-      "system.build", false, [=](Made& system) { system.build(size); }, size);
-  add(
-      "system.remove one by one", true, [](Made& system) { system.remove(); }, 0);
-  add(
-      "system.destroy", true, [](Made& system) { system.destroy(); }, 0);
+  cases.push_back({.name = name,
+                   .size = size,
+                   .items = size,
+                   .sides = entrants<OurSystem, RawSystem>([=]<class X>() {
+                     return renewing<X>(prepare, [=](auto& system) { step(*system); });
+                   })});
 }
 
 }  // namespace
 
-void addSystemCases() {
+void addSystemCases(Cases& cases) {
   for (const std::size_t size : {100'000u, 1'000'000u}) {
-    addSide<OurSystem>(size, "ours");
-    addSide<RawSystem>(size, "floor");
+    add(cases, "system.build", size, false, [=](auto& system) { system.build(size); });
+    add(cases, "system.remove one by one", size, true, [](auto& system) { system.remove(); });
+    add(cases, "system.destroy", size, true, [](auto& system) { system.destroy(); });
   }
 }
 

@@ -15,6 +15,7 @@ constexpr std::size_t changes = 1000;
 /// A model of equations, of which the first ones change their right side.
 class OurSides {
  public:
+  static constexpr char name[] = "ours";
   explicit OurSides(std::size_t size = changes) {
     for (std::size_t i = 0; i < size; ++i) {
       const Equation equation = Equation::Builder(model_).create();
@@ -29,10 +30,10 @@ class OurSides {
     for (const Equation& equation : equations_) equation->setRhs(values_[second]);
   }
   void setOne(bool second) { equations_.front()->setRhs(values_[second]); }
-  bool areAll(bool second) const {
-    return std::all_of(equations_.begin(), equations_.end(), [&](const Equation& equation) {
-      return equation->getRhs() == values_[second];
-    });
+  std::size_t countOfSecond() const {
+    return static_cast<std::size_t>(std::count_if(
+        equations_.begin(), equations_.end(),
+        [&](const Equation& equation) { return equation->getRhs() == values_[true]; }));
   }
 
  private:
@@ -45,6 +46,7 @@ class OurSides {
 /// Slots that are assigned without a guard; the log keeps copies of all of them.
 class RawSides {
  public:
+  static constexpr char name[] = "raw";
   explicit RawSides(std::size_t = changes) : slots_(changes) {}
 
   void begin() {
@@ -60,9 +62,9 @@ class RawSides {
     for (auto& slot : slots_) slot = values_[second];
   }
   void setOne(bool second) { slots_.front() = values_[second]; }
-  bool areAll(bool second) const {
-    return std::all_of(slots_.begin(), slots_.end(),
-                       [&](const Term& slot) { return slot == values_[second]; });
+  std::size_t countOfSecond() const {
+    return static_cast<std::size_t>(std::count_if(
+        slots_.begin(), slots_.end(), [&](const Term& slot) { return slot == values_[true]; }));
   }
 
  private:
@@ -76,74 +78,47 @@ class RawSides {
   std::vector<std::unique_ptr<Record>> log_;
 };
 
-template <class Sides>
-void addSets(const std::string& side) {
-  addCase("set.outside", changes, side, [](benchmark::State& state) {
-    Sides sides;
-    bool second = false;
-    measure(state, changes, [&] { sides.setAll(second = !second); });
-    check(state, sides.areAll(second));
-  });
-  addCase("set.first", changes, side, [](benchmark::State& state) {
-    Sides sides;
-    sides.setAll(false);
-    measure(
-        state, changes, [&] { sides.begin(); }, [&] { sides.setAll(true); },
-        [&] { sides.rollback(); });
-    check(state, sides.areAll(false));
-  });
-  addCase("set.repeated", changes, side, [](benchmark::State& state) {
-    Sides sides;
-    bool second = false;
-    sides.begin();
-    sides.setAll(second);
-    measure(state, changes, [&] { sides.setAll(second = !second); });
-    check(state, sides.areAll(second));
-  });
-  addCase("set.hot", changes, side, [](benchmark::State& state) {
-    Sides sides;
-    sides.begin();
-    sides.setAll(false);
-    measure(state, changes, [&] {
-      for (std::size_t i = 0; i < changes; ++i) sides.setOne((i & 1) != 0);
-    });
-  });
-  addCase("set.and roll back", changes, side, [](benchmark::State& state) {
-    Sides sides;
-    sides.setAll(false);
-    measure(state, changes, [&] {
-      sides.begin();
-      sides.setAll(true);
-      sides.rollback();
-    });
-    check(state, sides.areAll(false));
-  });
-}
-
-template <class Sides>
-void addCommit(std::size_t size, const std::string& side) {
-  runSeldom(addCase("set.commit in model of", size, side,
-                    [size](benchmark::State& state) {
-                      Sides sides(size);
-                      bool second = false;
-                      const auto change = [&] { sides.begin(), sides.setAll(second = !second); };
-                      measure(
-                          state, changes, change, [&] { sides.commit(); },
-                          [&] { sides.rollback(); });
-                      check(state, sides.areAll(second));
-                    }),
-            30);
+/// A case whose sides go through the same steps, from all first values.
+template <class Prepare, class Run, class Finish>
+void add(Cases& cases, const char* name, std::size_t size, std::vector<Target> targets,
+         Prepare prepare, Run run, Finish finish) {
+  cases.push_back({.name = name,
+                   .size = size,
+                   .items = changes,
+                   .targets = std::move(targets),
+                   .sides = entrants<OurSides, RawSides>([=]<class X>() {
+                     const auto sides = std::make_shared<X>(size);
+                     sides->setAll(false);
+                     return Side{.run = [=] { run(*sides); },
+                                 .prepare = [=] { prepare(*sides); },
+                                 .finish = [=] { finish(*sides); },
+                                 .result = [=] { return sides->countOfSecond(); }};
+                   })});
 }
 
 }  // namespace
 
-void addTransactionCases() {
-  addSets<OurSides>("ours");
-  addSets<RawSides>("floor");
-  for (const std::size_t size : {1'000u, 1'000'000u}) {
-    addCommit<OurSides>(size, "ours");
-    addCommit<RawSides>(size, "floor");
-  }
+void addTransactionCases(Cases& cases) {
+  const auto nothing = [](auto&) {};
+  const auto begin = [](auto& sides) { sides.begin(); };
+  const auto change = [](auto& sides) { sides.setAll(true); };
+  const auto beginAndChange = [](auto& sides) { sides.begin(), sides.setAll(true); };
+  const auto changeBack = [](auto& sides) { sides.setAll(false); };
+  const auto commit = [](auto& sides) { sides.commit(); };
+  const auto rollBack = [](auto& sides) { sides.rollback(); };
+  const auto changeOne = [](auto& sides) {
+    for (std::size_t i = 0; i < changes; ++i) sides.setOne((i & 1) != 0);
+  };
+  const auto changeAndRollBack = [](auto& sides) {
+    sides.begin(), sides.setAll(true), sides.rollback();
+  };
+  add(cases, "set.outside", changes, {}, nothing, change, changeBack);
+  add(cases, "set.first", changes, {atMost(40)}, begin, change, rollBack);
+  add(cases, "set.repeated", changes, {atMost(25)}, beginAndChange, changeBack, rollBack);
+  add(cases, "set.hot", changes, {atMost(6)}, beginAndChange, changeOne, rollBack);
+  add(cases, "set.and roll back", changes, {atMost(130)}, nothing, changeAndRollBack, nothing);
+  for (const std::size_t size : {1'000u, 1'000'000u})
+    add(cases, "set.commit in model of", size, {atMost(25)}, beginAndChange, commit, changeBack);
 }
 
 }  // namespace torvan::datamodel::benchmarks

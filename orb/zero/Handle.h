@@ -40,7 +40,8 @@ class ORB_ZERO_API Handle : public Base {
 
   /// What is known of the class at run time.
   static const meta::ClassInfo& metaClass() noexcept { return *record; }
-  static const meta::ClassInfo* const record;  // defined by meta/Emit.h
+  static const meta::ClassInfo* const record;  // defined by meta/Emit.h, as is the next
+  static const std::uint32_t classNumber;      // see `meta::classAt`
   /// The UUID of the class.
   static uuid Uuid() { return metaClass().id; }
   /// Makes an empty element. Raises "UniquenessConstraint" when a live element of the model has
@@ -49,6 +50,12 @@ class ORB_ZERO_API Handle : public Base {
   /// The stand-in for an X that is not there (see `Model::createProxy`).
   static X createProxy(const Model& model, const uuid& id) {
     return X(model.createProxy(metaClass(), id));
+  }
+  /// What `X(element)->` reaches, with the same errors, for as long as something else holds it.
+  static auto& implOf(const ModelElement& element) {
+    if (!element || !element.get()->isOf(classNumber, metaClass())) [[unlikely]]
+      ModelElement::raiseEmpty(metaClass());
+    return static_cast<typename X::Impl&>(*element.get());
   }
 
  protected:
@@ -64,8 +71,10 @@ class ORB_ZERO_API Handle : public Base {
   }
 
  private:
+  template <class>
+  friend class ImplOf;
   static void checkClass(const ModelElement& element) {
-    if (element.get() && !element.get()->getMetaClass().isKindOf(metaClass())) [[unlikely]]
+    if (element.get() && !element.get()->isOf(classNumber, metaClass())) [[unlikely]]
       ModelElement::raiseEmpty(metaClass());
   }
 };

@@ -24,9 +24,20 @@ struct StorageOf;
 template <class X>
 class ImplOf : public X::Super::Impl {
  public:
-  const meta::ClassInfo& getMetaClass() const override { return X::metaClass(); }
   /// A handle to this element.
   X This() const { return X(ModelElement(const_cast<ImplOf*>(this))); }
+
+  /// Makes an element in one go: `fill` gives it its values while it is not part of the model yet.
+  template <class Fill>
+  static X make(Model::Impl& model, Fill fill) {
+    using Impl = typename X::Impl;
+    static_assert(std::is_nothrow_default_constructible_v<Impl>);
+    Impl* const made = new (model.pool().allocate(sizeof(Impl))) Impl;
+    Model::Impl::Staged staged = model.stage(*made);
+    fill(*made);
+    made->identify();
+    return X::of(model.adopt(std::move(staged), X::metaClass()));
+  }
 
   using Storage = meta::StorageOf<X>;
   using BuilderImpl = typename Handle<X, typename X::Super>::Builder;
@@ -89,6 +100,8 @@ class ImplOf : public X::Super::Impl {
   }
 
  protected:
+  ImplOf() noexcept { this->setClassNumber(X::classNumber); }
+
   using enum meta::Flag;  // for the table
   using enum meta::Body;
 };

@@ -13,46 +13,40 @@ Model Model::create(const uuid& identity, const ModelConstellation& constellatio
 }
 Model Model::create() { return create(uuid{}, ModelConstellation(), DefaultWorkQueueFactory()); }
 
-Model::Model(Impl* impl) noexcept : impl_(impl) { impl_->hold(); }
-Model::Model(const Model& other) noexcept : impl_(other.impl_) {
-  if (impl_) impl_->hold();
-}
-Model::~Model() {
-  if (impl_) impl_->release();
-}
+void Model::Count::end() noexcept { delete static_cast<Impl*>(this); }
 
-const uuid& Model::getUuid() const noexcept { return impl_->identity_; }
-std::size_t Model::size() const noexcept { return impl_->alive_; }
+const uuid& Model::getUuid() const noexcept { return (*this)->identity_; }
+std::size_t Model::size() const noexcept { return (*this)->alive_; }
 ElementRange Model::elements() const {
   return {*this, nullptr, query::SearchClassMatchMode::WithSubclasses};
 }
 ElementRange Model::elements(const meta::ClassInfo& type, query::SearchClassMatchMode mode) const {
   return {*this, &type, mode};
 }
-ModelElement Model::find(const uuid& id) const { return ModelElement(impl_->find(id)); }
-uuid Model::newUuid() const { return impl_->newUuid(); }
-std::size_t Model::reclaim() const { return impl_->reclaim(); }
+ModelElement Model::find(const uuid& id) const { return ModelElement((*this)->find(id)); }
+uuid Model::newUuid() const { return (*this)->newUuid(); }
+std::size_t Model::reclaim() const { return (*this)->reclaim(); }
 ModelElement Model::createProxy(const meta::ClassInfo& type, const uuid& id) const {
-  return impl_->proxy({id, &type});
+  return (*this)->proxy({id, &type});
 }
 
 void Model::addListener(std::shared_ptr<ModelListener> listener) const {
-  impl_->transactions().addListener(std::move(listener));
+  (*this)->transactions().addListener(std::move(listener));
 }
 void Model::removeListener(const std::shared_ptr<ModelListener>& listener) const {
-  impl_->transactions().removeListener(listener);
+  (*this)->transactions().removeListener(listener);
 }
 void Model::setHistoryLimit(std::size_t steps) const {
-  impl_->transactions().setHistoryLimit(steps);
+  (*this)->transactions().setHistoryLimit(steps);
 }
-bool Model::undo() const { return impl_->transactions().undo(); }
-bool Model::redo() const { return impl_->transactions().redo(); }
+bool Model::undo() const { return (*this)->transactions().undo(); }
+bool Model::redo() const { return (*this)->transactions().redo(); }
 std::size_t Model::undoSteps() const noexcept {
-  const History* const history = impl_->transactions().history();
+  const History* const history = (*this)->transactions().history();
   return history ? history->done.size() : 0;
 }
 std::size_t Model::redoSteps() const noexcept {
-  const History* const history = impl_->transactions().history();
+  const History* const history = (*this)->transactions().history();
   return history ? history->undone.size() : 0;
 }
 

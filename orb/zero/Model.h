@@ -28,6 +28,8 @@ struct ClassInfo;
 class ORB_ZERO_API Model {
  public:
   class Impl;
+  /// What keeps a model: its handles and the elements held outside.
+  class Count;
   class Freezer;
 
   /// Makes an empty model.
@@ -38,8 +40,8 @@ class ORB_ZERO_API Model {
 
   explicit Model(Impl* impl) noexcept;
   Model(const Model& other) noexcept;
-  Model(Model&& other) noexcept : impl_(std::exchange(other.impl_, nullptr)) {}
-  Model& operator=(Model other) noexcept { return std::swap(impl_, other.impl_), *this; }
+  Model(Model&& other) noexcept : count_(std::exchange(other.count_, nullptr)) {}
+  Model& operator=(Model other) noexcept { return std::swap(count_, other.count_), *this; }
   ~Model();
 
   const uuid& getUuid() const noexcept;
@@ -86,12 +88,37 @@ class ORB_ZERO_API Model {
   /// Opens a transaction that is rolled back when it leaves its scope uncommitted.
   [[nodiscard]] Transaction beginTransaction() const;
 
-  Impl* operator->() const noexcept { return impl_; }
-  friend bool operator==(const Model& a, const Model& b) noexcept { return a.impl_ == b.impl_; }
+  Impl* operator->() const noexcept;  // defined with the Impl
+  friend bool operator==(const Model& a, const Model& b) noexcept { return a.count_ == b.count_; }
 
  private:
-  Impl* impl_;
+  Count* count_;
 };
+
+class ORB_ZERO_API Model::Count {
+ public:
+  void hold() noexcept { ++held_; }
+  /// The last one ends the model.
+  void release() noexcept {
+    if (--held_ == 0) end();
+  }
+
+ protected:
+  Count() noexcept = default;
+  ~Count() = default;
+
+ private:
+  void end() noexcept;
+
+  std::size_t held_ = 0;
+};
+
+inline Model::Model(const Model& other) noexcept : count_(other.count_) {
+  if (count_) count_->hold();
+}
+inline Model::~Model() {
+  if (count_) count_->release();
+}
 
 /// Freezes models: every change of a frozen one raises "CannotModifyFrozenModel".
 class ORB_ZERO_API Model::Freezer {

@@ -1,5 +1,8 @@
 #include <orb/zero/ModelElement.h>
 
+#include <atomic>
+#include <cstdlib>
+
 #include <orb/zero/Exception.h>
 #include <orb/zero/Storage.h>
 #include <orb/zero/meta/Emit.h>
@@ -7,6 +10,15 @@
 namespace orb::zero {
 
 constinit const meta::ClassInfo* const ModelElement::record = &meta::classOf<ModelElement>;
+constinit const meta::ClassInfo* meta::classTable[classLimit] = {};
+std::uint32_t meta::enlist(const ClassInfo& type) noexcept {
+  static std::atomic<std::uint32_t> last = 0;
+  const std::uint32_t number = ++last;
+  if (number >= classLimit) std::abort();
+  classTable[number] = &type;
+  return number;
+}
+
 uuid ModelElement::Uuid() { return metaClass().id; }
 
 void ModelElement::raiseEmpty(const meta::ClassInfo& expected) {

@@ -67,6 +67,7 @@ class ORB_ZERO_API ModelElement {
 
   static const meta::ClassInfo& metaClass() noexcept { return *record; }
   static const meta::ClassInfo* const record;
+  static constexpr std::uint32_t classNumber = 0;  // of no elements
   /// The UUID of the class; an element's own is `getUuid()`.
   static uuid Uuid();
 

@@ -28,12 +28,15 @@ struct ProxyId {
 /// model class derives from it (through `ImplOf`) and adds its properties.
 class ORB_ZERO_API ModelElement::Impl {
  public:
-  Impl() = default;
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
   virtual ~Impl();
 
-  virtual const meta::ClassInfo& getMetaClass() const = 0;
+  const meta::ClassInfo& getMetaClass() const noexcept { return meta::classAt(classNumber_); }
+  /// Whether it is of the class, which has this number, or of one derived from it.
+  bool isOf(std::uint32_t number, const meta::ClassInfo& type) const noexcept {
+    return classNumber_ == number || getMetaClass().isKindOf(type);
+  }
   const uuid& getUuid() const noexcept { return uuid_; }
   /// A counted handle to the model that owns this element.
   Model getModel() const noexcept { return Model(model_); }
@@ -207,6 +210,12 @@ class ORB_ZERO_API ModelElement::Impl {
   /// owns is referred to by it alone.
   bool isHeldOnlyBySlots(std::uint32_t slots) const noexcept;
 
+ protected:
+  Impl() noexcept = default;
+  void setClassNumber(std::uint32_t number) noexcept { classNumber_ = number; }
+  /// Gives an element in the making a new UUID.
+  void identify() noexcept;
+
  private:
   friend class Model;
   friend class ModelElement;
@@ -244,10 +253,12 @@ class ORB_ZERO_API ModelElement::Impl {
   bool isProxy_ = false;
   bool isUntracked_ = false;
   std::uint32_t referrers_ = 0;
+  std::uint32_t classNumber_ = 0;
 };
 
 inline ModelElement::ModelElement(Impl* element) noexcept
     : word_(reinterpret_cast<std::uintptr_t>(element)) {
+  if (isSlot()) __builtin_unreachable();  // spares the tests of what this handle is moved to
   if (element) element->addRef();
 }
 inline ModelElement::~ModelElement() {

@@ -37,9 +37,7 @@ Model::Impl::~Impl() {
 
 Model::Impl::Staged Model::Impl::stage(const meta::ClassInfo& type) {
   if (type.isAbstract()) raise("InvalidValue");
-  Element* const element = type.construct(pool_.allocate(type.size));
-  element->model_ = this;
-  return Staged(element);
+  return stage(*type.construct(pool_.allocate(type.size)));
 }
 
 void Model::Impl::dispose(Element& element) noexcept {
@@ -60,7 +58,7 @@ void Model::Impl::checkUnique(const uuid& id) {
   if (find(id)) raise("UniquenessConstraint");
 }
 
-ModelElement Model::Impl::adopt(Staged staged, const uuid& id) {
+ModelElement Model::Impl::adoptWithCare(Staged staged, const meta::ClassInfo& type) {
   Unit unit(*this);
   if (elements_.size() == elements_.capacity() && 2 * gaps_ > elements_.size()) compact();
   std::unique_ptr<UndoRecord> creation;
@@ -69,13 +67,7 @@ ModelElement Model::Impl::adopt(Staged staged, const uuid& id) {
     creation.reset(new (*this) Existence(*staged, Existence::Change::Creation));
   }
   elements_.push_back(staged.get());
-  ModelElement made(staged.release());
-  Element& element = *made.get();
-  element.uuid_ = id;
-  element.index_ = births() - 1;
-  element.life_ = Element::Life::Alive;
-  if (!element.isProxy()) ++alive_;
-  referrers_.noteTargets(element);
+  const ModelElement made = enroll(*staged.release(), type);
   if (creation) transactions_.log(std::move(creation));
   unit.commit();
   return made;

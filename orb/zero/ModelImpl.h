@@ -16,7 +16,7 @@ namespace orb::zero {
 class UuidIndex;
 
 /// Owns the elements of a model.
-class ORB_ZERO_API Model::Impl {
+class ORB_ZERO_API Model::Impl : public Model::Count {
  public:
   using Element = ModelElement::Impl;
   using Staged = std::unique_ptr<Element, Element::Disposer>;
@@ -26,12 +26,6 @@ class ORB_ZERO_API Model::Impl {
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
 
-  /// Counts model handles and elements held outside; the last one ends the model.
-  void hold() noexcept { ++held_; }
-  void release() noexcept {
-    if (--held_ == 0) delete this;
-  }
-
   TransactionCoordinator& transactions() noexcept { return transactions_; }
   const std::shared_ptr<WorkQueue>& workQueue() const noexcept { return workQueue_; }
   ElementPool& pool() noexcept { return pool_; }
@@ -40,10 +34,26 @@ class ORB_ZERO_API Model::Impl {
   /// Raises "UniquenessConstraint" when a live element has this UUID.
   void checkUnique(const uuid& id);
   /// Takes a staged element in. The handle keeps it when a listener ends it at once.
-  ModelElement adopt(Staged staged, const uuid& id);
+  ModelElement adopt(Staged staged, const uuid& id) {
+    staged->uuid_ = id;
+    const meta::ClassInfo& type = staged->getMetaClass();
+    return adopt(std::move(staged), type);
+  }
+  /// The same for one of this very class that has its UUID.
+  ModelElement adopt(Staged staged, const meta::ClassInfo& type) {
+    if (transactions_.needsUnit() || transactions_.isRecordingAll() ||
+        elements_.size() == elements_.capacity()) [[unlikely]]
+      return adoptWithCare(std::move(staged), type);
+    elements_.push_back(staged.get());
+    return enroll(*staged.release(), type);
+  }
   /// Makes an empty element; raises "InvalidValue" for an abstract class.
   ModelElement create(const meta::ClassInfo& type, const uuid& id);
   Staged stage(const meta::ClassInfo& type);
+  Staged stage(Element& element) noexcept {
+    element.model_ = this;
+    return Staged(&element);
+  }
   void dispose(Element& element) noexcept;
   uuid newUuid() noexcept { return newUuid_(); }
 
@@ -67,12 +77,16 @@ class ORB_ZERO_API Model::Impl {
 
  private:
   friend class Model;
+  friend class Model::Count;
   friend class ModelElement::Impl;
   friend class TransactionCoordinator;
   friend class Existence;
   friend class ElementRange;
 
   ~Impl();
+  ModelElement adoptWithCare(Staged staged, const meta::ClassInfo& type);
+  /// The last element of the creation order becomes a live one.
+  ModelElement enroll(Element& element, const meta::ClassInfo& type) noexcept;
   void endYoungerThan(std::uint32_t births) noexcept;
   /// Takes an element out of the model for good; its slots let go of what they name.
   void end(Element& element) noexcept;
@@ -85,7 +99,6 @@ class ORB_ZERO_API Model::Impl {
   static void copyKey(const Element& original, Element& copy);
 
   ElementPool pool_;
-  std::size_t held_ = 0;
   std::size_t alive_ = 0;
   std::uint64_t losses_ = 0;
   std::vector<Element*> elements_;  // in the order of creation, with gaps
@@ -103,9 +116,19 @@ class ORB_ZERO_API Model::Impl {
   std::shared_ptr<WorkQueue> workQueue_;
 };
 
+inline Model::Model(Impl* impl) noexcept : count_(impl) { impl->hold(); }
+inline Model::Impl* Model::operator->() const noexcept { return static_cast<Impl*>(count_); }
 inline void ModelElement::Impl::noteReference(Impl& target) const noexcept {
   if (index_ != UINT32_MAX) model_->referrers().note(target, index_);
 }
+inline ModelElement Model::Impl::enroll(Element& element, const meta::ClassInfo& type) noexcept {
+  element.index_ = births() - 1;
+  element.life_ = Element::Life::Alive;
+  if (!element.isProxy()) ++alive_;
+  type.note(element, referrers_);
+  return ModelElement(&element);
+}
+inline void ModelElement::Impl::identify() noexcept { model_->newUuid_.fill(uuid_); }
 inline void ModelElement::Impl::addRef() noexcept {
   if (outside_++ == 0) model_->hold();
 }

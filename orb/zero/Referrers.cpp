@@ -18,8 +18,7 @@ void Referrers::add(Element& target, std::uint32_t place) noexcept {
 }
 
 void Referrers::noteTargets(const Element& element) noexcept {
-  for (const meta::PropertyInfo* property : element.getMetaClass().all)
-    if (property->services.note) property->services.note(element, *this);
+  element.getMetaClass().note(element, *this);
 }
 
 void Referrers::find(const Element& target, std::vector<std::uint32_t>& places) const {

@@ -5,9 +5,14 @@
 namespace orb::zero {
 
 Transaction::Transaction(const Model& model) : model_(model), era_(model->transactions().begin()) {}
-Transaction::~Transaction() { rollback(); }
 
-void Transaction::commit() { model_->transactions().commit(era_); }
-void Transaction::rollback() noexcept { model_->transactions().rollback(era_); }
+void Transaction::commit() {
+  model_->transactions().commit(era_);
+  era_ = 0;
+}
+void Transaction::rollback() noexcept {
+  model_->transactions().rollback(era_);
+  era_ = 0;
+}
 
 }  // namespace orb::zero

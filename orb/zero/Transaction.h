@@ -14,7 +14,9 @@ class ORB_ZERO_API Transaction {
   explicit Transaction(const Model& model);
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
-  ~Transaction();
+  ~Transaction() {
+    if (era_ != 0) rollback();
+  }
 
   /// Makes the changes final, or leaves them to the outer transaction. Has no effect on a
   /// transaction that has ended.
@@ -23,7 +25,7 @@ class ORB_ZERO_API Transaction {
 
  private:
   Model model_;
-  std::uint64_t era_;
+  std::uint64_t era_;  // 0 when it has ended
 };
 
 }  // namespace orb::zero

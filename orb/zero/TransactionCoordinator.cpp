@@ -13,7 +13,7 @@ TransactionCoordinator::TransactionCoordinator(Model::Impl& model) : model_(mode
 TransactionCoordinator::~TransactionCoordinator() = default;
 
 bool TransactionCoordinator::isOpen(std::uint64_t era) const noexcept {
-  return std::any_of(savepoints_.begin(), savepoints_.end(),
+  return std::any_of(savepoints_.rbegin(), savepoints_.rend(),
                      [=](const Savepoint& savepoint) { return savepoint.era == era; });
 }
 
@@ -41,8 +41,8 @@ void TransactionCoordinator::update() noexcept {
 void TransactionCoordinator::commit(std::uint64_t era) {
   if (!isOpen(era)) return;
   while (savepoints_.back().era != era) pop();
-  if (savepoints_.size() == 1) return settleOutermost();
-  pop();
+  if (savepoints_.size() > 1 || (log_.empty() && !listeners_ && !history_)) return pop();
+  settleOutermost();
 }
 
 void TransactionCoordinator::settleOutermost() {

@@ -54,11 +54,16 @@ class ORB_ZERO_API UuidGenerator {
  public:
   UuidGenerator();
   uuid operator()() noexcept {
-    const std::uint64_t words[2] = {(next() & ~versionMask) | version4,
-                                    (next() & ~variantMask) | variant1};
     uuid id;
-    std::memcpy(id.data, words, sizeof id.data);
+    fill(id);
     return id;
+  }
+  /// Writes one where it is to stay.
+  void fill(uuid& id) noexcept {
+    const std::uint64_t first = (next() & ~versionMask) | version4;
+    const std::uint64_t second = (next() & ~variantMask) | variant1;
+    std::memcpy(id.data, &first, sizeof first);
+    std::memcpy(id.data + sizeof first, &second, sizeof second);
   }
 
  private:

@@ -187,5 +187,28 @@ TEST_F(CallTest, AnObjectKeepsItsModel) {
             "CannotCreateCrossModelAssociation");
 }
 
+TEST_F(CallTest, ObjectsTellWhatTheyArePartOfAndHowTheyAreShown) {
+  const Variable x = session.expressionFactory()->createVariable(sets, "x");
+  const Host object = host(x), type = host(sets),
+             none = get(construct("Variable", {model}), "type");
+  for (const Host& part : {object, type, get(type, "universe")})
+    EXPECT_EQ(part.native()->domain(), model.native()->domain());
+  EXPECT_EQ(none.native()->domain(), nullptr);
+
+  const auto printed = [](const Host& each) { return classNamed(each.className()).print(each); };
+  EXPECT_EQ(printed(object), "x");
+  EXPECT_EQ(printed(construct("IndexRef", {model})), "IndexRef(,0 : 0)");
+  EXPECT_EQ(printed(type), "<torvan.datamodel.PowerSetType 'P' " + get(type, "uuid").text() + ">");
+  EXPECT_EQ(printed(none), "an empty torvan.datamodel.LatticeType");
+  EXPECT_EQ(printed(empty("Term")), "an empty torvan.datamodel.Term");
+  x->destroy();
+  EXPECT_EQ(printed(object), "a deleted torvan.datamodel.Variable");
+
+  const tyve::COSClassInfo& info = classNamed(modelName("PowerSetType"));
+  EXPECT_EQ(info.getProperty(intern("numElems")).getResult(), intern("uint16 scalar"));
+  EXPECT_EQ(info.getProperty(intern("universe")).getResult(), intern("orb.zero.PrimitiveSet"));
+  EXPECT_FALSE(info.getProperty(intern("numElems")).getType());
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

@@ -103,12 +103,12 @@ TEST_F(DescriptionTest, PackagesAndClassesAreThereOnceHoweverOftenTheyAreRegiste
   auto& classSystem = tyve::ClassSystem::getInstance();
   std::vector<std::size_t> counts{classSystem.getPackages().size()};
   for (const char* const name :
-       {"orb", "orb.zero", "orb.zero.meta", "torvan", "torvan.datamodel"}) {
+       {"orb", "orb.zero", "orb.zero.meta", "torvan", "torvan.datamodel", "torvan.session"}) {
     tyve::Package* const package = classSystem.findPackage(intern(name));
     counts.push_back(package->getSubPackages().size());
     counts.push_back(package->getClasses().size());
   }
-  EXPECT_EQ(counts, (std::vector<std::size_t>{2, 1, 0, 1, 9, 0, 11, 1, 0, 0, 25}));
+  EXPECT_EQ(counts, (std::vector<std::size_t>{2, 1, 0, 1, 9, 0, 11, 2, 0, 0, 25, 0, 7}));
 }
 
 TEST_F(DescriptionTest, ClassesOfTheModelAreObjectsThatTheHostMayRead) {

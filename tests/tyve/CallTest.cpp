@@ -71,6 +71,16 @@ TEST(ConversionTest, ARegisteredWordTakesWhatItLikes) {
   EXPECT_EQ(failureOf([] { converted("mood scalar", Value::scalar(3)); }), "WrongValue(char,3)");
 }
 
+TEST(ConversionTest, AWordThatIsRegisteredAfterItsFirstUseIsFound) {
+  factory::TypeRepository& types = ClassSystem::getInstance().types();
+  const factory::TypeWord& word = types.word(intern("late scalar"));
+  std::optional<Value> made;
+  EXPECT_FALSE(word.fits(Value::scalar(1), made));
+  types.addConversion(intern("late scalar"), [](const Value&) { return Value::text("late"); });
+  EXPECT_TRUE(word.fits(Value::scalar(1), made));
+  EXPECT_EQ(made, Value::text("late"));
+}
+
 TEST(CallTest, ArgumentsFitTheSignature) {
   const Value dog = Zoo::makeAnimal("Dog", "d"), one = Value::scalar(1.0);
   const auto failure = [&](std::vector<Value> rest) {

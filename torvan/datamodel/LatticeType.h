@@ -22,6 +22,7 @@ class TORVAN_DATAMODEL_API LatticeType
 
   /// Whether values of the two types may be combined. Every type is compatible with itself; the
   /// kinds say what else is. Names are never compared. An empty `other` is compatible with none.
+  /// Different types that contain themselves raise "CyclicValue".
   bool isCompatible(const LatticeType& other) const;
 
   static const Property& name() { return property(1); }

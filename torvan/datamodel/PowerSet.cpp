@@ -1,7 +1,5 @@
 #include <torvan/datamodel/PowerSet.h>
 
-#include <algorithm>
-
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/TypeFactory.h>
 #include <torvan/datamodel/ValueFactory.h>
@@ -9,56 +7,40 @@
 namespace torvan::datamodel {
 namespace {
 
-PowerSet make(const PowerSet::Impl& like, BitSet bits) {
-  PowerSet::Builder builder(like.getModel());
-  builder->setType(like.getType());
-  builder->basicSetValue(std::move(bits));
-  return builder.create();
+/// A set of the same type and model, with the bits that are filled in.
+template <class Fill>
+PowerSet makeLike(const PowerSet::Impl& like, Fill fill) {
+  return PowerSet::Impl::make(like.model(), [&](PowerSet::Impl& made) {
+    made.basicSetType(like.getType());
+    made.fill(fill);
+  });
 }
 
-/// Combines the bits with those of the other set, taken at the same length.
-template <class Combine>
-BitSet combined(BitSet bits, const LatticeValue& other, Combine combine) {
-  const BitSet& given = PowerSet { other } -> getValue();
-  if (given.size() == bits.size()) {
-    combine(bits, given);
-  } else {
-    BitSet resized = given;
-    resized.resize(bits.size());
-    combine(bits, resized);
-  }
-  return bits;
-}
-
-/// Inclusion, where bits that a set lacks read as 0.
-bool isSubset(const BitSet& a, const BitSet& b) {
-  if (a.size() == b.size()) return a.is_subset_of(b);
-  BitSet longer = a.size() < b.size() ? a : b;
-  longer.resize(std::max(a.size(), b.size()));
-  return a.size() < b.size() ? longer.is_subset_of(b) : a.is_subset_of(longer);
-}
+const Bits& bitsOf(const LatticeValue& value) { return PowerSet::implOf(value).bits(); }
 
 }  // namespace
 
 LatticeValue PowerSet::Impl::join(const LatticeValue& other) const {
-  return make(*this, combined(value_, other, [](BitSet& a, const BitSet& b) { a |= b; }));
+  const Bits& given = bitsOf(other);
+  return makeLike(*this, [&](Bits& bits) { bits.join(value_, given, model().pool()); });
 }
 
 LatticeValue PowerSet::Impl::meet(const LatticeValue& other) const {
-  return make(*this, combined(value_, other, [](BitSet& a, const BitSet& b) { a &= b; }));
+  const Bits& given = bitsOf(other);
+  return makeLike(*this, [&](Bits& bits) { bits.meet(value_, given, model().pool()); });
 }
 
 boolean3 PowerSet::Impl::le(const LatticeValue& other) const {
-  const BitSet& bits = PowerSet { other } -> getValue();
-  if (isSubset(value_, bits)) return boolean3::T;
-  return isSubset(bits, value_) ? boolean3::F : boolean3::NA;
+  const Bits& given = bitsOf(other);
+  if (value_.isSubsetOf(given)) return boolean3::T;
+  return given.isSubsetOf(value_) ? boolean3::F : boolean3::NA;
 }
 
-bool PowerSet::Impl::eq(const LatticeValue& other) const {
-  return value_ == PowerSet { other } -> getValue();
-}
+bool PowerSet::Impl::eq(const LatticeValue& other) const { return value_ == bitsOf(other); }
 
-LatticeValue PowerSet::Impl::clone() const { return make(*this, value_); }
+LatticeValue PowerSet::Impl::clone() const {
+  return makeLike(*this, [&](Bits& bits) { bits.assign(value_, model().pool()); });
+}
 
 LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {
   if (end == 0) end = start;
@@ -66,7 +48,7 @@ LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {
 
   const auto offset = static_cast<std::uint16_t>(start - 1);
   const auto length = static_cast<std::uint16_t>(end < start ? 0 : end - start + 1);
-  BitSet bits = value_ >> offset;
+  BitSet bits = value_.copy() >> offset;
   bits.resize(length);
 
   const orb::zero::Batch batch(*this);
@@ -77,7 +59,7 @@ LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {
 }
 
 Ref PowerSet::Impl::ref(std::uint16_t start, std::uint16_t end) {
-  return PowerSetRef(&value_, start, end, getModel());
+  return PowerSetRef(&value_.stored(), start, end, getModel());
 }
 
 }  // namespace torvan::datamodel

@@ -112,9 +112,8 @@ class Line : public orb::zero::Visitor<void> {
     appendParts("prune(", prune->getExpr().get(), path + "])");
   }
   void visit(const PowerSet& set) {
-    std::string bits;
-    to_string(set->getValue(), bits);
-    text_ += bits;
+    const Bits& bits = set->bits();
+    for (std::size_t bit = bits.size(); bit-- > 0;) text_ += bits[bit] ? '1' : '0';
   }
   void visit(const Array& array) {
     list("Array", array->getValues(), [this](const auto& entry) {

@@ -250,10 +250,10 @@ class ValueWriter {
     }
     if (const LatticeType& type = value->getType()) property("type", labels_.at(type.get()));
     if (value->getMetaClass().isKindOf(PowerSet::metaClass())) {
-      const BitSet& bits = PowerSet(value)->getValue();
+      const Bits& bits = PowerSet(value)->bits();
       key("size");
       json_.Uint64(bits.size());
-      property(form.content, toHexadecimal(bits));
+      property(form.content, toHexadecimal(bits.copy()));
       json_.EndObject();
       return;
     }

@@ -26,10 +26,10 @@ Value makeComposite(const orb::zero::Model& model, const Type& type, const std::
 ValueFactory::ValueFactory(orb::zero::Model model) : model_(std::move(model)) {}
 
 PowerSet ValueFactory::createPowerSet(const PowerSetType& type, const BitSet& value) {
-  PowerSet::Builder builder(model_);
-  builder->setType(type);
-  builder->basicSetValue(value);
-  return builder.create();
+  return PowerSet::Impl::make(*model_.operator->(), [&](PowerSet::Impl& made) {
+    made.setType(type);
+    made.fill([&](Bits& bits) { bits.assign(value, made.model().pool()); });
+  });
 }
 
 Struct ValueFactory::createStruct(const StructType& type, const std::vector<std::string>& names,

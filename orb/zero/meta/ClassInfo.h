@@ -75,8 +75,6 @@ struct PropertyServices {
   Value (*getOld)(const Storage&, ProxyTag) = nullptr;
   /// See `Storage::isUnchanged`.
   bool (*isUnchanged)(const Element&, const Storage&) = nullptr;
-  /// Tells what the property refers to; none for what is owned, and for values.
-  void (*note)(const Element&, Referrers&) noexcept = nullptr;
   /// Whether a value was given, an element is named, a collection is not empty.
   bool (*has)(const Element&) = nullptr;
   /// Where the value is: a primitive one, a `ModelElement`, or a collection.
@@ -196,6 +194,8 @@ struct ClassInfo {
   /// Makes an empty builder; null for an abstract class.
   std::unique_ptr<ModelElement::Builder> (*makeBuilder)(const Model&);
   AbstractMetaPackage& (*package)();  ///< registers the class
+  /// Tells what the element refers to without owning it.
+  void (*note)(const Element&, Referrers&) noexcept;
 
   bool isAbstract() const { return construct == nullptr; }
   /// True for the class itself and those derived from it.
@@ -215,6 +215,13 @@ struct ClassInfo {
   /// of the class; if that raises, the next use tries again.
   ORB_ZERO_API operator Class() const;
 };
+
+/// The classes that elements are of have numbers, which elements hold to tell their class.
+inline constexpr std::size_t classLimit = 4096;
+ORB_ZERO_API extern const ClassInfo* classTable[classLimit];
+inline const ClassInfo& classAt(std::uint32_t number) noexcept { return *classTable[number]; }
+/// The number of a class; ends the process when there are too many.
+ORB_ZERO_API std::uint32_t enlist(const ClassInfo& type) noexcept;
 
 }  // namespace orb::zero::meta
 

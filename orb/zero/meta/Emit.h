@@ -18,6 +18,17 @@
 /// Included by the one source file that lists the classes of a model.
 namespace orb::zero::meta {
 
+/// The slot itself; of one that keeps its value in other forms as well, the value as its type.
+template <class Slot>
+auto& stored(Slot& slot) {
+  if constexpr (requires { slot.stored(); })
+    return slot.stored();
+  else
+    return slot;
+}
+template <class M>
+using StoredOf = std::remove_reference_t<decltype(stored(std::declval<M&>()))>;
+
 struct Nothing {};
 template <class M>
 struct OldOf {
@@ -29,7 +40,7 @@ struct OldOf<M> {
   using Type = typename Kind<M>::Old;
 };
 template <class... C, class... M>
-auto oldValues(const std::tuple<Row<C, M>...>&) -> std::tuple<typename OldOf<M>::Type...>;
+auto oldValues(const std::tuple<Row<C, M>...>&) -> std::tuple<typename OldOf<StoredOf<M>>::Type...>;
 
 /// The undo record of X: one typed slot per own property, on top of those of its base.
 template <class X>
@@ -48,9 +59,9 @@ struct StorageOf<ModelElement> : Storage {
 template <class X, std::size_t I>
 struct Access {
   static constexpr const auto& row = std::get<I>(X::Impl::table.rows);
-  static auto& slot(Element& e) { return static_cast<typename X::Impl&>(e).*row.member; }
+  static auto& slot(Element& e) { return stored(static_cast<typename X::Impl&>(e).*row.member); }
   static const auto& slot(const Element& e) {
-    return static_cast<const typename X::Impl&>(e).*row.member;
+    return stored(static_cast<const typename X::Impl&>(e).*row.member);
   }
   static auto& old(Storage& s) { return std::get<I>(static_cast<StorageOf<X>&>(s).old); }
   static const auto& old(const Storage& s) {
@@ -67,7 +78,7 @@ AbstractMetaPackage& packageFor() {
 template <class X, std::size_t I>
 consteval PropertyServices emitServices() {
   using A = Access<X, I>;
-  using Member = typename std::remove_cvref_t<decltype(A::row)>::Member;
+  using Member = StoredOf<typename std::remove_cvref_t<decltype(A::row)>::Member>;
   using K = Kind<Member>;
 
   PropertyServices services;
@@ -119,10 +130,6 @@ consteval PropertyServices emitServices() {
       return now == K::snapshot(A::slot(e));
     }
   };
-  if constexpr (requires(Element & e, Referrers & r) { K::note(A::slot(e), e, r); })
-    services.note = [](const Element& e, Referrers& referrers) noexcept {
-      K::note(A::slot(e), e, referrers);
-    };
   services.has = [](const Element& e) -> bool {
     if constexpr (K::value != ValueKind::Single)
       return !A::slot(e).empty();
@@ -182,7 +189,7 @@ consteval PropertyServices emitServices() {
 template <class X, std::size_t I>
 consteval PropertyInfo emitProperty() {
   using A = Access<X, I>;
-  using Member = typename std::remove_cvref_t<decltype(A::row)>::Member;
+  using Member = StoredOf<typename std::remove_cvref_t<decltype(A::row)>::Member>;
   using K = Kind<Member>;
   PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
                     A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
@@ -231,6 +238,21 @@ consteval auto constructorOf() -> Element* (*)(void*) {
   return nullptr;
 }
 
+/// What `ClassInfo::note` calls, inherited properties first.
+template <class X>
+void noteTargets(const Element& element, Referrers& referrers) noexcept {
+  if constexpr (!std::is_same_v<X, ModelElement>) {
+    noteTargets<typename X::Super>(element, referrers);
+    const auto note = [&](const auto& row) {
+      const auto& slot = static_cast<const typename X::Impl&>(element).*row.member;
+      using K = Kind<std::remove_cvref_t<decltype(slot)>>;
+      if constexpr (requires { K::note(slot, element, referrers); })
+        K::note(slot, element, referrers);
+    };
+    std::apply([&](const auto&... rows) { (note(rows), ...); }, X::Impl::table.rows);
+  }
+}
+
 template <class X>
 consteval auto builderOf() -> std::unique_ptr<ModelElement::Builder> (*)(const Model&) {
   if constexpr (X::Impl::table.instances == Instances::Concrete)
@@ -253,7 +275,8 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     [](Element& e) { return std::unique_ptr<Storage>(new (e.model()) StorageOf<X>(e)); },
     ownOperations<X>,
     builderOf<X>(),
-    &packageFor<X>};
+    &packageFor<X>,
+    &noteTargets<X>};
 template <>
 ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     "orb.zero.ModelElement",
@@ -266,13 +289,15 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     nullptr,
     {},
     nullptr,
-    &packageFor<ModelElement>};
+    &packageFor<ModelElement>,
+    &noteTargets<ModelElement>};
 
 /// The records of the listed classes.
 template <class... X>
 std::span<const ClassInfo* const> classesOf(ClassList<X...>) {
   // Used: others refer to the records, so their definitions must not be optimised away.
   [[gnu::used]] static constexpr std::array records{&X::record...};
+  [[gnu::used]] static constexpr std::array numbers{&X::classNumber...};
   static constexpr std::array<const ClassInfo*, sizeof...(X)> classes{&classOf<X>...};
   return classes;
 }
@@ -283,5 +308,7 @@ namespace orb::zero {
 
 template <class X, class Base>
 constinit const meta::ClassInfo* const Handle<X, Base>::record = &meta::classOf<X>;
+template <class X, class Base>
+const std::uint32_t Handle<X, Base>::classNumber = meta::enlist(meta::classOf<X>);
 
 }  // namespace orb::zero

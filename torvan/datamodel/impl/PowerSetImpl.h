@@ -4,12 +4,13 @@
 
 #include <torvan/datamodel/BitSet.h>
 #include <torvan/datamodel/PowerSet.h>
+#include <torvan/datamodel/impl/Bits.h>
 #include <torvan/datamodel/impl/IndexableValueImpl.h>
 
 namespace torvan::datamodel {
 
 class TORVAN_DATAMODEL_API PowerSet::Impl : public orb::zero::ImplOf<PowerSet> {
-  BitSet value_;
+  Bits value_;
 
  public:
   static constexpr Table table{
@@ -17,10 +18,19 @@ class TORVAN_DATAMODEL_API PowerSet::Impl : public orb::zero::ImplOf<PowerSet> {
       Row{&Impl::value_, "value", 2, "f4b6737d-4261-33d9-b0c5-98aa3053a6f3",
           Ordered | Unique | NoDefault}};
 
-  const BitSet& getValue() const noexcept { return value_; }
+  /// The bits as a `BitSet`, which is made when it is first asked for and stays at its address.
+  const BitSet& getValue() const { return value_.stored(); }
+  /// The same without that.
+  const Bits& bits() const noexcept { return value_; }
   bool hasValue() const noexcept { return has<&Impl::value_>(); }
   void basicSetValue(BitSet value) { basicSet<&Impl::value_>(std::move(value)); }
-  void setValue(BitSet value) { set<&Impl::value_>(std::move(value)); }
+  /// Has the bits of an element in the making filled in.
+  template <class Fill>
+  void fill(Fill into) {
+    into(value_);
+    setGiven(value().position, true);
+  }
+  void setValue(BitSet value) { set<&Impl::value_>(Bits(std::move(value))); }
 
   LatticeValue join(const LatticeValue& other) const override;
   LatticeValue meet(const LatticeValue& other) const override;

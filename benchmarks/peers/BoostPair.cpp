@@ -1,0 +1,54 @@
+#include <boost/dynamic_bitset.hpp>
+#include <memory>
+
+#include "benchmarks/SetPair.h"
+
+namespace torvan::datamodel::benchmarks {
+namespace {
+
+/// Makes the class of bits, and so its functions, that of this build alone: TORVAN_ALIGNMENT tells
+/// the builds of this file apart.
+template <class T>
+struct Allocator : std::allocator<T> {
+  template <class U>
+  struct rebind {
+    using other = Allocator<U>;
+  };
+};
+
+class BoostSet {
+ public:
+  BoostSet(const Words& words, std::size_t size) : bits_(words.begin(), words.end()) {
+    bits_.resize(size);
+  }
+  BoostSet join(const BoostSet& other) const {
+    BoostSet result = *this;
+    result.bits_ |= other.bits_;
+    return result;
+  }
+  BoostSet meet(const BoostSet& other) const {
+    BoostSet result = *this;
+    result.bits_ &= other.bits_;
+    return result;
+  }
+  boolean3 le(const BoostSet& other) const {
+    return comparison(bits_.is_subset_of(other.bits_), other.bits_.is_subset_of(bits_));
+  }
+  bool eq(const BoostSet& other) const { return bits_ == other.bits_; }
+  template <class Use>
+  void forEach(Use use) const {
+    for (auto bit = bits_.find_first(); bit != bits_.npos; bit = bits_.find_next(bit)) use(bit);
+  }
+
+ private:
+  boost::dynamic_bitset<std::uint64_t, Allocator<std::uint64_t>> bits_;
+};
+
+}  // namespace
+
+template <>
+std::unique_ptr<SetPair> makeBoostPair<TORVAN_ALIGNMENT>(const Operands& sets) {
+  return makePair<BoostSet>(sets);
+}
+
+}  // namespace torvan::datamodel::benchmarks

@@ -1,0 +1,133 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include <torvan/datamodel/Api.h>
+#include <torvan/datamodel/BitSet.h>
+#include <torvan/datamodel/impl/Words.h>
+
+namespace orb::zero {
+class ElementPool;
+}
+
+namespace torvan::datamodel {
+
+/// The bits of a power set, in the cheapest of three forms: a few words are inside; more words,
+/// the result of an operation, are in a block that never changes and that sets share; and from when
+/// on somebody asks for the `BitSet`, it is that one, at its address for good.
+class TORVAN_DATAMODEL_API Bits {
+ public:
+  using Stored = BitSet;
+  using Word = words::Word;
+  static_assert(std::is_same_v<Word, BitSet::block_type>);
+
+  Bits() noexcept : words_{} {}
+  Bits(const BitSet& bits);
+  Bits(BitSet&& bits);
+  Bits(Bits&& other) noexcept : Bits() { swap(other); }
+  /// Keeps the `BitSet` that somebody asked for, and gives it the other bits.
+  Bits& operator=(Bits&& other);
+  ~Bits() {
+    if (form_ != Form::Inside) [[unlikely]]
+      release();
+  }
+
+  /// In bits.
+  std::size_t size() const noexcept { return form_ == Form::Stored ? stored_->size() : size_; }
+  std::size_t count() const noexcept { return countFor(size()); }
+  const Word* words() const noexcept {
+    return form_ == Form::Inside   ? words_
+           : form_ == Form::Shared ? shared_->words()
+                                   : storedWords();
+  }
+  bool operator[](std::size_t bit) const noexcept {
+    return words()[bit / wordBits] >> bit % wordBits & 1;
+  }
+  BitSet copy() const;
+  BitSet& stored();
+  const BitSet& stored() const { return const_cast<Bits*>(this)->stored(); }
+
+  // These fill bits that are empty. The other operand is taken at the length of the first; blocks
+  // come from the pool, which has to live as long.
+  void join(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
+    combine<Operation::Join>(a, b, pool);
+  }
+  void meet(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
+    combine<Operation::Meet>(a, b, pool);
+  }
+  void assign(const Bits& other, orb::zero::ElementPool& pool);
+  void assign(const BitSet& bits, orb::zero::ElementPool& pool);
+
+  /// Whether all of it is in the other; bits that one of them lacks read as 0.
+  bool isSubsetOf(const Bits& other) const noexcept {
+    if (form_ == other.form_ && isInside()) return rest(other) == 0;
+    if (isAlike(other)) return words::isSubset(blockWords(), other.blockWords(), shared_->count);
+    return isSubsetOfOther(other);
+  }
+  friend bool operator==(const Bits& a, const Bits& b) noexcept {
+    if (a.form_ == b.form_ && a.isInside())
+      return a.size_ == b.size_ && (a.rest(b) | b.rest(a)) == 0;
+    return a.size() == b.size() && words::isEqual(a.words(), b.words(), a.count());
+  }
+
+ private:
+  enum class Form : std::uint8_t { Inside, Shared, Stored };
+  enum class Operation : bool { Join, Meet };
+  static constexpr std::size_t wordBits = 64;
+  static constexpr std::size_t wordsInside = 4;
+  static constexpr std::size_t countFor(std::size_t size) noexcept {
+    return (size + wordBits - 1) / wordBits;
+  }
+
+  struct Block {
+    orb::zero::ElementPool* pool;
+    std::uint32_t count;
+    std::uint32_t users = 1;
+
+    Word* words() noexcept { return reinterpret_cast<Word*>(this + 1); }
+    static Block* make(std::size_t count, orb::zero::ElementPool& pool);
+  };
+
+  bool isInside() const noexcept { return form_ == Form::Inside; }
+  /// What it has and the other lacks; both are inside.
+  Word rest(const Bits& other) const noexcept {
+    Word rest = 0;
+    for (std::size_t i = 0; i < wordsInside; ++i) rest |= words_[i] & ~other.words_[i];
+    return rest;
+  }
+  /// Both have blocks of one size.
+  bool isAlike(const Bits& other) const noexcept {
+    return form_ == Form::Shared && other.form_ == Form::Shared && size_ == other.size_;
+  }
+  const Word* blockWords() const noexcept { return shared_->words(); }
+  bool isSubsetOfOther(const Bits& other) const noexcept;
+  template <Operation operation>
+  void combine(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
+    if (a.isInside() && b.isInside() && a.size_ == b.size_) [[likely]] {
+      size_ = a.size_;
+      for (std::size_t i = 0; i < wordsInside; ++i)
+        words_[i] =
+            operation == Operation::Join ? a.words_[i] | b.words_[i] : a.words_[i] & b.words_[i];
+    } else {
+      combineBlocks(a, b, pool, operation);
+    }
+  }
+  void combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool,
+                     Operation operation);
+  Word* allocate(std::size_t size, orb::zero::ElementPool& pool);
+  const Word* storedWords() const noexcept;
+  void swap(Bits& other) noexcept;
+  void release() noexcept;
+
+  union {
+    Word words_[wordsInside];  // those beyond the size are 0
+    Block* shared_;
+    BitSet* stored_;
+  };
+  std::uint32_t size_ = 0;  // of a `BitSet` it is there
+  Form form_ = Form::Inside;
+};
+
+}  // namespace torvan::datamodel
