@@ -24,6 +24,7 @@ struct Signature {
   std::size_t optional = 0;     ///< how many arguments at the end may be left out
   bool isLong = false;          ///< may run so long that a host lets other threads work meanwhile
   bool takesGone = false;       ///< an instance method of objects that are gone, too
+  bool isArray = false;         ///< what is returned is an array, be it of one value
 };
 
 using Function = std::function<Value(std::span<const Value> arguments)>;

@@ -26,3 +26,7 @@ if(NOT readme MATCHES "// ${printed}\n")
 endif()
 run(${work}/build/headers)
 run(${work}/prefix/bin/torvan-slice --help)
+if(PYTHON)
+  run(${CMAKE_COMMAND} -E env PYTHONPATH=${work}/prefix/${PYTHON_MODULES}
+      ${PYTHON} -c "import orb.zero.meta, torvan.datamodel")
+endif()

@@ -88,6 +88,7 @@ void CollectionClass::addReader(std::string_view name, std::string_view result,
                                 std::string_view argument, Call call, std::string documentation) {
   tyve::Signature signature{{}, tyve::intern(result), {getName()}};
   if (!argument.empty()) signature.arguments.push_back(tyve::intern(argument));
+  signature.isArray = argument.empty();  // or it is told which one
   addMethod(
       tyve::intern(name), std::move(signature),
       [call](std::span<const tyve::Value> given) { return asHost([&] { return call(given); }); },

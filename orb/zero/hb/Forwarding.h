@@ -122,6 +122,11 @@ struct Passing<void> {
   static tyve::Name word() { return {}; }
 };
 
+template <class T>
+inline constexpr bool isVector = false;
+template <class T>
+inline constexpr bool isVector<std::vector<T>> = true;
+
 /// What does not follow from the types of a function; see `tyve::Signature`. Arguments that are
 /// left out are those of the default constructor.
 struct CallTraits {
@@ -155,7 +160,9 @@ class Forwarding<Function, R (C::*)(A...) const> {
             Passing<R>::word(),
             {Passing<std::remove_cvref_t<A>>::word()...},
             traits.optional,
-            traits.isLong};
+            traits.isLong,
+            false,
+            isVector<R>};
   }
   tyve::Value operator()(std::span<const tyve::Value> given) const {
     return asHost([&] { return call(given, std::index_sequence_for<A...>()); });

@@ -1,0 +1,1 @@
+"""The framework that elements are made in."""

@@ -1,0 +1,1 @@
+"""The data model of a lattice-based dataflow analysis."""
