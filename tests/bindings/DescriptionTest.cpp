@@ -14,9 +14,8 @@ std::vector<std::string> expectedClasses() {
            " le(LatticeValue)0:boolean3 scalar eq(LatticeValue)0:logical scalar clone()0:" +
            name;
   };
-  const auto indexable = [&](const std::string& name) {
-    return " at(uint16 scalar,uint16 scalar)1:LatticeValue" + lattice(name);
-  };
+  const std::string at = " at(uint16 scalar,uint16 scalar)1:LatticeValue";
+  const auto indexable = [&](const std::string& name) { return at + lattice(name); };
   const std::string type = " isCompatible(LatticeType)0:logical scalar";
   return {"new Array < IndexableValue {values} createIntoValues(any,char)2:ArrayElem ." +
               indexable("Array"),
@@ -29,7 +28,7 @@ std::vector<std::string> expectedClasses() {
           "new FieldElem < ModelElement {name value=} .",
           "new FieldType < ModelElement {name elemType} .",
           "new IndexRef < LExpression {expr startIndex endIndex} .",
-          "IndexableValue < LatticeValue {} ." + indexable("IndexableValue"),
+          "IndexableValue < LatticeValue {} ." + at,
           "new Join < Expression {operands} .",
           "LExpression < Expression {} .",
           "LatticeType < ModelElement {name numElems top bottom} ." + type,

@@ -22,7 +22,7 @@ Expression Term
 FieldElem ModelElement new name value=
 FieldType ModelElement new name elemType
 IndexRef LExpression new expr startIndex endIndex
-IndexableValue LatticeValue at() join() meet() le() eq() clone()
+IndexableValue LatticeValue at()
 Join Expression new operands
 LExpression Expression
 LatticeType ModelElement name numElems top bottom isCompatible()

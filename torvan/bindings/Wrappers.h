@@ -68,7 +68,7 @@ class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
     else if constexpr (requires { &X::at; })
       this->template addOperation<&X::at>(
           "at", "What stands under a field name; an empty element when nothing does.");
-    if constexpr (std::derived_from<X, LatticeValue>) {
+    if constexpr (std::derived_from<X, LatticeValue> && !std::same_as<X, IndexableValue>) {
       this->template addOperation<&X::join>("join", "The least upper bound, as a new value.",
                                             lasting);
       this->template addOperation<&X::meet>("meet", "The greatest lower bound, as a new value.",
