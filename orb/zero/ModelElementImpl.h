@@ -33,6 +33,8 @@ class ORB_ZERO_API ModelElement::Impl {
   virtual ~Impl();
 
   const meta::ClassInfo& getMetaClass() const noexcept { return meta::classAt(classNumber_); }
+  /// That of its class, see `meta::classAt`.
+  std::uint32_t classNumber() const noexcept { return classNumber_; }
   /// Whether it is of the class, which has this number, or of one derived from it.
   bool isOf(std::uint32_t number, const meta::ClassInfo& type) const noexcept {
     return classNumber_ == number || getMetaClass().isKindOf(type);

@@ -1,5 +1,8 @@
 #include "tests/datamodel/SessionTest.h"
 
+#include <random>
+#include <utility>
+
 namespace torvan::datamodel {
 namespace {
 
@@ -83,6 +86,51 @@ TEST_F(PowerSetTest, BadRangesReadZeros) {
   EXPECT_EQ(at(value, 3, 2), BitSet());
   EXPECT_TRUE(at(value, 0).none() && at(value, 0, 2).none());
   EXPECT_EQ(at(values.createPowerSet({}, ~BitSet(65535)), 65534, 65535), bitsOf(2, {1, 2}));
+}
+
+/// Whatever the length, and whether the set was given, is a result, or was asked for its bits.
+TEST_F(PowerSetTest, BitsOfEveryFormAreComputedAlike) {
+  std::mt19937_64 random(1);
+  const auto randomBits = [&](std::size_t size, bool isSparse) {
+    BitSet made(size);
+    for (std::size_t bit = 0; bit < size; ++bit) made[bit] = random() % (isSparse ? 64 : 2) == 0;
+    return made;
+  };
+  for (const std::size_t size : {1U, 64U, 200U, 256U, 257U, 320U, 1000U, 4096U}) {
+    const BitSet x = randomBits(size, false), y = randomBits(size, true), all = x | y;
+    std::vector<std::pair<LatticeValue, BitSet>> sets;
+    for (const BitSet& each : {x, y, all, BitSet(size), BitSet(x & y)}) {
+      const LatticeValue given = values.createPowerSet({}, each), asked = given.clone();
+      EXPECT_EQ(valueOf(asked), each);
+      sets.insert(sets.end(), {{given, each}, {given.join(given), each}, {asked, each}});
+    }
+    for (const auto& [a, left] : sets)
+      for (const auto& [b, right] : sets) {
+        EXPECT_EQ(valueOf(a.join(b)), left | right);
+        EXPECT_EQ(valueOf(a.meet(b)), left & right);
+        EXPECT_EQ(a.eq(b), left == right);
+        EXPECT_EQ(a.le(b), left.is_subset_of(right)   ? boolean3::T
+                           : right.is_subset_of(left) ? boolean3::F
+                                                      : boolean3::NA);
+      }
+  }
+}
+
+TEST_F(PowerSetTest, ResultsThatEqualAnOperandAreSetsOfTheirOwn) {
+  const BitSet bits = ~BitSet(1000), other = ~bits;
+  const PowerSet value = values.createPowerSet({}, bits), clone{value.clone()},
+                 joined{clone.join(value)};
+  PowerSetRef(joined.ref(1, 1000).getPowerSetRef()).assign(values.createPowerSet({}, other));
+  clone->setValue(BitSet(3));
+  EXPECT_EQ(valueOf(value), bits);
+  EXPECT_EQ(valueOf(joined), other);
+  const BitSet* const address = &clone->getValue();
+  {
+    const Transaction undone(model);
+    clone->setValue(bits);
+    EXPECT_EQ(address, &clone->getValue());
+  }
+  EXPECT_EQ(*address, BitSet(3));
 }
 
 }  // namespace

@@ -2,15 +2,18 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include <boost/dynamic_bitset/dynamic_bitset.hpp>
-
 #include <torvan/datamodel/impl/Walk.h>
 
 namespace torvan::datamodel {
+
+using namespace std::string_view_literals;
+
 namespace {
 
 /// Writes the text of an element from left to right. What is still to be written waits on a stack,
@@ -36,15 +39,16 @@ class Line : public orb::zero::Visitor<void> {
   }
 
  private:
-  using Part = std::variant<const char*, ModelElement::Impl*, std::string>;
+  /// Texts are literals, or those of elements.
+  using Part = std::variant<std::string_view, ModelElement::Impl*, std::uint16_t>;
 
   void writeNext() {
-    const Part part = std::move(pending_.back());
+    const Part part = pending_.back();
     pending_.pop_back();
-    if (const auto* const literal = std::get_if<const char*>(&part))
-      text_ += *literal;
-    else if (const auto* const text = std::get_if<std::string>(&part))
+    if (const auto* const text = std::get_if<std::string_view>(&part))
       text_ += *text;
+    else if (const auto* const number = std::get_if<std::uint16_t>(&part))
+      text_ += std::to_string(*number);
     else
       dispatch(ModelElement(std::get<ModelElement::Impl*>(part)));
   }
@@ -62,8 +66,12 @@ class Line : public orb::zero::Visitor<void> {
     std::reverse(pending_.begin() + first, pending_.end());
   }
   template <class... Parts>
-  void appendParts(Parts&&... parts) {
-    append([&] { (pending_.emplace_back(std::forward<Parts>(parts)), ...); });
+  void appendParts(const Parts&... parts) {
+    append([&] { appendAll(parts...); });
+  }
+  template <class... Parts>
+  void appendAll(const Parts&... parts) {
+    (pending_.emplace_back(parts), ...);
   }
 
   /// "Name(item,item)": the last character makes way for the closing parenthesis, which is the
@@ -76,13 +84,13 @@ class Line : public orb::zero::Visitor<void> {
       return;
     }
     append([&] {
-      const char* before = "(";
+      std::string_view before = "(";
       for (const auto& item : items) {
         pending_.emplace_back(before);
         pushItem(item);
         before = ",";
       }
-      pending_.emplace_back(")");
+      pending_.emplace_back(std::string_view(")"));
     });
   }
   template <class Operands>
@@ -94,22 +102,24 @@ class Line : public orb::zero::Visitor<void> {
   void visit(const Join& join) { operation("Join", join->getOperands()); }
   void visit(const Meet& meet) { operation("Meet", meet->getOperands()); }
   void visit(const StructRef& ref) {
-    appendParts("StructRef(", ref->getExpr().get(), ",'" + ref->getField() + "')");
+    appendParts("StructRef("sv, ref->getExpr().get(), ",'"sv, std::string_view(ref->getField()),
+                "')"sv);
   }
   void visit(const IndexRef& ref) {
-    appendParts("IndexRef(", ref->getExpr().get(),
-                "," + std::to_string(ref->getStartIndex()) + " : " +
-                    std::to_string(ref->getEndIndex()) + ")");
+    appendParts("IndexRef("sv, ref->getExpr().get(), ","sv, ref->getStartIndex(), " : "sv,
+                ref->getEndIndex(), ")"sv);
   }
   void visit(const Conditional& conditional) {
-    appendParts("Conditional(ctrlExpr: ", conditional->getCtrlExpr().get(), ",",
-                conditional->getOperandTrue().get(), ",", conditional->getOperandFalse().get(),
-                ")");
+    appendParts("Conditional(ctrlExpr: "sv, conditional->getCtrlExpr().get(), ","sv,
+                conditional->getOperandTrue().get(), ","sv, conditional->getOperandFalse().get(),
+                ")"sv);
   }
   void visit(const Prune& prune) {
-    std::string path = ",[";
-    for (const std::string& field : prune->getField()) path += field + ' ';
-    appendParts("prune(", prune->getExpr().get(), path + "])");
+    append([&] {
+      appendAll("prune("sv, prune->getExpr().get(), ",["sv);
+      for (const std::string& field : prune->getField()) appendAll(std::string_view(field), " "sv);
+      appendAll("])"sv);
+    });
   }
   void visit(const PowerSet& set) {
     const Bits& bits = set->bits();
@@ -117,18 +127,16 @@ class Line : public orb::zero::Visitor<void> {
   }
   void visit(const Array& array) {
     list("Array", array->getValues(), [this](const auto& entry) {
-      pending_.emplace_back(std::to_string(entry.first) + " : ");
-      pending_.emplace_back(entry.second->getValue().get());
+      appendAll(entry.first, " : "sv, entry.second->getValue().get());
     });
   }
   void visit(const Struct& record) {
     list("Struct", record->getValues(), [this](const auto& entry) {
-      pending_.emplace_back(entry.first + " : ");
-      pending_.emplace_back(entry.second->getValue().get());
+      appendAll(std::string_view(entry.first), " : "sv, entry.second->getValue().get());
     });
   }
   void visit(const Equation& equation) {
-    appendParts(equation->getLhs().get(), " = ", equation->getRhs().get());
+    appendParts(equation->getLhs().get(), " = "sv, equation->getRhs().get());
   }
 
   std::string text_;
