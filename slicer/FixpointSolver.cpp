@@ -1,156 +1,87 @@
 #include "FixpointSolver.h"
 
 #include <algorithm>
-#include <deque>
-#include <optional>
+#include <numeric>
 #include <utility>
 
 namespace torvan::slicer {
 
 using namespace datamodel;
 
-/// Evaluates terms bottom-up.
-class FixpointSolver::Evaluator : public orb::zero::Visitor<LatticeValue> {
- public:
-  explicit Evaluator(FixpointSolver& solver) : solver_(solver) {
-    addEvaluations<LatticeValue, Variable, StructRef, IndexRef, Join, Meet, Conditional, Prune>();
-  }
-
- private:
-  template <class... X>
-  void addEvaluations() {
-    (add(X::Uuid(), [this](const ModelElement& element) { return value(X{element}); }), ...);
-  }
-
-  LatticeValue value(const LatticeValue& constant) { return constant; }
-  LatticeValue value(const Variable& variable) {
-    const LatticeValue& value = solver_.variables_[solver_.indexOf(variable)].value;
-    return value ? value : variable->getType()->getBottom();
-  }
-  LatticeValue value(const StructRef& ref) {
-    return Struct{dispatch(ref->getExpr())}.at(ref->getField());
-  }
-  LatticeValue value(const IndexRef& ref) {
-    return IndexableValue{dispatch(ref->getExpr())}.at(ref->getStartIndex(), ref->getEndIndex());
-  }
-  LatticeValue value(const Join& join) {
-    return fold(join->getOperands(), [](const auto& a, const auto& b) { return a.join(b); });
-  }
-  LatticeValue value(const Meet& meet) {
-    return fold(meet->getOperands(), [](const auto& a, const auto& b) { return a.meet(b); });
-  }
-  LatticeValue value(const Conditional& conditional) {
-    return dispatch(conditional->getOperandTrue())
-        .join(dispatch(conditional->getOperandFalse()))
-        .join(dispatch(conditional->getCtrlExpr()));
-  }
-  LatticeValue value(const Prune& prune) {
-    const auto& path = prune->getField();
-    return Struct{dispatch(prune->getExpr())}.prune({path.begin(), path.end()});
-  }
-
-  template <class Operands, class Operation>
-  LatticeValue fold(const Operands& operands, Operation operation) {
-    LatticeValue result;
-    for (const Term& operand : operands) {
-      if (!operand) continue;
-      const LatticeValue next = dispatch(operand);
-      result = result ? operation(result, next) : next;
-    }
-    return result;
-  }
-
-  FixpointSolver& solver_;
-};
-
-FixpointSolver::FixpointSolver(System system) : system_(std::move(system)) {
-  for (const Equation& equation : system_->getEquations()) {
-    if (!equation.getLhsVariable()) continue;  // it writes nothing
-    rules_.push_back({equation, indexOf(equation.getLhsVariable())});
-    for (const Variable& variable : equation.getRhsVariables()) {
-      auto& readers = variables_[indexOf(variable)].readers;
-      if (readers.empty() || readers.back() != rules_.size() - 1)
-        readers.push_back(rules_.size() - 1);
-    }
-  }
-  statistics_.equations = rules_.size();
-  statistics_.variables = variables_.size();
+namespace {
+constexpr std::size_t stride = 6;  // evaluations between two kinds of prefetching
 }
 
-std::size_t FixpointSolver::indexOf(const Variable& variable) {
-  const auto [found, isNew] = indices_.try_emplace(variable, variables_.size());
-  if (isNew) variables_.emplace_back();
-  return found->second;
+FixpointSolver::FixpointSolver(System system) : model_(system->getModel()) {
+  const auto& equations = system->getEquations();
+  program_.reserve(equations.size());
+  for (const Equation& equation : equations) program_.add(equation);
+  statistics_.equations = program_.equations();
+  statistics_.variables = program_.variables();
+
+  firstReaders_.resize(program_.numbers() + 1);
+  forReaders([this](Number variable, Number) { ++firstReaders_[variable]; });
+  std::inclusive_scan(firstReaders_.begin(), firstReaders_.end(), firstReaders_.begin());
+  readers_.resize(firstReaders_.back());
+  forReaders(
+      [this](Number variable, Number equation) { readers_[--firstReaders_[variable]] = equation; });
+}
+
+/// From the last equation to the first, so that lists that are filled from their ends ascend.
+template <class Visit>
+void FixpointSolver::forReaders(Visit visit) const {
+  std::vector<Number> latest(program_.numbers(), UINT32_MAX);
+  for (std::size_t rest = program_.equations(); rest-- > 0;) {
+    const auto equation = static_cast<Number>(rest);
+    program_.forReads(equation, [&](Number variable) {
+      if (std::exchange(latest[variable], equation) != equation) visit(variable, equation);
+    });
+  }
 }
 
 void FixpointSolver::solve(const Progress& progress) {
-  std::deque<std::size_t> pending;
-  for (std::size_t rule = 0; rule < rules_.size(); ++rule) {
-    rules_[rule].isPending = true;
-    pending.push_back(rule);
-  }
-  while (!pending.empty()) {
-    Rule& rule = rules_[pending.front()];
-    pending.pop_front();
-    rule.isPending = false;
-    if (apply(rule)) {
-      for (const std::size_t reader : variables_[rule.writes].readers)
-        if (!std::exchange(rules_[reader].isPending, true)) pending.push_back(reader);
+  const std::size_t size = program_.equations();
+  std::vector<Number> ring(size);  // at most all of them wait
+  std::iota(ring.begin(), ring.end(), Number{0});
+  std::vector<bool> isPending(size, true);
+  std::size_t first = 0, end = 0;
+  const auto next = [=](std::size_t place) { return place + 1 == size ? 0 : place + 1; };
+  for (std::size_t pending = size; pending > 0; --pending) {
+    const Number equation = ring[first];
+    first = next(first);
+    isPending[equation] = false;
+    const auto prefetch = [&](std::size_t ahead, Program::Prefetch what) {
+      const std::size_t place = first + ahead;
+      program_.prefetch(ring[place < size ? place : place - size], what);
+    };
+    if (pending > 4 * stride) {
+      prefetch(4 * stride - 1, Program::Prefetch::Rule);
+      prefetch(3 * stride - 1, Program::Prefetch::Summands);
+      prefetch(2 * stride - 1, Program::Prefetch::Handles);
+      prefetch(stride - 1, Program::Prefetch::Values);
+    }
+    const bool isNew = equation == settled_;
+    const bool hasGrown = program_.evaluate(equation, isNew);
+    if (isNew) ++settled_;
+    if (hasGrown) {
+      const Number target = program_.target(equation);
+      for (std::size_t at = firstReaders_[target]; at < firstReaders_[target + 1]; ++at) {
+        if (isPending[readers_[at]]) continue;
+        isPending[readers_[at]] = true;
+        ring[end] = readers_[at];
+        end = next(end);
+        ++pending;
+      }
     }
     reclaim();
-    if (++statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, pending.size());
+    if (++statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, pending - 1);
   }
-}
-
-LatticeValue FixpointSolver::evaluate(const Term& term) { return Evaluator(*this).dispatch(term); }
-
-/// Finds the place that an assignable expression names; empty places on the way become bottom.
-class FixpointSolver::Placer : public orb::zero::Visitor<std::optional<Ref>> {
- public:
-  explicit Placer(FixpointSolver& solver) : solver_(solver) {
-    add(Variable::Uuid(), [this](const ModelElement& element) -> Ref {
-      return &solver_.variables_[solver_.indexOf(Variable{element})].value;
-    });
-    add(StructRef::Uuid(), [this](const ModelElement& element) {
-      const StructRef ref{element};
-      return inner(ref).ref(ref->getField(), bottomOf(ref));
-    });
-    add(IndexRef::Uuid(), [this](const ModelElement& element) {
-      const IndexRef ref{element};
-      return inner(ref).ref(ref->getStartIndex(), ref->getEndIndex(), bottomOf(ref));
-    });
-  }
-
- private:
-  template <class Selection>
-  Ref inner(const Selection& selection) const {
-    return dispatch(selection->getExpr()).value();
-  }
-  template <class Selection>
-  static LatticeValue bottomOf(const Selection& selection) {
-    return selection->getExpr()->getType()->getBottom();
-  }
-
-  FixpointSolver& solver_;
-};
-
-bool FixpointSolver::apply(const Rule& rule) {
-  const LatticeValue value = evaluate(rule.equation->getRhs());
-  if (!value) return false;
-  Ref target = Placer(*this).dispatch(rule.equation->getLhs()).value();
-  return target.update(value, [](Ref& place, const LatticeValue& more) {
-    const LatticeValue before = place.deref();
-    if (before && more.le(before) == boolean3::T) return false;
-    place.assign(before ? before.join(more) : more.clone());
-    return true;
-  });
 }
 
 void FixpointSolver::reclaim() {
-  const orb::zero::Model model = system_->getModel();
-  if (model.size() < reclaimAt_) return;
-  statistics_.reclaimed += model.reclaim();
-  reclaimAt_ = std::max<std::size_t>(4096, 2 * model.size());
+  if (model_.size() < reclaimAt_) return;
+  if (reclaimAt_ != 0) statistics_.reclaimed += model_.reclaim();
+  reclaimAt_ = model_.size() + std::max<std::size_t>(4096, model_.size() / 8);
 }
 
 }  // namespace torvan::slicer

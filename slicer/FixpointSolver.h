@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <unordered_map>
 #include <vector>
 
-#include <orb/zero/Visitor.h>
 #include <torvan/datamodel.h>
+
+#include "Program.h"
 
 namespace torvan::slicer {
 
@@ -20,8 +20,8 @@ namespace torvan::slicer {
 /// side as a `Ref` into the variable's value, into which the result is joined. A conditional is the
 /// join of its control expression and its operands: whatever decides is an influence as well.
 ///
-/// The temporaries of the evaluation are reclaimed whenever the model has doubled, so other values
-/// of the model that nobody holds go as well.
+/// Temporaries and former values are reclaimed whenever there are many of them, so other values of
+/// the model that nobody holds go as well.
 class FixpointSolver {
  public:
   struct Statistics {
@@ -33,35 +33,30 @@ class FixpointSolver {
   /// Called now and then while solving.
   using Progress = std::function<void(const Statistics&, std::size_t pending)>;
 
+  /// Takes the equations as they are now.
   explicit FixpointSolver(datamodel::System system);
 
   void solve(const Progress& progress = {});
-  /// The value of a term under the present values of the variables.
-  datamodel::LatticeValue evaluate(const datamodel::Term& term);
+  /// The value of a term under the present values of the variables. It may be shared by several
+  /// variables and the equations, and is not to be changed.
+  datamodel::LatticeValue evaluate(const datamodel::Term& term) const {
+    return program_.evaluate(term);
+  }
   const Statistics& statistics() const { return statistics_; }
 
  private:
-  struct Rule {
-    datamodel::Equation equation;
-    std::size_t writes;  ///< The variable, an index into `variables_`.
-    bool isPending = true;
-  };
-  struct Unknown {
-    datamodel::LatticeValue value;  ///< Empty as long as it is bottom.
-    std::vector<std::size_t> readers;
-  };
-  class Evaluator;
-  class Placer;
+  using Number = Program::Number;
 
-  std::size_t indexOf(const datamodel::Variable& variable);
-  /// Joins the right side into the left side; true when that has grown.
-  bool apply(const Rule& rule);
+  /// Calls `visit` for each variable that an equation reads, and the equation, once.
+  template <class Visit>
+  void forReaders(Visit visit) const;
   void reclaim();
 
-  datamodel::System system_;
-  std::vector<Rule> rules_;
-  std::vector<Unknown> variables_;
-  std::unordered_map<datamodel::ModelElement, std::size_t, orb::zero::ElementHash> indices_;
+  orb::zero::Model model_;
+  Program program_;
+  std::vector<std::uint32_t> firstReaders_;  // by number, and one more
+  std::vector<Number> readers_;              // equations
+  std::size_t settled_ = 0;                  // equations whose constants have been joined
   std::size_t reclaimAt_ = 0;
   Statistics statistics_;
 };

@@ -15,6 +15,7 @@
 #include <torvan/datamodel/IndexRef.h>
 #include <torvan/datamodel/IndexableValue.h>
 #include <torvan/datamodel/Join.h>
+#include <torvan/datamodel/JoinInto.h>
 #include <torvan/datamodel/LExpression.h>
 #include <torvan/datamodel/LatticeType.h>
 #include <torvan/datamodel/LatticeValue.h>

@@ -13,17 +13,17 @@ LatticeType typeOf(const Term& term) { return term ? term->getType() : LatticeTy
 /// A join or a meet.
 template <class X>
 X makeOperation(const orb::zero::Model& model, const std::vector<Term>& terms) {
-  typename X::Builder builder(model);
-  if (!terms.empty()) builder->setType(typeOf(terms.front()));
-  auto& operands = builder->getOperands();
-  operands.reserve(terms.size());
-  for (const Term& term : terms) {
-    if (term)
-      operands.add(term);
-    else
-      operands.addEmpty();
-  }
-  return builder.create();
+  return X::Impl::make(*model.operator->(), [&](typename X::Impl& made) {
+    if (!terms.empty()) made.setType(typeOf(terms.front()));
+    auto& operands = made.getOperands();
+    operands.reserve(terms.size());
+    for (const Term& term : terms) {
+      if (term)
+        operands.add(term);
+      else
+        operands.addEmpty();
+    }
+  });
 }
 
 }  // namespace
@@ -31,10 +31,10 @@ X makeOperation(const orb::zero::Model& model, const std::vector<Term>& terms) {
 ExpressionFactory::ExpressionFactory(orb::zero::Model model) : model_(std::move(model)) {}
 
 Variable ExpressionFactory::createVariable(const LatticeType& type, const std::string& name) {
-  Variable::Builder builder(model_);
-  builder->setType(type);
-  builder->basicSetName(name);
-  return builder.create();
+  return Variable::Impl::make(*model_.operator->(), [&](Variable::Impl& made) {
+    made.setType(type);
+    made.basicSetName(name);
+  });
 }
 
 Join ExpressionFactory::createJoin(const std::vector<Term>& terms) {

@@ -9,10 +9,10 @@ SystemBuilder::SystemBuilder(orb::zero::Model model)
 
 Equation SystemBuilder::addEquation(const LExpression& lhs, const Term& rhs) {
   const orb::zero::Batch batch(model_);
-  Equation::Builder builder(model_);
-  builder->setLhs(lhs);
-  builder->setRhs(rhs);
-  Equation equation = builder.create();
+  Equation equation = Equation::Impl::make(*model_.operator->(), [&](Equation::Impl& made) {
+    made.setLhs(lhs);
+    made.setRhs(rhs);
+  });
   system_->getEquations().add(equation);
   return equation;
 }

@@ -1,0 +1,297 @@
+#include "Program.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <torvan/datamodel/JoinInto.h>
+
+namespace torvan::slicer {
+
+using namespace datamodel;
+
+namespace {
+
+template <class X>
+bool is(const ModelElement::Impl& term) {
+  return term.isOf(X::classNumber, X::metaClass());
+}
+template <class X>
+auto& as(ModelElement::Impl& term) {
+  return static_cast<typename X::Impl&>(term);
+}
+
+const LatticeType& typeOf(ModelElement::Impl& term) { return as<Term>(term).getType(); }
+
+}  // namespace
+
+Program::Code Program::codeOf(const Element& term) {
+  if (is<Variable>(term)) return Code::Variable;
+  if (is<LatticeValue>(term)) return Code::Constant;
+  if (is<Join>(term)) return Code::Join;
+  if (is<Meet>(term)) return Code::Meet;
+  if (is<StructRef>(term)) return Code::Field;
+  if (is<IndexRef>(term)) return Code::Range;
+  if (is<Conditional>(term)) return Code::Conditional;
+  if (is<Prune>(term)) return Code::Prune;
+  return Code::Nothing;
+}
+
+/// Calls `visit` for the operands that there are, from left to right. What decides between two
+/// operands comes after them, as their type is that of the conditional.
+template <class Visit>
+void Program::forOperands(Element& term, Code code, Visit visit) {
+  const auto visitAll = [&](const auto&... operands) {
+    ((operands ? visit(*operands.get()) : void()), ...);
+  };
+  switch (code) {
+    case Code::Join:
+      for (const Term& operand : as<Join>(term).getOperands()) visitAll(operand);
+      break;
+    case Code::Meet:
+      for (const Term& operand : as<Meet>(term).getOperands()) visitAll(operand);
+      break;
+    case Code::Conditional: {
+      const auto& choice = as<Conditional>(term);
+      visitAll(choice.getOperandTrue(), choice.getOperandFalse(), choice.getCtrlExpr());
+      break;
+    }
+    case Code::Field:
+      return visitAll(as<StructRef>(term).getExpr());
+    case Code::Range:
+      return visitAll(as<IndexRef>(term).getExpr());
+    case Code::Prune:
+      return visitAll(as<Prune>(term).getExpr());
+    default:
+      break;
+  }
+}
+
+/// Otherwise the type of the first operand decides what of the others counts.
+bool Program::hasOneType(Element& term, Code code) {
+  const LatticeType& type = typeOf(term);
+  bool isOne = static_cast<bool>(type);
+  forOperands(term, code, [&](Element& operand) { isOne = isOne && typeOf(operand) == type; });
+  return isOne;
+}
+
+// ---------------------------------------------------------------- compilation
+void Program::reserve(std::size_t equations) {
+  rules_.reserve(equations + 1);
+  variables_.reserve(equations);
+}
+
+void Program::add(const Equation& equation) {
+  Element* const variable = addSelections(equation->getLhs());
+  if (!variable) return;
+  Rule& rule = rules_.back();
+  rule.target = numberOf(*variable);
+  if (rule.selections != selections_.size() && kinds_[rule.target] == Kind::Variable) {
+    kinds_[rule.target] = Kind::VariableOfParts;
+    if (LatticeValue& value = values_[rule.target]) value = value.clone();
+  }
+  compile(equation->getRhs(), Stage::Summand);
+  const auto constants = std::stable_partition(stack_.begin(), stack_.end(), [this](Number number) {
+    return kinds_[number] != Kind::Constant;
+  });
+  rule.constants = rule.summands + static_cast<std::uint32_t>(constants - stack_.begin());
+  summands_.insert(summands_.end(), stack_.begin(), stack_.end());
+  rules_.push_back({0, static_cast<std::uint32_t>(operations_.size()),
+                    static_cast<std::uint32_t>(selections_.size()),
+                    static_cast<std::uint32_t>(summands_.size()), 0});
+}
+
+Program::Element* Program::addSelections(const LExpression& place) {
+  const auto first = static_cast<std::ptrdiff_t>(selections_.size());
+  const LExpression* inner = &place;
+  while (*inner && !is<Variable>(*inner->get())) {
+    selections_.push_back(*inner);
+    Element& selection = *inner->get();
+    inner = is<StructRef>(selection) ? &as<StructRef>(selection).getExpr()
+                                     : &as<IndexRef>(selection).getExpr();
+  }
+  if (*inner)
+    std::reverse(selections_.begin() + first, selections_.end());
+  else
+    selections_.erase(selections_.begin() + first, selections_.end());
+  return inner->get();
+}
+
+void Program::compile(const Term& term, Stage stage) {
+  stack_.clear();
+  usedTemporaries_ = 0;
+  if (term) pending_.push_back({term.get(), stage, 0});
+  while (!pending_.empty()) {
+    const Step step = pending_.back();
+    pending_.pop_back();
+    const Code code = codeOf(*step.term);
+    step.stage == Stage::Complete ? complete(step, code) : enter(step, code);
+  }
+}
+
+void Program::enter(const Step& step, Code code) {
+  Element& term = *step.term;
+  if (code == Code::Nothing) return;
+  if (code == Code::Variable) return stack_.push_back(numberOf(term));
+  if (code == Code::Constant)
+    return stack_.push_back(add(LatticeValue(ModelElement(&term)), Kind::Constant));
+  const bool isSum = step.stage == Stage::Summand &&
+                     (code == Code::Join || code == Code::Conditional) && hasOneType(term, code);
+  if (!isSum) pending_.push_back({&term, Stage::Complete, stack_.size()});
+  const auto first = static_cast<std::ptrdiff_t>(pending_.size());
+  forOperands(term, code, [&](Element& operand) {
+    pending_.push_back({&operand, isSum ? Stage::Summand : Stage::Operand, 0});
+  });
+  std::reverse(pending_.begin() + first, pending_.end());
+}
+
+void Program::complete(const Step& step, Code code) {
+  const auto first = stack_.begin() + static_cast<std::ptrdiff_t>(step.base);
+  const auto begin = static_cast<std::uint32_t>(operands_.size());
+  operands_.insert(operands_.end(), first, stack_.end());
+  stack_.erase(first, stack_.end());
+  stack_.push_back(newTemporary());
+  operations_.push_back({Term(ModelElement(step.term)), stack_.back(), begin,
+                         static_cast<std::uint32_t>(operands_.size()), code});
+}
+
+Program::Number Program::add(const LatticeValue& value, Kind kind) {
+  values_.push_back(value);
+  kinds_.push_back(kind);
+  return static_cast<Number>(values_.size() - 1);
+}
+
+Program::Number Program::numberOf(Element& variable) {
+  const auto [entry, isNew] =
+      variables_.try_emplace(ModelElement(&variable), static_cast<Number>(numbers()));
+  if (!isNew) return entry->second;
+  if (outer_) {
+    const auto known = outer_->variables_.find(entry->first);
+    if (known != outer_->variables_.end())
+      return add(outer_->values_[known->second], Kind::Variable);
+  }
+  const LatticeType& type = typeOf(variable);
+  return add(type ? type->getBottom() : LatticeValue(), Kind::Variable);
+}
+
+Program::Number Program::newTemporary() {
+  if (usedTemporaries_ == temporaries_.size()) temporaries_.push_back(add({}, Kind::Temporary));
+  return temporaries_[usedTemporaries_++];
+}
+
+// ---------------------------------------------------------------- evaluation
+bool Program::evaluate(Number equation, bool withConstants) {
+  const Rule &rule = rules_[equation], &next = rules_[equation + 1];
+  for (std::uint32_t i = rule.operations; i < next.operations; ++i) compute(operations_[i]);
+  const auto summands = std::span(summands_).subspan(
+      rule.summands, (withConstants ? next.summands : rule.constants) - rule.summands);
+  bool hasGrown = false;
+  if (rule.selections == next.selections) {
+    for (const Number summand : summands) hasGrown |= join(rule.target, summand);
+  } else {
+    datamodel::Ref place = placeOf(rule, next);
+    for (const Number summand : summands) hasGrown |= joinPart(place, values_[summand]);
+  }
+  for (std::uint32_t i = rule.operations; i < next.operations; ++i)
+    values_[operations_[i].result] = {};
+  return hasGrown;
+}
+
+void Program::prefetch(Number equation, Prefetch what) const {
+  if (what == Prefetch::Rule) return __builtin_prefetch(&rules_[equation]);
+  const Rule& rule = rules_[equation];
+  if (what == Prefetch::Summands) {
+    __builtin_prefetch(&summands_[rule.summands]);
+    return __builtin_prefetch(&values_[rule.target]);
+  }
+  const auto fetch = [&](Number number) {
+    if (what == Prefetch::Handles) return __builtin_prefetch(&values_[number]);
+    const auto* const element = reinterpret_cast<const std::byte*>(values_[number].get());
+    __builtin_prefetch(element);
+    __builtin_prefetch(element + 64);
+  };
+  fetch(rule.target);
+  for (std::uint32_t i = rule.summands; i < rules_[equation + 1].summands; ++i) fetch(summands_[i]);
+}
+
+LatticeValue Program::evaluate(const Term& term) const {
+  const auto known = variables_.find(term);
+  if (known != variables_.end()) return values_[known->second];
+  Program program(this);
+  program.compile(term, Stage::Operand);
+  for (const Operation& operation : program.operations_) program.compute(operation);
+  return program.stack_.empty() ? LatticeValue() : program.values_[program.stack_.front()];
+}
+
+void Program::compute(const Operation& operation) {
+  LatticeValue result;
+  for (const Number operand : operandsOf(operation)) {
+    const LatticeValue& next = values_[operand];
+    if (!result)
+      result = next;
+    else
+      result = operation.code == Code::Meet ? result.meet(next) : result.join(next);
+  }
+  if (operation.code == Code::Field) {
+    result = Struct{result}.at(StructRef { operation.term } -> getField());
+  } else if (operation.code == Code::Range) {
+    const IndexRef range{operation.term};
+    result = IndexableValue{result}.at(range->getStartIndex(), range->getEndIndex());
+  } else if (operation.code == Code::Prune) {
+    const Prune prune{operation.term};
+    const auto& path = prune->getField();
+    result = Struct{result}.prune({path.begin(), path.end()});
+  }
+  values_[operation.result] = std::move(result);
+}
+
+/// A value that others have as well is left to them; where the summand is all that the target
+/// becomes, they share it.
+bool Program::join(Number target, Number summand) {
+  LatticeValue& value = values_[target];
+  const LatticeValue& more = values_[summand];
+  if (more == value || !more) return false;
+  if (mayShare(target, summand) && !isHeldAlone(value)) {
+    const boolean3 order = value ? more.le(value) : boolean3::F;
+    if (order == boolean3::F) value = more;
+    if (order != boolean3::NA) return order == boolean3::F;
+  }
+  if (value) return joinInto(value, more);
+  value = more.clone();
+  return true;
+}
+
+/// A temporary may be part of a variable of parts.
+bool Program::mayShare(Number target, Number summand) const {
+  const LatticeValue& value = values_[target];
+  return kinds_[target] == Kind::Variable &&
+         (kinds_[summand] == Kind::Variable || kinds_[summand] == Kind::Constant) &&
+         (!value || value->getType() == values_[summand]->getType());
+}
+
+/// The place that the left side names. Empty places on the way become bottom.
+Ref Program::placeOf(const Rule& rule, const Rule& next) {
+  Ref place(&values_[rule.target]);
+  for (std::uint32_t i = rule.selections; i < next.selections; ++i) {
+    Element& selection = *selections_[i].get();
+    if (is<StructRef>(selection)) {
+      const auto& ref = as<StructRef>(selection);
+      place = place.ref(ref.getField(), ref.getExpr()->getType()->getBottom());
+    } else {
+      const auto& ref = as<IndexRef>(selection);
+      place =
+          place.ref(ref.getStartIndex(), ref.getEndIndex(), ref.getExpr()->getType()->getBottom());
+    }
+  }
+  return place;
+}
+
+bool Program::joinPart(Ref& place, const LatticeValue& value) {
+  return value && place.update(value, [](Ref& part, const LatticeValue& more) {
+    const LatticeValue before = part.deref();
+    if (before && more.le(before) == boolean3::T) return false;
+    part.assign(before ? before.join(more) : more.clone());
+    return true;
+  });
+}
+
+}  // namespace torvan::slicer

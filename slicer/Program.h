@@ -1,0 +1,134 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include <torvan/datamodel.h>
+
+namespace torvan::slicer {
+
+/// Equations in the form in which they are evaluated again and again, with the values of their
+/// variables, which are bottom at first.
+///
+/// Variables, constants and temporaries are numbered. An equation joins its summands, which are
+/// such numbers, into its target: a join or a conditional on the right side makes no value, but
+/// more summands. All other operations leave temporaries, which are computed before.
+///
+/// Variables share values with each other and with constants. What is shared does not change, and a
+/// variable of which equations write parts has its value for itself.
+class Program {
+ public:
+  using Number = std::uint32_t;
+
+  Program() = default;
+
+  /// An equation that writes no variable is left out. What its terms become later is not seen.
+  void add(const datamodel::Equation& equation);
+  void reserve(std::size_t equations);
+  std::size_t equations() const { return rules_.size() - 1; }
+  std::size_t variables() const { return variables_.size(); }
+  /// All numbers are smaller.
+  std::size_t numbers() const { return values_.size(); }
+  Number target(Number equation) const { return rules_[equation].target; }
+  /// Calls `visit` for each variable that the equation reads, as often as it occurs.
+  template <class Visit>
+  void forReads(Number equation, Visit visit) const {
+    const Rule &rule = rules_[equation], &next = rules_[equation + 1];
+    const auto visitAll = [&](auto numbers) {
+      for (const Number number : numbers)
+        if (kinds_[number] <= Kind::VariableOfParts) visit(number);
+    };
+    visitAll(std::span(summands_).subspan(rule.summands, rule.constants - rule.summands));
+    for (std::size_t i = rule.operations; i < next.operations; ++i)
+      visitAll(operandsOf(operations_[i]));
+  }
+
+  /// Joins the right side into the left side; true when that has grown. As variables only grow,
+  /// constants are to be joined once.
+  bool evaluate(Number equation, bool withConstants);
+  /// Has memory brought that an evaluation will look at, each kind some time after the one before,
+  /// which leads there.
+  enum class Prefetch : std::uint8_t { Rule, Summands, Handles, Values };
+  void prefetch(Number equation, Prefetch what) const;
+  /// The value of a term under the present values of the variables.
+  datamodel::LatticeValue evaluate(const datamodel::Term& term) const;
+
+ private:
+  using Element = datamodel::ModelElement::Impl;
+  enum class Kind : std::uint8_t { Variable, VariableOfParts, Constant, Temporary };
+  enum class Code : std::uint8_t {
+    Nothing,
+    Variable,
+    Constant,
+    Join,
+    Conditional,
+    Meet,
+    Field,
+    Range,
+    Prune
+  };
+  struct Operation {
+    datamodel::Term term;
+    Number result;
+    std::uint32_t first, end;  // of its operands
+    Code code;
+  };
+  /// Where the lists of a rule begin. They end where those of the next one do.
+  struct Rule {
+    Number target;
+    std::uint32_t operations, selections, summands, constants;  // these are summands as well
+  };
+  enum class Stage : std::uint8_t { Summand, Operand, Complete };
+  /// A term in the making; when it is complete, its operands are on the stack from `base` on.
+  struct Step {
+    Element* term;
+    Stage stage;
+    std::size_t base;
+  };
+
+  /// For a term: variables have the values that they have in the other program.
+  explicit Program(const Program* outer) : outer_(outer) {}
+
+  static Code codeOf(const Element& term);
+  template <class Visit>
+  static void forOperands(Element& term, Code code, Visit visit);
+  static bool hasOneType(Element& term, Code code);
+
+  Number add(const datamodel::LatticeValue& value, Kind kind);
+  Number numberOf(Element& variable);
+  Number newTemporary();
+  /// Appends what leads from a variable to the place, and returns the variable, if there is one.
+  Element* addSelections(const datamodel::LExpression& place);
+  /// Leaves the number of the term, or those of its summands, on the stack.
+  void compile(const datamodel::Term& term, Stage stage);
+  void enter(const Step& step, Code code);
+  void complete(const Step& step, Code code);
+
+  std::span<const Number> operandsOf(const Operation& operation) const {
+    return std::span(operands_).subspan(operation.first, operation.end - operation.first);
+  }
+  void compute(const Operation& operation);
+  bool join(Number target, Number summand);
+  bool mayShare(Number target, Number summand) const;
+  static bool joinPart(datamodel::Ref& place, const datamodel::LatticeValue& value);
+  datamodel::Ref placeOf(const Rule& rule, const Rule& next);
+
+  const Program* outer_ = nullptr;
+  std::vector<datamodel::LatticeValue> values_;
+  std::vector<Kind> kinds_;
+  std::vector<Rule> rules_{Rule{}};  // and one more, at the end of all lists
+  std::vector<Operation> operations_;
+  std::vector<Number> operands_, summands_;
+  std::vector<datamodel::LExpression> selections_;  // the outermost value first
+  std::unordered_map<datamodel::ModelElement, Number, orb::zero::ElementHash> variables_;
+
+  std::vector<Step> pending_;  // the next one last
+  std::vector<Number> stack_;
+  std::vector<Number> temporaries_;  // equations use the same ones
+  std::size_t usedTemporaries_ = 0;
+};
+
+}  // namespace torvan::slicer

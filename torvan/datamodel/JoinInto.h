@@ -1,0 +1,20 @@
+#pragma once
+
+#include <torvan/datamodel/Api.h>
+#include <torvan/datamodel/LatticeValue.h>
+
+namespace torvan::datamodel {
+
+/// Joins another value into the one that the handle refers to, as analyses do that collect values;
+/// true when that has made it more. A power set that this handle alone holds is changed in place,
+/// recorded as by its setter; otherwise the handle gets a new value, if it is more, and what it
+/// referred to stays as it is. Raises what `LatticeValue::join` does.
+TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& more);
+
+/// Whether nothing but this handle refers to the value.
+inline bool isHeldAlone(const LatticeValue& value) noexcept {
+  const auto* const element = value.get();
+  return element && element->outsideCount() == 1 && element->slotCount() == 0;
+}
+
+}  // namespace torvan::datamodel
