@@ -4,104 +4,76 @@
     ./dev python examples/fixpoint.py build/room.json
 """
 
-from __future__ import annotations
-
 import sys
 from collections import OrderedDict, defaultdict
 from functools import reduce
 from typing import Any
 
-from torvan.datamodel import (
-    Conditional, Equation, IndexRef, Join, Meet, PowerSetType, Prune, StructRef, System, Term,
-    Variable, boolean3)
+from torvan import datamodel as model
 from torvan.session import Bits, Session
 
+values: dict[model.Variable, Any] = {}  # those of the others are the bottoms of their types
 
-class Solver:
+
+def solve(session: Session, system: model.System) -> None:
     """Finds the least values of the variables such that no right side is above its left side."""
-
-    def __init__(self, session: Session, system: System):
-        self.session = session
-        self.values: dict[Variable, Any] = {}
-        self.equations = [each for each in system.equations if each.getLhsVariable()]
-        self.readers: dict[Variable, list[Equation]] = defaultdict(list)
-        for equation in self.equations:
-            for variable in set(equation.getRhsVariables()):
-                self.readers[variable].append(equation)
-
-    def solve(self) -> None:
-        pending, most = OrderedDict.fromkeys(self.equations), 10_000
-        while pending:
-            equation, _ = pending.popitem(last=False)
-            if self.grows(equation):
-                pending.update(dict.fromkeys(self.readers[equation.getLhsVariable()]))
-            if self.session.model.size > most:  # mostly values that nobody holds any more
-                self.session.reclaim()
-                most = 2 * self.session.model.size
-
-    def grows(self, equation: Equation) -> bool:
-        """Joins the right side into the left side; whether that has grown."""
-        if not (value := self.value(equation.rhs)):
-            return False
-        variable = equation.getLhsVariable()
-        before, more = self.value(variable), self.whole(equation.lhs, value)
-        self.values[variable] = before.join(more)
-        return bool(more.le(before) != boolean3.T)
-
-    def value(self, term: Term) -> Any:
-        """What a term is under the present values of the variables; None of a join of nothing."""
-        match term:
-            case Variable():
-                return self.values.get(term, term.type.bottom)
-            case StructRef():
-                return self.value(term.expr).at(term.field)
-            case IndexRef():
-                return self.value(term.expr).at(term.startIndex, term.endIndex)
-            case Prune():
-                return self.value(term.expr).prune(list(term.field))
-            case Join() | Meet() | Conditional():
-                return self.combined(term)
-        return term
-
-    def combined(self, term: Any) -> Any:
-        if isinstance(term, Conditional):  # whatever decides is an influence as well
-            operands = [term.operandTrue, term.operandFalse, term.ctrlExpr]
-        else:
-            operands = [operand for operand in term.operands if operand]
-        values: list[Any] = [self.value(operand) for operand in operands]
-        name = "meet" if isinstance(term, Meet) else "join"
-        return reduce(lambda a, b: getattr(a, name)(b), values) if values else None
-
-    def whole(self, place: Term, value: Any) -> Any:
-        """The least value of the variable of a place that has this value in the place."""
-        make = self.session.value_factory
-        match place:
-            case StructRef():
-                record: Any = place.expr.type
-                fields = {name: record.at(name).bottom for name in record.fields}
-                fields[place.field] = value
-                return self.whole(place.expr, make.create_struct(record, fields))
-            case IndexRef():
-                row: Any = place.expr.type
-                places = range(place.startIndex, max(place.startIndex, place.endIndex) + 1)
-                if isinstance(row, PowerSetType):
-                    bits = {places[index - 1] for index in Bits.indices(value)}
-                    return self.whole(place.expr, make.create_power_set(row, bits))
-                items = [row.elemType.bottom] * row.numElems
-                parts = [value] if len(places) == 1 else value.values.values()
-                items[places.start - 1:places.stop - 1] = parts
-                indices = list(range(1, row.numElems + 1))
-                return self.whole(place.expr, make.create_array(row, indices, items))
-        return value
+    pending = OrderedDict.fromkeys(each for each in system.equations if each.getLhsVariable())
+    readers: dict[model.Variable, list[model.Equation]] = defaultdict(list)
+    for equation in pending:
+        for variable in equation.getRhsVariables():
+            readers[variable].append(equation)
+    most = 10_000
+    while pending:
+        equation, _ = pending.popitem(last=False)
+        if (value := value_of(equation.rhs)) and grows(equation.lhs, value):
+            pending.update(dict.fromkeys(readers[equation.getLhsVariable()]))
+        if session.model.size > most:  # mostly values that nobody holds any more
+            session.reclaim()
+            most = 2 * session.model.size
 
 
-def main(file: str) -> None:
-    session = Session.load(file)
-    solver = Solver(session, session.find(System)[0])
-    solver.solve()
-    for variable in solver.values:
-        print(f"{variable.name} = {solver.values[variable]}")
+def value_of(term: Any) -> Any:
+    """What a term is under the present values of the variables; None of a join of nothing."""
+    match term:
+        case model.Variable():
+            return values.get(term, term.type.bottom)
+        case model.StructRef():
+            return value_of(term.expr).at(term.field)
+        case model.IndexRef():
+            return value_of(term.expr).at(term.startIndex, term.endIndex)
+        case model.Prune():
+            return value_of(term.expr).prune(list(term.field))
+        case model.Join() | model.Meet():
+            operands = [value_of(each) for each in term.operands if each]
+            combine = "join" if isinstance(term, model.Join) else "meet"
+            return reduce(getattr(model.LatticeValue, combine), operands) if operands else None
+        case model.Conditional():  # whatever decides is an influence as well
+            either = value_of(term.operandTrue).join(value_of(term.operandFalse))
+            return either.join(value_of(term.ctrlExpr))
+    return term
+
+
+def grows(place: Any, value: Any) -> bool:
+    """Joins a value into a place, a part by way of the whole; whether that has grown."""
+    if isinstance(place, model.Variable):
+        before = value_of(place)
+        values[place] = before.join(value)
+        return bool(value.le(before) != model.boolean3.T)
+    whole = value_of(place.expr).clone()
+    if isinstance(place, model.StructRef):
+        whole.values[place.field].value = value
+    elif isinstance(whole, model.PowerSet):
+        Bits.set(whole, {place.startIndex - 1 + index for index in Bits.indices(value)})
+    elif place.startIndex >= place.endIndex:
+        whole.values[place.startIndex].value = value
+    else:
+        for index, part in value.values.items():
+            whole.values[place.startIndex - 1 + index].value = part.value
+    return grows(place.expr, whole)
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    session = Session.load(sys.argv[1])
+    solve(session, session.find(model.System)[0])
+    for variable in values:
+        print(f"{variable.name} = {values[variable]}")

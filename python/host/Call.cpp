@@ -81,7 +81,7 @@ std::vector<PyObject*> Parameters::arrange(PyObject* const* given, std::size_t c
   std::vector<PyObject*> places(given, given + count);
   if (places.size() < parameters_.size()) places.resize(parameters_.size());
   for (Py_ssize_t i = 0; names && i < PyTuple_GET_SIZE(names); ++i) {
-    const auto name = py::handle(PyTuple_GET_ITEM(names, i)).cast<std::string>();
+    const std::string name = textOf(PyTuple_GET_ITEM(names, i));
     PyObject*& place = places[placeOf(name)];
     if (place) refuse("got multiple values for argument '" + name + "'");
     place = given[count + static_cast<std::size_t>(i)];

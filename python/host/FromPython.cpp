@@ -16,13 +16,6 @@ constexpr int deepest = 200;  // far from the end of any thread's stack
 
 Value convert(PyObject* object, int depth);
 
-std::string textOf(PyObject* text) {
-  Py_ssize_t size = 0;
-  const char* const data = PyUnicode_AsUTF8AndSize(text, &size);
-  if (!data) throw py::error_already_set();
-  return {data, static_cast<std::size_t>(size)};
-}
-
 Value integer(PyObject* object) {
   int overflow = 0;
   const long number = PyLong_AsLongAndOverflow(object, &overflow);
@@ -111,6 +104,13 @@ Value convert(PyObject* object, int depth) {
 }
 
 }  // namespace
+
+std::string textOf(PyObject* text) {
+  Py_ssize_t size = 0;
+  const char* const data = PyUnicode_AsUTF8AndSize(text, &size);
+  if (!data) throw py::error_already_set();
+  return {data, static_cast<std::size_t>(size)};
+}
 
 Value fromPython(py::handle object) { return convert(object.ptr(), 0); }
 

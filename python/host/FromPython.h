@@ -2,6 +2,8 @@
 
 #include <pybind11/pybind11.h>
 
+#include <string>
+
 #include <tyve/Value.h>
 
 namespace tyve::host {
@@ -27,5 +29,8 @@ namespace py = pybind11;
 /// `UnicodeEncodeError` for a text that UTF-8 cannot show, and `RecursionError` for lists and dicts
 /// that are nested more than 200 deep.
 Value fromPython(py::handle object);
+
+/// A `str` in UTF-8; throws `UnicodeEncodeError` for one that UTF-8 cannot show.
+std::string textOf(PyObject* text);
 
 }  // namespace tyve::host

@@ -83,6 +83,13 @@ def test_errors_of_the_library(colours, use, identifier, kind):
     assert str(pickle.loads(pickle.dumps(error))) == str(error)
 
 
+def test_a_refused_operation_leaves_nothing(model):
+    array = datamodel.Array(model)
+    with pytest.raises(tyve.Error):
+        array.at(2, 1)  # an empty range of an array without a type
+    assert model.size == 1
+
+
 def test_objects_cannot_be_copied_derived_from_or_given_attributes(model):
     variable = datamodel.Variable(model)
     for refused in (

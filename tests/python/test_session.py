@@ -69,6 +69,13 @@ def test_save_and_load(session, sets, tmp_path):
     assert loaded.model.size == session.model.size
 
 
+def test_a_path_is_not_cut(session, tmp_path):
+    for use in (session.save, Session.load):
+        with pytest.raises(tyve.Error):
+            use(f"{tmp_path}/saved\0more")
+    assert not list(tmp_path.iterdir())
+
+
 def test_the_example_finds_what_the_slicer_finds(tmp_path):
     slicer, saved = os.environ["TORVAN_SLICE"], str(tmp_path / "room")
     room = ROOT / "slicer/examples/room.xcos"

@@ -176,3 +176,5 @@ def test_arguments_by_name(probe):
     ):
         with pytest.raises(TypeError):
             call()
+    with pytest.raises(UnicodeEncodeError):
+        order(**{"\udc80": 1})

@@ -113,14 +113,14 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
   const std::uint16_t count = countOf(start, end);
   if (count == 1) return read(start);
 
-  const orb::zero::Batch batch(*this);
-  Array result = Array::Builder(getModel()).create();
-  LatticeType elemType;
+  LatticeType elemType;  // before anything is made, as an array without a type may have none
   if (count == 0) elemType = ArrayType {
       getType()
       } -> getElemType();
   else if (const LatticeValue first = read(start))
     elemType = first->getType();
+  const orb::zero::Batch batch(*this);
+  Array result = Array::Builder(getModel()).create();
   for (unsigned k = 1; k <= count; ++k)
     result->store(static_cast<std::uint16_t>(k), read(static_cast<std::uint16_t>(start + k - 1)));
 

@@ -22,9 +22,16 @@ std::shared_ptr<Part> partOf(const SessionObject& session) {
   return std::make_shared<Part>(session.host());
 }
 
+/// A path that the system would not cut at a NUL character.
+const std::string& checked(const std::string& path) {
+  if (path.find('\0') != std::string::npos)
+    orb::zero::raise("InvalidValue", {"", "a path has no NUL characters"});
+  return path;
+}
+
 std::shared_ptr<SessionObject> loadSession(const std::string& path) {
   auto host = std::make_shared<HostSession>();
-  loadWithBits(host->session.model(), path);
+  loadWithBits(host->session.model(), checked(path));
   return std::make_shared<SessionObject>(std::move(host));
 }
 
@@ -34,11 +41,11 @@ void exportTo(const std::string& path, const Value& values) {
   std::vector<NamedValue> named;
   for (std::size_t i = 0; i < fields.keys.size(); ++i)
     named.push_back({fields.keys[i], fields.values[i]});
-  orb::zero::io::writeWhole(path, [&](std::ostream& out) { exportValues(named, out); });
+  orb::zero::io::writeWhole(checked(path), [&](std::ostream& out) { exportValues(named, out); });
 }
 
 Value importFrom(const std::string& path, const orb::zero::Model& model) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(checked(path), std::ios::binary);
   if (!in) orb::zero::raise("CannotImportValues", {path, "cannot open the file"});
   std::vector<std::string> names;
   std::vector<Value> values;
@@ -105,7 +112,7 @@ ClassPointer makeSessionClass() {
   info->method(
       "save", "path", "Writes the model to a file, and the bits of its sets to PATH.values.",
       [](const SessionObject& session, const std::string& path) {
-        saveWithBits(session->model(), path);
+        saveWithBits(session->model(), checked(path));
       },
       lasting);
   info->staticMethod("load", "path", "A session with what `save` wrote.", loadSession, lasting);
