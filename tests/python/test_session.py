@@ -29,6 +29,7 @@ def test_bits_in_all_forms(session, sets):
         assert Bits.text(made) == "101"
     Bits.set(made, {2})
     assert (Bits.members(made), Bits.indices(made), Bits.count(made)) == (["green"], [2], 1)
+    assert Bits.number(made) == 2
     many = session.type_factory.create_power_set_type("many", 200)
     assert Bits.indices(session.value_factory.create_power_set(many, bits=2**150)) == [151]
     for wrong in ({"pink"}, {4}, {0}, 8, -1, True, 2.5, "10", {"red": 1}):
@@ -74,6 +75,14 @@ def test_a_path_is_not_cut(session, tmp_path):
         with pytest.raises(tyve.Error):
             use(f"{tmp_path}/saved\0more")
     assert not list(tmp_path.iterdir())
+
+
+def test_what_is_no_file_is_not_replaced(session, tmp_path):
+    pipe = tmp_path / "pipe"
+    os.mkfifo(pipe)
+    with pytest.raises(tyve.Error, match="is no file"):
+        session.save(str(pipe))
+    assert pipe.is_fifo()
 
 
 def test_the_example_finds_what_the_slicer_finds(tmp_path):

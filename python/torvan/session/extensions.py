@@ -65,6 +65,11 @@ class Bits:
         """Gives a set other bits; they are given as to `ValueFactory.create_power_set`."""
         _set(set, _bits(bits))
 
+    @staticmethod
+    def number(set: torvan.datamodel.PowerSet) -> int:
+        """The bits as a number, the first element being the lowest."""
+        return int(session.Bits.hex(set), 16)
+
 
 for _extension in (Transaction, Session, ValueFactory, Bits):
     tyve.extend(getattr(session, _extension.__name__), _extension)
