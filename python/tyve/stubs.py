@@ -111,7 +111,8 @@ class _Stub:
     def property(self, told: dict[str, Any]) -> Iterator[str]:
         name, kind = told["name"], self.name_of(told["result"] or "any", _results)
         yield "@property"
-        yield f"def {name}(self) -> {kind}: ..."
+        yield f"def {name}(self) -> {kind}:"
+        yield f"    {told['documentation']!r}"
         if not told["read_only"]:
             yield f"@{name}.setter"
             yield f"def {name}(self, value: {kind}) -> None: ..."

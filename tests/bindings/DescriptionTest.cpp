@@ -91,6 +91,21 @@ TEST_F(DescriptionTest, ClassesAreThoseOfThePackageInTheOrderOfTheirNames) {
   EXPECT_EQ(given, expectedClasses());
 }
 
+TEST_F(DescriptionTest, HelpTellsOfEveryMember) {
+  for (const char* const name : {"torvan.datamodel", "torvan.session"})
+    for (const tyve::COSClassInfo* info :
+         tyve::ClassSystem::getInstance().findPackage(intern(name))->getClasses()) {
+      EXPECT_NE(info->getDocumentation(), "") << info->getName().text();
+      const auto check = [&](const auto& members) {
+        for (const auto& member : members)
+          EXPECT_NE(member->getDocumentation(), "")
+              << info->getName().text() << '.' << member->getName().text();
+      };
+      check(info->getProperties());
+      check(info->getMethods());
+    }
+}
+
 TEST_F(DescriptionTest, PackagesAndClassesAreThereOnceHoweverOftenTheyAreRegistered) {
   for (const bool isPerCall : {true, false}) {
     tyve::omSetTyveUsingUSM(isPerCall);

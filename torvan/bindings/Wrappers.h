@@ -51,6 +51,9 @@ consteval std::string_view aboutOf() {
   throw "the class has no line in the list";
 }
 
+/// What it says of each property; nothing of one that the host does not have.
+TORVAN_BINDINGS_API std::string_view propertyText(const Property& property);
+
 /// The text of a term or an equation, cut when it is too long to be shown; none of what has none.
 TORVAN_BINDINGS_API std::string printedForHost(const tyve::Value& object);
 
@@ -61,7 +64,7 @@ class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
   using Base = orb::zero::hb::ORB0WrapperInfo<X>;
 
  public:
-  Wrapper() : Base(std::string(aboutOf<X>()), Base::Access::Full, primitives) {
+  Wrapper() : Base(std::string(aboutOf<X>()), Base::Access::Full, primitives, &propertyText) {
     if constexpr (std::derived_from<X, IndexableValue>)
       this->template addOperation<&X::at>(
           "at", "The part at an index, or those of a range up to an end.", {.optional = 1});

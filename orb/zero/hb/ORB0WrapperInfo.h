@@ -16,8 +16,9 @@ template <class T>
 class ORB0WrapperInfo : public WrapperInfo {
  public:
   explicit ORB0WrapperInfo(std::string documentation, Access access = Access::Full,
-                           std::string_view primitives = "orb.zero.PrimitiveSequence")
-      : WrapperInfo(T::metaClass(), std::move(documentation), access, primitives) {}
+                           std::string_view primitives = "orb.zero.PrimitiveSequence",
+                           PropertyText propertyText = &noText)
+      : WrapperInfo(T::metaClass(), std::move(documentation), access, primitives, propertyText) {}
 
   /// Between the host object and a handle; see `elementOf` and `hb::toHost`.
   static T fromHost(const tyve::Value& object) { return Passing<T>::fromHost(object); }

@@ -70,8 +70,10 @@ const ValueMarshaler* keyMarshalerOf(const meta::PropertyInfo& property) {
 }  // namespace
 
 WrapperInfo::WrapperInfo(const meta::ClassInfo& type, std::string documentation, Access access,
-                         std::string_view primitives)
-    : tyve::COSClassInfo(hostName(type), std::move(documentation)), class_(type) {
+                         std::string_view primitives, PropertyText propertyText)
+    : tyve::COSClassInfo(hostName(type), std::move(documentation)),
+      class_(type),
+      propertyText_(propertyText) {
   if (type.superclass) addSuperclass(hostName(*type.superclass));
   tyve::factory::detail::initStringDataTypes();
   if (!type.isAbstract() && access == Access::Full) addElementConstructor();
@@ -133,7 +135,7 @@ void WrapperInfo::addSingle(const meta::PropertyInfo& property, const ValueMarsh
           return marshaler.toHost(elementOf(object, class_)->getPropertyValue(property));
         });
       },
-      std::move(setter), {}, {}, marshaler.getTypeWord());
+      std::move(setter), {}, std::string(propertyText_(property)), marshaler.getTypeWord());
 }
 
 void WrapperInfo::addCollection(const meta::PropertyInfo& property, const ValueMarshaler& items,
@@ -150,7 +152,7 @@ void WrapperInfo::addCollection(const meta::PropertyInfo& property, const ValueM
               view.className);
         });
       },
-      {}, {}, {}, tyve::intern(name));
+      {}, {}, std::string(propertyText_(property)), tyve::intern(name));
 }
 
 void WrapperInfo::addCreateInto(const meta::PropertyInfo& property) {

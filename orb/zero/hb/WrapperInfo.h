@@ -21,11 +21,15 @@ namespace orb::zero::hb {
 class ORB_ZERO_HB_API WrapperInfo : public tyve::COSClassInfo {
  public:
   enum class Access { Full, ReadOnly };
+  /// What the host's help says of a property.
+  using PropertyText = std::string_view (*)(const meta::PropertyInfo&);
+  static std::string_view noText(const meta::PropertyInfo&) { return {}; }
 
   /// `ReadOnly`: nothing is created or set by the host. `primitives` is the host class of the
   /// collections of primitive values.
   WrapperInfo(const meta::ClassInfo& type, std::string documentation, Access access = Access::Full,
-              std::string_view primitives = "orb.zero.PrimitiveSequence");
+              std::string_view primitives = "orb.zero.PrimitiveSequence",
+              PropertyText propertyText = &noText);
   ~WrapperInfo() override;
 
   const meta::ClassInfo& metaClass() const noexcept { return class_; }
@@ -45,6 +49,7 @@ class ORB_ZERO_HB_API WrapperInfo : public tyve::COSClassInfo {
   void addStaticMetaClass();
 
   const meta::ClassInfo& class_;
+  PropertyText propertyText_;
   std::vector<std::unique_ptr<const CollectionView>> views_;
 };
 
