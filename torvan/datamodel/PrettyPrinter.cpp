@@ -28,7 +28,9 @@ class Line : public orb::zero::Visitor<void> {
   std::string write(const ModelElement& element) {
     if (!element) return {};
     Walk walk(element);
-    for (dispatch(element); !pending_.empty(); walk.step()) writeNext();
+    dispatch(element);
+    while (!pending_.empty())
+      if (writeNext()) walk.step();
     return std::move(text_);
   }
   /// The text as far as it has been written when it is longer than so many bytes.
@@ -42,15 +44,18 @@ class Line : public orb::zero::Visitor<void> {
   /// Texts are literals, or those of elements.
   using Part = std::variant<std::string_view, ModelElement::Impl*, std::uint16_t>;
 
-  void writeNext() {
+  /// Whether that was an element.
+  bool writeNext() {
     const Part part = pending_.back();
     pending_.pop_back();
-    if (const auto* const text = std::get_if<std::string_view>(&part))
+    const auto* const element = std::get_if<ModelElement::Impl*>(&part);
+    if (element)
+      dispatch(ModelElement(*element));
+    else if (const auto* const text = std::get_if<std::string_view>(&part))
       text_ += *text;
-    else if (const auto* const number = std::get_if<std::uint16_t>(&part))
-      text_ += std::to_string(*number);
     else
-      dispatch(ModelElement(std::get<ModelElement::Impl*>(part)));
+      text_ += std::to_string(std::get<std::uint16_t>(part));
+    return element;
   }
 
   template <class... X>
