@@ -17,7 +17,7 @@ inline bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept {
   return isSubsetThroughout(a, b, count);
 }
 inline bool isEqual(const Word* a, const Word* b, std::size_t count) noexcept {
-  return a == b || std::memcmp(a, b, count * sizeof(Word)) == 0;
+  return a == b || count == 0 || std::memcmp(a, b, count * sizeof(Word)) == 0;
 }
 /// Writes the union, or the intersection.
 void join(Word* to, const Word* a, const Word* b, std::size_t count) noexcept;
