@@ -10,13 +10,19 @@ constexpr std::size_t largestChunk = 1 << 18;
 
 }  // namespace
 
+/// Chunks end with a line.
 void* ElementPool::carve(std::size_t size) {
-  if (left_ < size) {
+  const std::size_t gap = size > fine ? left_ % sizeof(Line) : 0;
+  if (left_ >= size + gap) {
+    next_ += gap;
+    left_ -= gap;
+  } else {
     const std::size_t doubled = firstChunk << std::min<std::size_t>(chunks_.size(), 6);
     const std::size_t bytes = std::max(size, std::min(doubled, largestChunk));
-    chunks_.push_back(std::make_unique_for_overwrite<std::byte[]>(bytes));
-    next_ = chunks_.back().get();
-    left_ = bytes;
+    const std::size_t lines = (bytes + sizeof(Line) - 1) / sizeof(Line);
+    chunks_.push_back(std::make_unique_for_overwrite<Line[]>(lines));
+    next_ = chunks_.back()[0].bytes;
+    left_ = lines * sizeof(Line);
   }
   void* const block = next_;
   next_ += size;

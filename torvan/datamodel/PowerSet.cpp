@@ -31,9 +31,7 @@ LatticeValue PowerSet::Impl::meet(const LatticeValue& other) const {
 }
 
 boolean3 PowerSet::Impl::le(const LatticeValue& other) const {
-  const Bits& given = bitsOf(other);
-  if (value_.isSubsetOf(given)) return boolean3::T;
-  return given.isSubsetOf(value_) ? boolean3::F : boolean3::NA;
+  return value_.compare(bitsOf(other));
 }
 
 bool PowerSet::Impl::eq(const LatticeValue& other) const { return value_ == bitsOf(other); }

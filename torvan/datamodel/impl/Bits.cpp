@@ -18,9 +18,12 @@ template struct Opened<&BitSet::m_bits>;
 
 }  // namespace
 
-Bits::Block* Bits::Block::make(std::size_t count, orb::zero::ElementPool& pool) {
-  void* const memory = pool.allocate(sizeof(Block) + count * sizeof(Word));
-  return new (memory) Block{&pool, static_cast<std::uint32_t>(count)};
+inline void Bits::makeBlock(std::size_t size, orb::zero::ElementPool& pool) {
+  const std::size_t count = countFor(size);
+  block_ = static_cast<Word*>(pool.allocate(blockSize(count)));
+  size_ = static_cast<std::uint32_t>(size);
+  form_ = Form::Shared;
+  new (block_ + count) BlockEnd{&pool, 1};
 }
 
 Bits::Bits(const BitSet& bits) : Bits(BitSet(bits)) {}
@@ -52,8 +55,8 @@ void Bits::swap(Bits& other) noexcept {
 void Bits::release() noexcept {
   if (form_ == Form::Stored)
     delete stored_;
-  else if (--shared_->users == 0)
-    shared_->pool->deallocate(shared_, sizeof(Block) + shared_->count * sizeof(Word));
+  else if (--blockEnd().users == 0)
+    blockEnd().pool->deallocate(block_, blockSize(count()));
 }
 
 const Bits::Word* Bits::storedWords() const noexcept { return blocksOf(*stored_).data(); }
@@ -77,20 +80,17 @@ BitSet& Bits::stored() {
 
 /// Room for bits of this size.
 Bits::Word* Bits::allocate(std::size_t size, orb::zero::ElementPool& pool) {
-  if (countFor(size) > wordsInside) {
-    shared_ = Block::make(countFor(size), pool);
-    form_ = Form::Shared;
-  }
+  if (countFor(size) > wordsInside) return makeBlock(size, pool), block_;
   size_ = static_cast<std::uint32_t>(size);
-  return form_ == Form::Inside ? words_ : shared_->words();
+  return words_;
 }
 
 void Bits::assign(const Bits& other, orb::zero::ElementPool& pool) {
-  if (other.form_ == Form::Shared && other.shared_->pool == &pool) {
-    shared_ = other.shared_;
-    ++shared_->users;
+  if (other.form_ == Form::Shared && other.blockEnd().pool == &pool) {
+    block_ = other.block_;
     size_ = other.size_;
     form_ = Form::Shared;
+    ++blockEnd().users;
   } else {
     std::copy_n(other.words(), other.count(), allocate(other.size(), pool));
   }
@@ -101,28 +101,48 @@ void Bits::assign(const BitSet& bits, orb::zero::ElementPool& pool) {
 }
 
 /// Where one set is in the other, the result is one of the two and can share its block.
-void Bits::combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool,
-                         Operation operation) {
-  const bool isJoin = operation == Operation::Join;
-  const std::size_t size = a.size(), count = a.count();
-  if (size == b.size()) {
-    const Bits &smaller = isJoin ? b : a, &larger = isJoin ? a : b;
-    if (smaller.isSubsetOf(larger)) return assign(a, pool);
-    if (larger.isSubsetOf(smaller)) return assign(b, pool);
+template <Bits::Operation operation>
+void Bits::combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
+  constexpr bool isJoin = operation == Operation::Join;
+  constexpr auto combineWords = isJoin ? words::join : words::meet;
+  if (a.size() == b.size()) {
+    const boolean3 order = a.compareBlocks(b);
+    if (order != boolean3::NA) return assign((order == boolean3::T) == isJoin ? b : a, pool);
   }
+  if (a.hasBlockLike(b)) {
+    makeBlock(a.size_, pool);
+    return combineWords(block_, a.block_, b.block_, countFor(size_));
+  }
+  const std::size_t size = a.size(), count = a.count(), common = std::min(count, b.count());
   Word* const to = allocate(size, pool);
-  const std::size_t common = std::min(count, b.count());
-  (isJoin ? words::join : words::meet)(to, a.words(), b.words(), common);
+  combineWords(to, a.words(), b.words(), common);
   for (std::size_t i = common; i < count; ++i) to[i] = isJoin ? a.words()[i] : 0;
   if (const std::size_t rest = size % wordBits) to[count - 1] &= (Word{1} << rest) - 1;
 }
 
-bool Bits::isSubsetOfOther(const Bits& other) const noexcept {
+template void Bits::combineBlocks<Bits::Operation::Join>(const Bits&, const Bits&,
+                                                         orb::zero::ElementPool&);
+template void Bits::combineBlocks<Bits::Operation::Meet>(const Bits&, const Bits&,
+                                                         orb::zero::ElementPool&);
+
+/// The words that one of them lacks are compared with none.
+boolean3 Bits::compareBlocks(const Bits& other) const noexcept {
+  if (hasBlockLike(other)) return words::compare(block_, other.block_, countFor(size_));
   const Word *const mine = words(), *const others = other.words();
-  const std::size_t count = this->count(), common = std::min(count, other.count());
-  if (mine == others) return true;
-  return words::isSubset(mine, others, common) &&
-         std::all_of(mine + common, mine + count, [](Word word) { return word == 0; });
+  const std::size_t common = std::min(count(), other.count());
+  if (mine == others) return boolean3::T;
+  const auto isRestEmpty = [common](const Bits& bits) {
+    return std::all_of(bits.words() + common, bits.words() + bits.count(),
+                       [](Word word) { return word == 0; });
+  };
+  if (isRestEmpty(*this) && words::isSubset(mine, others, common)) return boolean3::T;
+  const bool isAbove = isRestEmpty(other) && words::isSubset(others, mine, common);
+  return isAbove ? boolean3::F : boolean3::NA;
+}
+
+bool Bits::isEqualBlock(const Bits& other) const noexcept {
+  if (hasBlockLike(other)) return words::isEqual(block_, other.block_, countFor(size_));
+  return size() == other.size() && words::isEqual(words(), other.words(), count());
 }
 
 }  // namespace torvan::datamodel

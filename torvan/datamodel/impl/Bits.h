@@ -6,6 +6,7 @@
 
 #include <torvan/datamodel/Api.h>
 #include <torvan/datamodel/BitSet.h>
+#include <torvan/datamodel/boolean3.h>
 #include <torvan/datamodel/impl/Words.h>
 
 namespace orb::zero {
@@ -38,9 +39,7 @@ class TORVAN_DATAMODEL_API Bits {
   std::size_t size() const noexcept { return form_ == Form::Stored ? stored_->size() : size_; }
   std::size_t count() const noexcept { return countFor(size()); }
   const Word* words() const noexcept {
-    return form_ == Form::Inside   ? words_
-           : form_ == Form::Shared ? shared_->words()
-                                   : storedWords();
+    return form_ == Form::Inside ? words_ : form_ == Form::Shared ? block_ : storedWords();
   }
   bool operator[](std::size_t bit) const noexcept {
     return words()[bit / wordBits] >> bit % wordBits & 1;
@@ -60,16 +59,17 @@ class TORVAN_DATAMODEL_API Bits {
   void assign(const Bits& other, orb::zero::ElementPool& pool);
   void assign(const BitSet& bits, orb::zero::ElementPool& pool);
 
-  /// Whether all of it is in the other; bits that one of them lacks read as 0.
-  bool isSubsetOf(const Bits& other) const noexcept {
-    if (form_ == other.form_ && isInside()) return rest(other) == 0;
-    if (isAlike(other)) return words::isSubset(blockWords(), other.blockWords(), shared_->count);
-    return isSubsetOfOther(other);
+  /// How it lies to the other in the order of inclusion; bits that one of them lacks read as 0.
+  boolean3 compare(const Bits& other) const noexcept {
+    if (!isInside() || !other.isInside()) return compareBlocks(other);
+    return rest(other) == 0 ? boolean3::T : other.rest(*this) == 0 ? boolean3::F : boolean3::NA;
   }
+  bool isSubsetOf(const Bits& other) const noexcept { return compare(other) == boolean3::T; }
   friend bool operator==(const Bits& a, const Bits& b) noexcept {
-    if (a.form_ == b.form_ && a.isInside())
-      return a.size_ == b.size_ && (a.rest(b) | b.rest(a)) == 0;
-    return a.size() == b.size() && words::isEqual(a.words(), b.words(), a.count());
+    if (!a.isInside() || !b.isInside()) return a.isEqualBlock(b);
+    Word difference = a.size_ ^ b.size_;
+    for (std::size_t i = 0; i < wordsInside; ++i) difference |= a.words_[i] ^ b.words_[i];
+    return difference == 0;
   }
 
  private:
@@ -81,14 +81,15 @@ class TORVAN_DATAMODEL_API Bits {
     return (size + wordBits - 1) / wordBits;
   }
 
-  struct Block {
+  /// Behind the words of a block, which so begin where loads are fastest.
+  struct BlockEnd {
     orb::zero::ElementPool* pool;
-    std::uint32_t count;
-    std::uint32_t users = 1;
-
-    Word* words() noexcept { return reinterpret_cast<Word*>(this + 1); }
-    static Block* make(std::size_t count, orb::zero::ElementPool& pool);
+    std::size_t users;
   };
+  /// In bytes.
+  static constexpr std::size_t blockSize(std::size_t count) noexcept {
+    return count * sizeof(Word) + sizeof(BlockEnd);
+  }
 
   bool isInside() const noexcept { return form_ == Form::Inside; }
   /// What it has and the other lacks; both are inside.
@@ -97,12 +98,12 @@ class TORVAN_DATAMODEL_API Bits {
     for (std::size_t i = 0; i < wordsInside; ++i) rest |= words_[i] & ~other.words_[i];
     return rest;
   }
-  /// Both have blocks of one size.
-  bool isAlike(const Bits& other) const noexcept {
+  /// Both have blocks, of one size.
+  bool hasBlockLike(const Bits& other) const noexcept {
     return form_ == Form::Shared && other.form_ == Form::Shared && size_ == other.size_;
   }
-  const Word* blockWords() const noexcept { return shared_->words(); }
-  bool isSubsetOfOther(const Bits& other) const noexcept;
+  boolean3 compareBlocks(const Bits& other) const noexcept;
+  bool isEqualBlock(const Bits& other) const noexcept;
   template <Operation operation>
   void combine(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
     if (a.isInside() && b.isInside() && a.size_ == b.size_) [[likely]] {
@@ -111,11 +112,15 @@ class TORVAN_DATAMODEL_API Bits {
         words_[i] =
             operation == Operation::Join ? a.words_[i] | b.words_[i] : a.words_[i] & b.words_[i];
     } else {
-      combineBlocks(a, b, pool, operation);
+      combineBlocks<operation>(a, b, pool);
     }
   }
-  void combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool,
-                     Operation operation);
+  template <Operation operation>
+  void combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool);
+  void makeBlock(std::size_t size, orb::zero::ElementPool& pool);
+  BlockEnd& blockEnd() const noexcept {
+    return *reinterpret_cast<BlockEnd*>(block_ + countFor(size_));
+  }
   Word* allocate(std::size_t size, orb::zero::ElementPool& pool);
   const Word* storedWords() const noexcept;
   void swap(Bits& other) noexcept;
@@ -123,7 +128,7 @@ class TORVAN_DATAMODEL_API Bits {
 
   union {
     Word words_[wordsInside];  // those beyond the size are 0
-    Block* shared_;
+    Word* block_;
     BitSet* stored_;
   };
   std::uint32_t size_ = 0;  // of a `BitSet` it is there

@@ -19,7 +19,9 @@ constexpr std::size_t laneWords = sizeof(Lane) / sizeof(Word);
   std::memcpy(&lane, from, sizeof lane);
 }
 [[gnu::always_inline]] inline bool isZero(const Lane& lane) {
-  return (lane[0] | lane[1] | lane[2] | lane[3]) == 0;
+  const auto half =
+      __builtin_shufflevector(lane, lane, 0, 1) | __builtin_shufflevector(lane, lane, 2, 3);
+  return (half[0] | half[1]) == 0;
 }
 
 enum class Operation { Join, Meet };
@@ -41,30 +43,53 @@ template <Operation operation>
   for (; i < count; ++i) to[i] = isJoin ? a[i] | b[i] : a[i] & b[i];
 }
 
-/// What a has and b lacks, in four lanes from there.
-[[gnu::always_inline]] inline void addRest(Lane& rest, const Word* a, const Word* b) {
-  for (std::size_t lane = 0; lane < 4; ++lane) {
+constexpr std::size_t step = 4 * laneWords;
+
+/// What the first of two sets has and the second lacks, in one step from there.
+[[gnu::always_inline]] inline void collectRest(Lane& rest, const Word* a, const Word* b) {
+  rest = Lane{};
+  for (std::size_t at = 0; at < step; at += laneWords) {
     Lane x, y;
-    load(x, a + lane * laneWords), load(y, b + lane * laneWords);
+    load(x, a + at), load(y, b + at);
     rest |= x & ~y;
   }
+}
+/// The same of the words beyond the last step.
+[[gnu::always_inline]] inline Word lastRest(const Word* a, const Word* b, std::size_t count) {
+  Word rest = 0;
+  for (std::size_t i = count - count % step; i < count; ++i) rest |= a[i] & ~b[i];
+  return rest;
+}
+[[gnu::always_inline]] inline bool isIn(const Word* a, const Word* b, std::size_t count) {
+  for (std::size_t i = 0; i + step <= count; i += step) {
+    Lane rest;
+    collectRest(rest, a + i, b + i);
+    if (!isZero(rest)) return false;
+  }
+  return lastRest(a, b, count) == 0;
 }
 
 }  // namespace
 
 TORVAN_WIDEST
-bool isSubsetThroughout(const Word* a, const Word* b, std::size_t count) noexcept {
-  constexpr std::size_t step = 4 * laneWords;
-  std::size_t i = 0;
-  while (i + step <= count) {
-    Lane rest{};
-    for (int more = 4; more > 0 && i + step <= count; --more, i += step)
-      addRest(rest, a + i, b + i);
-    if (!isZero(rest)) return false;
+bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept {
+  return isIn(a, b, count);
+}
+
+/// The first difference tells which of the two can be in the other, if any.
+TORVAN_WIDEST
+boolean3 compareThroughout(const Word* a, const Word* b, std::size_t count) noexcept {
+  for (std::size_t i = 0; i + step <= count; i += step) {
+    Lane onlyA, onlyB;
+    collectRest(onlyA, a + i, b + i);
+    collectRest(onlyB, b + i, a + i);
+    if (isZero(onlyA | onlyB)) continue;
+    const std::size_t next = i + step;
+    if (isZero(onlyA)) return isIn(a + next, b + next, count - next) ? boolean3::T : boolean3::NA;
+    return isZero(onlyB) && isIn(b + next, a + next, count - next) ? boolean3::F : boolean3::NA;
   }
-  Word rest = 0;
-  for (; i < count; ++i) rest |= a[i] & ~b[i];
-  return rest == 0;
+  if (lastRest(a, b, count) == 0) return boolean3::T;
+  return lastRest(b, a, count) == 0 ? boolean3::F : boolean3::NA;
 }
 
 TORVAN_WIDEST

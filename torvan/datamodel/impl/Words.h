@@ -3,18 +3,22 @@
 #include <cstddef>
 #include <cstring>
 
+#include <torvan/datamodel/boolean3.h>
+
 /// Operations on sets that are given as words of 64 bits, all in one pass.
 namespace torvan::datamodel::words {
 
 using Word = unsigned long;
 
 /// Whether all of a is in b; stops soon where that is not so.
-bool isSubsetThroughout(const Word* a, const Word* b, std::size_t count) noexcept;
-/// The same; most sets that are not in another one show it at once.
-inline bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept {
-  if (count >= 4 && ((a[0] & ~b[0]) | (a[1] & ~b[1]) | (a[2] & ~b[2]) | (a[3] & ~b[3])) != 0)
-    return false;
-  return isSubsetThroughout(a, b, count);
+bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept;
+/// How a lies to b in the order of inclusion.
+boolean3 compareThroughout(const Word* a, const Word* b, std::size_t count) noexcept;
+/// The same; sets of which none is in the other mostly show it at once.
+inline boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept {
+  if (a == b) return boolean3::T;
+  if (count > 0 && (a[0] & ~b[0]) != 0 && (b[0] & ~a[0]) != 0) return boolean3::NA;
+  return compareThroughout(a, b, count);
 }
 inline bool isEqual(const Word* a, const Word* b, std::size_t count) noexcept {
   return a == b || count == 0 || std::memcmp(a, b, count * sizeof(Word)) == 0;
