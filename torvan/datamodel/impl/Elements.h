@@ -57,7 +57,8 @@
 
 namespace torvan::datamodel {
 
-// The operations of the handles, which go through the element's virtual ones.
+// The operations of the handles, which go through the element's virtual ones; power sets, which are
+// most of the values, are compared without a call.
 
 inline bool LatticeType::isCompatible(const LatticeType& other) const {
   return (*this)->isCompatible(other);
@@ -70,8 +71,17 @@ inline LatticeValue LatticeValue::join(const LatticeValue& other) const {
 inline LatticeValue LatticeValue::meet(const LatticeValue& other) const {
   return (*this)->meet(other);
 }
-inline boolean3 LatticeValue::le(const LatticeValue& other) const { return (*this)->le(other); }
-inline bool LatticeValue::eq(const LatticeValue& other) const { return (*this)->eq(other); }
+inline boolean3 LatticeValue::le(const LatticeValue& other) const {
+  if (const auto* const set = PowerSet::exactImplOf(*this))
+    if (const auto* const more = PowerSet::exactImplOf(other))
+      return set->bits().compare(more->bits());
+  return (*this)->le(other);
+}
+inline bool LatticeValue::eq(const LatticeValue& other) const {
+  if (const auto* const set = PowerSet::exactImplOf(*this))
+    if (const auto* const same = PowerSet::exactImplOf(other)) return set->bits() == same->bits();
+  return (*this)->eq(other);
+}
 inline LatticeValue LatticeValue::clone() const { return (*this)->clone(); }
 
 inline LatticeValue IndexableValue::at(std::uint16_t start, std::uint16_t end) const {
