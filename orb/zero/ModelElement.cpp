@@ -64,13 +64,13 @@ void ModelElement::Impl::copyStateFromStorage(Storage& storage) noexcept { stora
 void ModelElement::Impl::raiseCrossModel() { raise("CannotCreateCrossModelAssociation"); }
 void ModelElement::Impl::raiseProxy() { raise("CannotModifyProxy"); }
 
-void ModelElement::Impl::checkInsertion(const ModelElement& element,
-                                        const meta::ClassInfo& expected) const {
+void ModelElement::Impl::refuseInsertion(const ModelElement& element,
+                                         const meta::ClassInfo& expected) {
   if (!element) raise("CannotAddNonExistentObject");
   const meta::ClassInfo& actual = element.get()->getMetaClass();
   if (!actual.isKindOf(expected))
     raise("CannotAddIncompatibleTypes", {std::string(actual.name), std::string(expected.name)});
-  checkCompatibleModel(element.get());
+  raiseCrossModel();
 }
 
 }  // namespace orb::zero

@@ -176,8 +176,13 @@ class ORB_ZERO_API ModelElement::Impl {
     if (target && target->model_ != model_) [[unlikely]]
       raiseCrossModel();
   }
-  /// The checks of an insertion in their order: exists, class, model.
-  void checkInsertion(const ModelElement& element, const meta::ClassInfo& expected) const;
+  /// The checks of the insertion of an E in their order: exists, class, model.
+  template <class E>
+  void checkInsertion(const ModelElement& element) const {
+    if (!element || !element.get()->isOf(E::classNumber, E::metaClass()) ||
+        element.get()->model_ != model_) [[unlikely]]
+      refuseInsertion(element, E::metaClass());
+  }
   /// Links to the owner, or to none. `position` is that of the owning property.
   void setContainer(Impl* owner, int position) noexcept {
     container_ = owner;
@@ -238,6 +243,8 @@ class ORB_ZERO_API ModelElement::Impl {
   [[noreturn]] void raiseNotOwn(std::string name) const;
   [[noreturn]] static void raiseProxy();
   [[noreturn]] static void raiseCrossModel();
+  [[noreturn]] static void refuseInsertion(const ModelElement& element,
+                                           const meta::ClassInfo& expected);
   void lastOutside() noexcept;
   void lastSlot() noexcept;
 

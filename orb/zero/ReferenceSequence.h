@@ -75,7 +75,7 @@ class ReferenceSequence : public Sequence<Slot<E>> {
  private:
   void check(const ModelElement& element) const {
     this->owner().checkNoProxy();
-    this->owner().checkInsertion(element, E::metaClass());
+    this->owner().template checkInsertion<E>(element);
   }
 };
 

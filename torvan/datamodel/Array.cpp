@@ -18,7 +18,7 @@ namespace {
 const LatticeValue& missing(const Array::Impl& array, std::uint16_t index) {
   const LatticeValue& bottom = array.getType()->getBottom();
   if (bottom && bottom.get()->getMetaClass().isKindOf(Array::metaClass()) &&
-      !Array { bottom } -> getValues().contains(index))
+      !Array(bottom)->getValues().contains(index))
     orb::zero::raise("InvalidValue");
   return bottom;
 }
@@ -31,7 +31,7 @@ class ElementReader {
 
   const LatticeValue& at(std::uint16_t index) {
     while (next_ != end_ && next_->first < index) ++next_;
-    if (next_ != end_ && next_->first == index) return next_->second->getValue();
+    if (next_ != end_ && next_->first == index) return (next_++)->second->getValue();
     return missing(array_, index);
   }
 
@@ -45,7 +45,7 @@ class ElementReader {
 template <class Visit>
 bool forIndices(const Array::Impl& array, const LatticeValue& other, Visit visit) {
   const Nesting nesting;
-  const unsigned size = ArrayType { array.getType() } -> getNumElems();
+  const unsigned size = ArrayType(array.getType())->getNumElems();
   const Array right{other};
   ElementReader leftElements(array), rightElements(*right.operator->());
   for (unsigned i = 1; i <= size; ++i) {
@@ -62,7 +62,7 @@ Array combine(const Array::Impl& array, const LatticeValue& other, Operation ope
   Array result = Array::Impl::make(array.model(),
                                    [&](Array::Impl& made) { made.basicSetType(array.getType()); });
   forIndices(array, other, [&](std::uint16_t index, const auto& left, const auto& right) {
-    result->store(index, operation(left, right));
+    result->add(index, operation(left, right));
     return true;
   });
   unit.commit();
@@ -114,9 +114,8 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
   if (count == 1) return read(start);
 
   LatticeType elemType;  // before anything is made, as an array without a type may have none
-  if (count == 0) elemType = ArrayType {
-      getType()
-      } -> getElemType();
+  if (count == 0)
+    elemType = ArrayType(getType())->getElemType();
   else if (const LatticeValue first = read(start))
     elemType = first->getType();
   const orb::zero::Batch batch(*this);
@@ -149,6 +148,10 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
 void Array::Impl::store(std::uint16_t index, const LatticeValue& value) {
   if (values_.contains(index)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
+  add(index, value);
+}
+
+void Array::Impl::add(std::uint16_t index, const LatticeValue& value) {
   values_.insert(ArrayElem::Impl::make(model(), [&](ArrayElem::Impl& made) {
     made.basicSetIndex(index);
     made.setValue(value);

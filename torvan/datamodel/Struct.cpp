@@ -19,25 +19,31 @@ Struct makeLike(const Struct::Impl& value) {
 /// Reads the fields of a record, which are asked for in ascending order of their names.
 class FieldReader {
  public:
-  explicit FieldReader(const Struct::Impl& record)
+  FieldReader(const Struct::Impl& record, const StructType& readFor)
       : type_(record.getType()),
+        isOwnType_(type_ == readFor),
         next_(record.getValues().begin()),
         end_(record.getValues().end()) {}
 
   /// The stored value, or the bottom of the field's type: of the record's own, or of the type that
   /// is read for, if the record's lacks the field.
-  const LatticeValue& at(const std::string& name, const StructType& readFor,
-                         const FieldType& field) {
-    while (next_ != end_ && next_->first < name) ++next_;
-    const bool isOwnType = type_ == readFor;
-    const LatticeType own = isOwnType || !type_ ? LatticeType() : type_.at(name);
-    if (isOwnType || own || !type_)
-      if (next_ != end_ && next_->first == name) return next_->second->getValue();
+  const LatticeValue& at(const std::string& name, const FieldType& field) {
+    const bool isStored = skipTo(name);
+    const LatticeType own = isOwnType_ || !type_ ? LatticeType() : type_.at(name);
+    if (isStored && (isOwnType_ || own || !type_)) return next_->second->getValue();
     return (own ? own : field->getElemType())->getBottom();
   }
 
  private:
+  /// Whether there is a field of this name.
+  bool skipTo(const std::string& name) {
+    for (; next_ != end_; ++next_)
+      if (const int order = next_->first.compare(name); order >= 0) return order == 0;
+    return false;
+  }
+
   StructType type_;
+  bool isOwnType_;
   decltype(std::declval<Struct::Impl>().getValues().begin()) next_, end_;
 };
 
@@ -48,10 +54,9 @@ bool forFields(const Struct::Impl& record, const LatticeValue& other, Visit visi
   const Nesting nesting;
   const StructType type{record.getType()};
   const Struct right{other};
-  FieldReader leftFields(record), rightFields(*right.operator->());
+  FieldReader leftFields(record, type), rightFields(*right.operator->(), type);
   for (const auto& [name, field] : type->getFields())
-    if (!visit(name, leftFields.at(name, type, field), rightFields.at(name, type, field)))
-      return false;
+    if (!visit(name, leftFields.at(name, field), rightFields.at(name, field))) return false;
   return true;
 }
 
@@ -61,7 +66,7 @@ Struct combine(const Struct::Impl& record, const LatticeValue& other, Operation 
   orb::zero::Transaction unit(record.getModel());
   Struct result = makeLike(record);
   forFields(record, other, [&](const auto& name, const auto& left, const auto& right) {
-    result->store(name, operation(left, right));
+    result->add(name, operation(left, right));
     return true;
   });
   unit.commit();
@@ -130,6 +135,10 @@ Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
 void Struct::Impl::store(const std::string& name, const LatticeValue& value) {
   if (values_.contains(name)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
+  add(name, value);
+}
+
+void Struct::Impl::add(const std::string& name, const LatticeValue& value) {
   values_.insert(FieldElem::Impl::make(model(), [&](FieldElem::Impl& made) {
     made.basicSetName(name);
     made.setValue(value);
