@@ -108,18 +108,16 @@ void addCreationCases(Cases& cases) {
     const auto make = [](auto& variables) { variables.emplace(); };
     const auto makeFull = [=](auto& variables) { make(variables), fill(variables); };
     const auto end = [](auto& variables) { variables.reset(); };
-    cases.push_back({.name = "element.create",
-                     .size = size,
-                     .items = size,
-                     .targets = {timesOf(1.6, "raw")},
-                     .sides = entrants<OurVariables, RawVariables>(
-                         [=]<class X>() { return renewing<X>(make, fill); })});
-    cases.push_back({.name = "element.end of model",
-                     .size = size,
-                     .items = size,
-                     .targets = {timesOf(2, "raw")},
-                     .sides = entrants<OurVariables, RawVariables>(
-                         [=]<class X>() { return renewing<X>(makeFull, end); })});
+    const auto add = [&](const char* name, double target, auto prepare, auto run) {
+      cases.push_back({.name = name,
+                       .size = size,
+                       .items = size,
+                       .targets = {timesOf(target, "raw")},
+                       .sides = entrants<OurVariables, RawVariables>(
+                           [=]<class X>() { return renewing<X>(prepare, run); })});
+    };
+    add("element.create", 1.6, make, fill);
+    add("element.end of model", 2, makeFull, end);
   }
   const std::size_t size = 1'000'000;
   cases.push_back({.name = "memory.text and two references",

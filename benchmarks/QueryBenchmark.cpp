@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/Case.h"
@@ -34,10 +35,10 @@ orb::zero::Model modelOf(std::size_t size, Set set) {
 
 using Make = std::function<Side()>;
 
-template <class X, class Where>
-Make ourSide(orb::zero::Model (*make)(std::size_t), std::size_t size, Where where) {
+template <class X, class MakeModel, class Where>
+Make ourSide(MakeModel make, Where where) {
   return [=] {
-    const auto query = std::make_shared<orb::zero::query::Query<X>>(make(size));
+    const auto query = std::make_shared<orb::zero::query::Query<X>>(make());
     where(*query);
     const auto found = std::make_shared<std::vector<X>>();
     return Side{.run = [=] { *found = query->execute(); }, .result = [=] { return found->size(); }};
@@ -68,37 +69,37 @@ Make rawSide(Value (*valueOf)(std::size_t), std::size_t size) {
   };
 }
 
+/// A search for one of the values of a property of X, which `set` sets and `read` asks for.
+template <class X, class Value, class Set, class Read>
+std::vector<Entrant> sidesOf(std::size_t size, Value (*valueOf)(std::size_t), Set set, Read read) {
+  const auto make = [=] {
+    return modelOf<X>(size, [=](auto& builder, std::size_t i) { set(builder, valueOf(i)); });
+  };
+  const auto where = [=](AbstractQuery& query) {
+    const typename X::Constrainables element(query, X::metaClass(),
+                                             SearchClassMatchMode::ThisClassOnly);
+    query.where(read(element) == valueOf(kinds / 2));
+  };
+  return {{"ours", ourSide<X>(make, where)}, {"raw", rawSide<X>(valueOf, size)}};
+}
+
 void addSize(Cases& cases, std::size_t size) {
-  const auto modelOfNumbers = [](std::size_t count) {
-    return modelOf<ArrayElem>(
-        count, [](auto& builder, std::size_t i) { builder->basicSetIndex(numberOf(i)); });
-  };
-  const auto whereNumber = [](AbstractQuery& query) {
-    const ArrayElem::Constrainables element(query, ArrayElem::metaClass(),
-                                            SearchClassMatchMode::ThisClassOnly);
-    query.where(element.index() == numberOf(kinds / 2));
-  };
   cases.push_back({.name = "query.number",
                    .size = size,
                    .items = size,
                    .targets = {atMost(4)},
-                   .sides = {{"ours", ourSide<ArrayElem>(modelOfNumbers, size, whereNumber)},
-                             {"raw", rawSide<ArrayElem>(numberOf, size)}}});
-
-  const auto modelOfTexts = [](std::size_t count) {
-    return modelOf<Variable>(
-        count, [](auto& builder, std::size_t i) { builder->basicSetName(textOf(i)); });
-  };
-  const auto whereText = [](AbstractQuery& query) {
-    const Variable::Constrainables variable(query, Variable::metaClass(),
-                                            SearchClassMatchMode::ThisClassOnly);
-    query.where(variable.name() == textOf(kinds / 2));
-  };
-  cases.push_back({.name = "query.text",
-                   .size = size,
-                   .items = size,
-                   .sides = {{"ours", ourSide<Variable>(modelOfTexts, size, whereText)},
-                             {"raw", rawSide<Variable>(textOf, size)}}});
+                   .sides = sidesOf<ArrayElem>(
+                       size, numberOf,
+                       [](auto& builder, std::uint16_t value) { builder->basicSetIndex(value); },
+                       [](const auto& element) { return element.index(); })});
+  cases.push_back(
+      {.name = "query.text",
+       .size = size,
+       .items = size,
+       .sides = sidesOf<Variable>(
+           size, textOf,
+           [](auto& builder, std::string value) { builder->basicSetName(std::move(value)); },
+           [](const auto& variable) { return variable.name(); })});
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/container/small_vector.hpp>
+#include <boost/core/noncopyable.hpp>
 #include <span>
 #include <sstream>
 #include <utility>
@@ -17,11 +18,8 @@ constexpr std::string_view optionalPrefix = "opt_";
 
 /// The values of one call, which are let go of by way of the domains, as they may be the last ones
 /// to hold their objects.
-class Values {
+class Values : boost::noncopyable {
  public:
-  Values() = default;
-  Values(const Values&) = delete;
-  Values& operator=(const Values&) = delete;
   ~Values() {
     for (Value& value : values_) Domains::getInstance().drop(std::move(value));
   }

@@ -2,6 +2,8 @@
 
 #include <pybind11/pybind11.h>
 
+#include <boost/core/noncopyable.hpp>
+
 #include <atomic>
 #include <exception>
 #include <optional>
@@ -22,11 +24,9 @@ namespace py = pybind11;
 /// then wait. A call that is given no object touches no domain that another one may be busy with.
 ///
 /// All members are called under the interpreter lock, which guards what is kept here.
-class Domains {
+class Domains : boost::noncopyable {
  public:
   static Domains& getInstance();
-  Domains(const Domains&) = delete;
-  Domains& operator=(const Domains&) = delete;
 
   /// Waits until no other thread is busy with the domains of these values. Throws
   /// `std::runtime_error` instead of waiting when the interpreter ends.
@@ -42,11 +42,8 @@ class Domains {
   }
 
   /// What a long call is busy with, from `begin` to the end of its life.
-  class Busy {
+  class Busy : boost::noncopyable {
    public:
-    Busy() = default;
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
     ~Busy() {
       if (!domains_.empty()) getInstance().end(domains_);
     }

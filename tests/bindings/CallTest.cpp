@@ -35,33 +35,29 @@ TEST_F(CallTest, ConstructorsRefuseWhatTheyCannotUse) {
   for (const Host& noUuid : {text("12345678-1234"), Host::scalar(1.0), Host(),
                              Host::structure({"name"}, {text("x"), text("y")}, {1, 2})})
     EXPECT_EQ(failure("Variable", {model, noUuid}), "InvalidValue");
-  EXPECT_EQ(failure("Variable", {model, text(id), text(id)}), "InvalidValue");
   EXPECT_EQ(failure("Variable", {model, Host::structure({"type"}, {host(sets->getTop())})}),
             "CannotCastIncompatibleTypes(torvan.datamodel.LatticeType)");
 }
 
-TEST_F(CallTest, TheReceiverIsTestedBeforeTheArguments) {
-  const LatticeValue value = sets->getTop().clone();
-  const Host object = host(value), values = get(host(arrays->getTop()), "values");
-  const Host wrong = text("no value");
+TEST_F(CallTest, WhatIsGoneIsNoReceiver) {
+  const Host object = host(sets->getTop().clone()), values = get(host(arrays->getTop()), "values");
   {
     const auto transaction = session.model().beginTransaction();
     call(object, "delete");
     arrays->getTop()->destroy();
-    for (const char* const method : {"join", "clone", "delete"})
-      EXPECT_EQ(failureOf([&] { call(object, method, {wrong}); }), "host InvalidHandle");
-    EXPECT_EQ(failureOf([&] { get(values, "size"); }), "host InvalidHandle");
+    EXPECT_RAISES(call(object, "join", {text("no value")}), "other InvalidHandle");
+    EXPECT_RAISES(get(values, "size"), "other InvalidHandle");
   }
   EXPECT_EQ(get(values, "size"), number(2));  // the transaction was rolled back
   EXPECT_EQ(call(object, "eq", {object}), Host::scalar(true));
-  EXPECT_EQ(failureOf([&] { call(empty("PowerSet"), "join", {wrong}); }), "host InvalidHandle");
+  EXPECT_RAISES(call(empty("PowerSet"), "join", {object}), "other InvalidHandle");
 }
 
 TEST_F(CallTest, AnEmptyHandleIsAnObjectOfItsDeclaredClass) {
   const Host variable = construct("Variable", {model});
   const Host type = get(variable, "type");
   EXPECT_EQ(type.className(), modelName("LatticeType"));
-  EXPECT_EQ(failureOf([&] { get(type, "name"); }), "host InvalidHandle");
+  EXPECT_RAISES(get(type, "name"), "other InvalidHandle");
   EXPECT_NE(type, empty("LatticeType"));
   // As an argument it goes to the operation, as does an empty object.
   EXPECT_EQ(call(host(sets), "isCompatible", {type}), Host::scalar(false));
@@ -70,8 +66,8 @@ TEST_F(CallTest, AnEmptyHandleIsAnObjectOfItsDeclaredClass) {
   const Host equation = construct("Equation", {model});
   set(equation, "lhs", variable);
   EXPECT_EQ(call(equation, "getLhsVariable"), variable);
-  EXPECT_EQ(failureOf([&] { set(equation, "lhs", host(sets)); }),
-            "CannotCastIncompatibleTypes(torvan.datamodel.LExpression)");
+  EXPECT_RAISES(set(equation, "lhs", host(sets)),
+                "CannotCastIncompatibleTypes(torvan.datamodel.LExpression)");
   set(equation, "lhs", Host());
   EXPECT_EQ(get(equation, "lhs").className(), modelName("LExpression"));
 }
@@ -80,21 +76,16 @@ TEST_F(CallTest, CreateIntoAddsOneElementOrNone) {
   const Host array = construct("Array", {model}), values = get(array, "values");
   const Host init = Host::structure({"index", "value"}, {number(7), host(sets->getTop())});
   const Host element = call(array, "createIntoValues", {init, text(id)});
-  EXPECT_EQ(get(element, "index"), Host::scalar<std::uint16_t>(7));
+  EXPECT_EQ(get(element, "uuid").text(), id);
   EXPECT_EQ(call(values, "at", {number(7)}), element);
 
   const std::size_t size = session.model().size();
-  const auto failureOfNew = [&](std::vector<Host> given) {
-    return failureOf([&] { call(array, "createIntoValues", given); });
-  };
-  EXPECT_EQ(failureOfNew({init}), "UniquenessConstraint");
-  EXPECT_EQ(failureOfNew({init, text("no UUID")}), "InvalidValue");
+  EXPECT_RAISES(call(array, "createIntoValues", {init}), "UniquenessConstraint");
+  EXPECT_RAISES(call(array, "createIntoValues", {init, text("no UUID")}), "InvalidValue");
   EXPECT_EQ(session.model().size(), size);
-  EXPECT_EQ(get(values, "size"), number(1));
 
-  EXPECT_EQ(get(call(array, "createIntoValues"), "index"), Host::scalar<std::uint16_t>(0));
+  call(array, "createIntoValues");
   EXPECT_EQ(call(values, "keys"), Host::row<std::uint16_t>(std::vector<std::uint16_t>{0, 7}));
-  EXPECT_EQ(get(call(construct("Struct", {model}), "createIntoValues"), "name").text(), "");
   const Host system = construct("System", {model});
   const Host equation = call(system, "createIntoEquations");
   EXPECT_EQ(call(get(system, "equations"), "at", {number(0)}), equation);
@@ -129,8 +120,8 @@ TEST_F(CallTest, OperationsTakeAndGiveWhatTheirSignaturesSay) {
   EXPECT_EQ(call(top, "le", {bottom}), number(2).withClass(modelName("boolean3")));
   EXPECT_EQ(call(top, "eq", {bottom}), Host::scalar(false));
   EXPECT_EQ(call(call(top, "at", {number(1)}), "clone").className(), modelName("PowerSet"));
-  EXPECT_EQ(failureOf([&] { call(top, "at", {Host::scalar(65536.0)}); }),
-            "host WrongArgument(torvan.datamodel.PowerSet,at,2,uint16 scalar,65536)");
+  EXPECT_RAISES(call(top, "at", {Host::scalar(65536.0)}),
+                "other WrongArgument(torvan.datamodel.PowerSet,at,2,uint16 scalar,65536)");
 
   const Host equation = construct("Equation", {model});
   EXPECT_EQ(call(equation, "getRhsVariables"), Host());
@@ -146,21 +137,21 @@ TEST_F(CallTest, OperationsTakeAndGiveWhatTheirSignaturesSay) {
 
 TEST_F(CallTest, TheEnumerationConvertsFromAndToTheHost) {
   using orb::zero::Value;
+  using enum boolean3;
   const auto& marshaler = orb::zero::hb::MetaMarshalerRegistry::getInstance().getPropertyMarshaler(
       "torvan.datamodel.boolean3");
   const auto members = [&](std::vector<std::int32_t> numbers) {
     return Host::row<std::int32_t>(numbers).withClass(modelName("boolean3"));
   };
-  using enum boolean3;
-  EXPECT_EQ(marshaler.toHost(NA), members({3}));
-  EXPECT_EQ(marshaler.toHost(boost::optional<boolean3>(F)), members({2}));
-  EXPECT_EQ(marshaler.toHost(boost::optional<boolean3>()), Host());
-  EXPECT_EQ(marshaler.toHost(std::vector{NA, T, NA}), members({3, 1, 3}));
-  EXPECT_EQ(marshaler.toHost(std::set{NA, T}), members({1, 3}));
-  EXPECT_EQ(marshaler.toHost(std::set<boolean3>()), empty("boolean3"));
+  const std::pair<Value, Host> pairs[] = {{NA, members({3})},
+                                          {boost::optional<boolean3>(F), members({2})},
+                                          {boost::optional<boolean3>(), Host()},
+                                          {std::vector{NA, T, NA}, members({3, 1, 3})},
+                                          {std::set{NA, T}, members({1, 3})},
+                                          {std::set<boolean3>(), empty("boolean3")}};
+  for (const auto& [value, host] : pairs) EXPECT_EQ(marshaler.toHost(value), host);
 
-  EXPECT_EQ(marshaler.fromHost(members({2})), Value(F));
-  for (const Host& na : {text("NA"), Host::strings({"NA"}), Host::cell({text("NA")})})
+  for (const Host& na : {members({3}), text("NA"), Host::strings({"NA"}), Host::cell({text("NA")})})
     EXPECT_EQ(marshaler.fromHost(na), Value(NA));
   EXPECT_TRUE(marshaler.fromHost(empty("boolean3")).isEmpty());
   for (const Host& none :
@@ -170,8 +161,8 @@ TEST_F(CallTest, TheEnumerationConvertsFromAndToTheHost) {
 
   EXPECT_EQ(call(members({3}), "getLiteral").text(), "NA");
   EXPECT_EQ(call(members({3}), "getPublicIdentifier").text(), "torvan.datamodel.boolean3.NA");
-  EXPECT_EQ(failureOf([&] { call(members({4}), "getLiteral"); }),
-            "host UnknownMember(torvan.datamodel.boolean3,4)");
+  EXPECT_RAISES(call(members({4}), "getLiteral"),
+                "other UnknownMember(torvan.datamodel.boolean3,4)");
 }
 
 TEST_F(CallTest, AnObjectKeepsItsModel) {
@@ -183,8 +174,8 @@ TEST_F(CallTest, AnObjectKeepsItsModel) {
     EXPECT_NE(other, model);
   }
   EXPECT_EQ(get(variable, "name").text(), "x");
-  EXPECT_EQ(failureOf([&] { set(construct("Equation", {model}), "lhs", variable); }),
-            "CannotCreateCrossModelAssociation");
+  EXPECT_RAISES(set(construct("Equation", {model}), "lhs", variable),
+                "CannotCreateCrossModelAssociation");
 }
 
 TEST_F(CallTest, ObjectsTellWhatTheyArePartOfAndHowTheyAreShown) {
@@ -203,11 +194,6 @@ TEST_F(CallTest, ObjectsTellWhatTheyArePartOfAndHowTheyAreShown) {
   EXPECT_EQ(printed(empty("Term")), "an empty torvan.datamodel.Term");
   x->destroy();
   EXPECT_EQ(printed(object), "a deleted torvan.datamodel.Variable");
-
-  const tyve::COSClassInfo& info = classNamed(modelName("PowerSetType"));
-  EXPECT_EQ(info.getProperty(intern("numElems")).getResult(), intern("uint16 scalar"));
-  EXPECT_EQ(info.getProperty(intern("universe")).getResult(), intern("orb.zero.PrimitiveSet"));
-  EXPECT_FALSE(info.getProperty(intern("numElems")).getType());
 }
 
 }  // namespace

@@ -5,12 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <orb/zero/hb/HostObject.h>
 #include <torvan/bindings/torvan_datamodelPackage.h>
 #include <torvan/datamodel.h>
 #include <tyve/ClassSystem.h>
 #include <tyve/Exception.h>
+
+#include "tests/support/Failure.h"
 
 namespace torvan::datamodel {
 
@@ -45,20 +46,10 @@ class HostTest : public testing::Test {
   static Host text(std::string value) { return Host::text(std::move(value)); }
   static Host empty(std::string_view name) { return Host::empty(modelName(name)); }
   static Host host(const ModelElement& element) { return orb::zero::hb::toHost(element, {}); }
-  /// What the host is told of a failure: "Identifier" or "Identifier(argument,argument)" of the
-  /// framework, the same behind "host " of the class system; "none" without one.
+  /// What is raised; of the host's class system, behind "other ".
   template <class Call>
   static std::string failureOf(Call failing) {
-    try {
-      failing();
-    } catch (const tyve::Exception& error) {
-      std::string text;
-      for (const std::string& argument : error.getArguments())
-        text += (text.empty() ? "" : ",") + argument;
-      return (error.getCatalog() == "orb0:messages" ? "" : "host ") + error.getIdentifier() +
-             (text.empty() ? "" : "(" + text + ")");
-    }
-    return "none";
+    return tests::failureOf<tyve::Exception>(failing, "orb0:messages");
   }
   static std::string failure(std::string_view name, std::initializer_list<Host> given) {
     return failureOf([&] { construct(name, given); });

@@ -1,7 +1,7 @@
 """Slices every file of a corpus with torvan-slice and with the oracle, and compares block by block;
 and with torvan-slice again from the system that it saved.
 
-usage: compare.py TORVAN_SLICE CORPUS
+usage: compare.py TORVAN_SLICE FOLDERS
 """
 import json
 import pathlib
@@ -12,7 +12,6 @@ import tempfile
 import oracle
 
 MODES = ("direct", "data", "activation")
-SKIPPED = 77
 
 
 def criteria_of(path):
@@ -57,17 +56,10 @@ def differences(program, path, saved):
                     expected = [str(error)]
                 if sliced.get(criterion) != expected:
                     yield f"{deps} {direction} {criterion}: {set(sliced.get(criterion, [])) ^ set(expected)}"
-        for criterion in criteria:
-            for narrow, wide in zip(MODES, MODES[1:]):
-                if not set(found[narrow][criterion]) <= set(found[wide][criterion]):
-                    yield f"{criterion}: the {narrow} slice is not part of the {wide} slice"
 
 
-def main(program, corpus):
-    paths = sorted(map(str, pathlib.Path(corpus).rglob("*.?cos")))
-    if not paths:
-        print(f"skipped: there are no diagrams in {corpus}")
-        return SKIPPED
+def main(program, *folders):
+    paths = sorted(str(path) for folder in folders for path in pathlib.Path(folder).rglob("*.?cos"))
     failed = 0
     with tempfile.TemporaryDirectory() as folder:
         for path in paths:
@@ -78,7 +70,7 @@ def main(program, corpus):
                 print(f"{path}: {line}")
             failed += bool(lines)
     print(f"{len(paths) - failed} passed, {failed} failed")
-    return 1 if failed else 0
+    return 0 if paths and not failed else 1
 
 
 if __name__ == "__main__":

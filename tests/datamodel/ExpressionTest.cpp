@@ -29,7 +29,7 @@ TEST_F(ExpressionTest, StructRefHasTheTypeOfTheField) {
   EXPECT_FALSE(expressions.createStructRef(r, "unknown")->hasType());
   EXPECT_FALSE(expressions.createStructRef(variable("u"), "a")->hasType());
   const auto before = snapshot(model);
-  EXPECT_EQ(failureOf([&] { expressions.createStructRef(x, "a"); }), castFailure<StructType>());
+  EXPECT_RAISES(expressions.createStructRef(x, "a"), castFailure<StructType>());
   EXPECT_EQ(snapshot(model), before);
 }
 
@@ -66,27 +66,22 @@ TEST_F(ExpressionTest, SystemExistsFromTheStart) {
 }
 
 TEST_F(ExpressionTest, BuilderOutlivesItsSession) {
-  std::unique_ptr<SystemBuilder> builder = Session().createSystemBuilder();
+  const std::unique_ptr<SystemBuilder> builder = Session().createSystemBuilder();
   EXPECT_TRUE(builder->addEquation({}, {}));
-  const System system = builder->build();
-  builder.reset();
-  EXPECT_EQ(system->getEquations().size(), 1U);
+  EXPECT_EQ(builder->build()->getEquations().size(), 1U);
 }
 
 TEST_F(ExpressionTest, EquationTellsItsVariables) {
   const auto builder = session.createSystemBuilder();
-  const Variable z = variable("z");
-  const LExpression place =
-      expressions.createIndexRef(expressions.createStructRef(r, "unknown"), 2, 3);
-  const Equation equation = builder->addEquation(place, expressions.createJoin({y, z, y}));
+  const StructRef part = expressions.createStructRef(r, "b"),
+                  none = expressions.createStructRef({}, "b");
+  const Equation equation =
+      builder->addEquation(expressions.createIndexRef(part, 2), expressions.createJoin({y, x, y}));
   EXPECT_TRUE(equation.getLhsVariable() == r);
-  EXPECT_EQ(equation.getRhsVariables(), (std::vector{y, z, y}));
-  EXPECT_EQ(equation.print(), "IndexRef(StructRef(r,'unknown'),2 : 3) = Join(y,z,y)");
-
-  const Equation empty = builder->addEquation(expressions.createStructRef({}, "a"), {});
-  EXPECT_FALSE(empty.getLhsVariable());
+  EXPECT_EQ(equation.getRhsVariables(), (std::vector{y, x, y}));
+  const Equation empty = builder->addEquation(none, {});
+  EXPECT_FALSE(empty.getLhsVariable() || builder->addEquation({}, x).getLhsVariable());
   EXPECT_TRUE(empty.getRhsVariables().empty());
-  EXPECT_FALSE(builder->addEquation({}, x).getLhsVariable());
 }
 
 TEST_F(ExpressionTest, OperandsOfAnotherModelAreRefusedAndNothingIsMade) {

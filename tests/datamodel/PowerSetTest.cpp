@@ -8,9 +8,6 @@ namespace {
 
 class PowerSetTest : public SessionTest {
  protected:
-  PowerSet bits(std::size_t length, std::initializer_list<std::size_t> elements) {
-    return values.createPowerSet({}, bitsOf(length, elements));
-  }
   static BitSet at(const PowerSet& set, std::uint16_t start, std::uint16_t end = 0) {
     return PowerSet(set.at(start, end))->getValue();
   }
@@ -45,10 +42,10 @@ TEST_F(PowerSetTest, MissingBitsReadAsZeroInTheOrder) {
 TEST_F(PowerSetTest, RightOperandMustBeAPowerSet) {
   const PowerSet value = bits(1, {1});
   for (const LatticeValue& other : {LatticeValue(make<Struct>()), LatticeValue()}) {
-    EXPECT_EQ(failureOf([&] { value.join(other); }), castFailure<PowerSet>());
-    EXPECT_EQ(failureOf([&] { value.meet(other); }), castFailure<PowerSet>());
-    EXPECT_EQ(failureOf([&] { value.le(other); }), castFailure<PowerSet>());
-    EXPECT_EQ(failureOf([&] { value.eq(other); }), castFailure<PowerSet>());
+    EXPECT_RAISES(value.join(other), castFailure<PowerSet>());
+    EXPECT_RAISES(value.meet(other), castFailure<PowerSet>());
+    EXPECT_RAISES(value.le(other), castFailure<PowerSet>());
+    EXPECT_RAISES(value.eq(other), castFailure<PowerSet>());
   }
 }
 
@@ -131,6 +128,28 @@ TEST_F(PowerSetTest, ResultsThatEqualAnOperandAreSetsOfTheirOwn) {
     EXPECT_EQ(address, &clone->getValue());
   }
   EXPECT_EQ(*address, BitSet(3));
+}
+
+TEST_F(PowerSetTest, JoinIntoChangesOnlyASetThatTheHandleAloneHolds) {
+  const PowerSetType type = sets(300);
+  const PowerSet more = set(type, {2});
+  LatticeValue value = set(type, {1});
+  const auto* const element = value.get();
+  EXPECT_TRUE(joinInto(value, more));
+  EXPECT_FALSE(joinInto(value, more));
+  EXPECT_EQ(value.get(), element);
+  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2}));
+  {
+    const Transaction undone(model);
+    EXPECT_TRUE(joinInto(value, set(type, {300})));
+  }
+  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2}));
+
+  const LatticeValue before = value;
+  EXPECT_TRUE(joinInto(value, set(type, {4})));
+  EXPECT_EQ(valueOf(before), bitsOf(300, {1, 2}));
+  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2, 4}));
+  EXPECT_FALSE(joinInto(value, set(sets(400), {400}))) << "beyond its length";
 }
 
 }  // namespace

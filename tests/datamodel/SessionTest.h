@@ -52,6 +52,21 @@ class SessionTest : public testing::Test {
     builder->basicSetName(name);
     return builder.create();
   }
+  System systemOf(const std::vector<Equation>& equations) {
+    const System system = make<System>();
+    for (const Equation& each : equations) system->getEquations().add(each);
+    return system;
+  }
+  /// A set without a type.
+  PowerSet bits(std::size_t length, std::initializer_list<std::size_t> elements) {
+    return values.createPowerSet({}, bitsOf(length, elements));
+  }
+  template <class Changes>
+  void inTransaction(Changes changes) {
+    Transaction transaction(model);
+    changes();
+    transaction.commit();
+  }
   template <class X>
   X make() {
     return X::create(model, model.newUuid());

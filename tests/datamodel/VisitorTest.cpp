@@ -56,6 +56,7 @@ TEST_F(VisitorTest, WhatIsEmptyKeepsItsSeparators) {
   expect(expressions.createConditional({}, {}, x), "Conditional(ctrlExpr: ,,x)", "x");
   expect(expressions.createStructRef({}, ""), "StructRef(,'')", "");
   expect(session.createSystemBuilder()->addEquation({}, x), " = x", "");
+  expect(session.createSystemBuilder()->addEquation(x, y), "x = y", "");
 }
 
 TEST_F(VisitorTest, OtherElementsHaveNoText) {

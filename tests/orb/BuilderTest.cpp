@@ -26,9 +26,9 @@ TEST_F(BuilderTest, StagedElementIsNotPartOfTheModel) {
   const Struct record = builder.create();
   EXPECT_EQ(model.size(), before + 3);
   EXPECT_TRUE(record->getType() == type && record->getValues()["a"]->getContainer() == record);
-  EXPECT_EQ(failureOf([&] { builder.create(); }), "InvalidValue");
-  EXPECT_EQ(failureOf([&] { builder.create(model.newUuid()); }), "InvalidValue");
-  EXPECT_EQ(failureOf([&] { builder->hasType(); }), "InvalidValue");
+  EXPECT_RAISES(builder.create(), "InvalidValue");
+  EXPECT_RAISES(builder.create(model.newUuid()), "InvalidValue");
+  EXPECT_RAISES(builder->hasType(), "InvalidValue");
   FieldElem::Builder part(model);
   EXPECT_TRUE(record->createIntoValues(part, model.newUuid())->getContainer() == record);
   expectConsistent(model);
@@ -42,15 +42,15 @@ TEST_F(BuilderTest, RefusedPartsLeaveNothing) {
   for (int i = 0; i < 2; ++i) twice.add(Struct::values(), fieldBuilder(model, "a"));
   unfit.add(Struct::values(), fieldBuilder(model, "a"));
   unfit.add(Struct::values(), std::make_unique<Equation::Builder>(model));
-  EXPECT_EQ(failureOf([&] { twice.create(); }), "UniquenessConstraint");
-  EXPECT_EQ(failureOf([&] { unfit.create(); }),
-            "CannotAddIncompatibleTypes(torvan.datamodel.Equation,torvan.datamodel.FieldElem)");
-  EXPECT_EQ(failureOf([&] { twice.add(Struct::values(), fieldBuilder(foreign, "a")); }),
-            "CannotCreateCrossModelAssociation");
-  EXPECT_EQ(failureOf([&] { twice.add(Struct::values(), nullptr); }), "InvalidValue");
+  EXPECT_RAISES(twice.create(), "UniquenessConstraint");
+  EXPECT_RAISES(unfit.create(),
+                "CannotAddIncompatibleTypes(torvan.datamodel.Equation,torvan.datamodel.FieldElem)");
+  EXPECT_RAISES(twice.add(Struct::values(), fieldBuilder(foreign, "a")),
+                "CannotCreateCrossModelAssociation");
+  EXPECT_RAISES(twice.add(Struct::values(), nullptr), "InvalidValue");
   FieldElem::Builder part(foreign);
-  EXPECT_EQ(failureOf([&] { record->createIntoValues(part, model.newUuid()); }),
-            "CannotCreateCrossModelAssociation");
+  EXPECT_RAISES(record->createIntoValues(part, model.newUuid()),
+                "CannotCreateCrossModelAssociation");
   EXPECT_EQ(snapshot(model) + snapshot(foreign), before);
 }
 

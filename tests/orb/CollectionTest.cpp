@@ -34,7 +34,7 @@ TEST_F(CollectionTest, RenamingMovesTheKey) {
   EXPECT_TRUE(type->getFields()["c"] == a);
   EXPECT_FALSE(type->getFields().contains("a"));
   EXPECT_TRUE(Struct(type->getTop())->getValues().contains("a"));  // values keep their names
-  EXPECT_EQ(failureOf([&] { a->setName("b"); }), "UniquenessConstraint");
+  EXPECT_RAISES(a->setName("b"), "UniquenessConstraint");
   EXPECT_EQ(a->getName(), "c");
   const FieldType unnamed = make<FieldType>();
   type->getFields().insert(unnamed);
@@ -44,10 +44,9 @@ TEST_F(CollectionTest, RenamingMovesTheKey) {
 }
 
 TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {
-  const System system = make<System>();
+  const std::vector all{make<Equation>(), make<Equation>(), make<Equation>(), make<Equation>()};
+  const System system = systemOf(all);
   auto& equations = system->getEquations();
-  std::vector<Equation> all;
-  for (int i = 0; i < 4; ++i) equations.add(all.emplace_back(make<Equation>()));
   std::vector<Equation> visited;
   for (const Equation& equation : equations) {
     visited.push_back(equation);
@@ -60,16 +59,13 @@ TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {
 }
 
 TEST_F(CollectionTest, OwnedSequenceReplaces) {
-  const System system = make<System>(), other = make<System>();
-  auto& equations = system->getEquations();
   const Equation a = make<Equation>(), b = make<Equation>(), c = make<Equation>();
-  equations.add(a);
-  equations.add(b);
-  other->getEquations().add(c);
+  const System system = systemOf({a, b}), other = systemOf({c});
+  auto& equations = system->getEquations();
   equations.set(0, a);
   equations.add(a);  // is there already and stays
   EXPECT_EQ(equations.size(), 2U);
-  EXPECT_EQ(failureOf([&] { equations.set(0, b); }), "CannotAddSecondObject");
+  EXPECT_RAISES(equations.set(0, b), "CannotAddSecondObject");
   equations.set(0, c);
   EXPECT_TRUE(equations[0] == c && equations[1] == b);
   EXPECT_TRUE(a && !a->getContainer());

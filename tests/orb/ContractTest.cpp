@@ -124,7 +124,7 @@ void expectRefused(const Subject& s) {
   }
   const ModelElement proxy = s.model.createProxy(s.element->getMetaClass(), s.model.newUuid());
   for (const Value& given : {s.other, alien, Value(true), Value()})
-    EXPECT_EQ(failureOf([&] { proxy->setPropertyValue(s.property, given); }), "CannotModifyProxy");
+    EXPECT_RAISES(proxy->setPropertyValue(s.property, given), "CannotModifyProxy");
   EXPECT_TRUE(proxy->getPropertyValue(s.property) == s.unset);
 
   Model::Freezer::freeze(s.model);
@@ -167,9 +167,9 @@ TYPED_TEST(ContractTest, CreatesUnsetElementOrRefuses) {
   const ClassInfo& type = TypeParam::metaClass();
   const orb::zero::uuid id = this->model.newUuid();
   if (type.isAbstract()) {
-    EXPECT_EQ(failureOf([&] { TypeParam::create(this->model, id); }), "InvalidValue");
-    EXPECT_EQ(failureOf([&] { typename TypeParam::Builder builder(this->model); }), "InvalidValue");
-    EXPECT_EQ(failureOf([&] { TypeParam::createProxy(this->model, id); }), "InvalidValue");
+    EXPECT_RAISES(TypeParam::create(this->model, id), "InvalidValue");
+    EXPECT_RAISES(typename TypeParam::Builder builder(this->model), "InvalidValue");
+    EXPECT_RAISES(TypeParam::createProxy(this->model, id), "InvalidValue");
     EXPECT_EQ(this->model.size(), 0U);
     return;
   }
@@ -192,8 +192,7 @@ TYPED_TEST(ContractTest, BuilderTakesAllValues) {
   std::vector<Value> given;
   for (const Property* property : type.all) {
     const Value value = given.emplace_back(fit(this->model, *property, 2));
-    EXPECT_EQ(failureOf([&] { builder->setOrAdd(*property, Value(true)); }),
-              castFailure(property->typeName()));
+    EXPECT_RAISES(builder->setOrAdd(*property, Value(true)), castFailure(property->typeName()));
     EXPECT_EQ(builder->setOrAdd(*property, value), property->position);
     EXPECT_EQ(builder->given().count(), given.size());
     EXPECT_EQ(builder->doClear(*property), property->position);
@@ -217,8 +216,8 @@ TYPED_TEST(ContractTest, BuilderTakesAllValues) {
     EXPECT_TRUE(element->getPropertyValue(*property) == value) << property->name;
     if (!(property->flags & meta::ReadOnly)) continue;
     for (const Value& key : {value, Value(true), Value()})
-      EXPECT_EQ(failureOf([&] { element->setPropertyValue(*property, key); }),
-                "CannotSetReadOnlyProperty(" + property->getQualifiedName() + ')');
+      EXPECT_RAISES(element->setPropertyValue(*property, key),
+                    "CannotSetReadOnlyProperty(" + property->getQualifiedName() + ')');
   }
   expectConsistent(this->model);
 }
@@ -245,7 +244,7 @@ TYPED_TEST(ContractTest, CreationAndDestructionAreUndone) {
     const Transaction transaction(this->model);
     created->destroy();
     EXPECT_FALSE(created);
-    EXPECT_EQ(failureOf([&] { created->getUuid(); }), castFailure(TypeParam::metaClass().name));
+    EXPECT_RAISES(created->getUuid(), castFailure(TypeParam::metaClass().name));
     expectConsistent(this->model);
   }
   EXPECT_TRUE(created);

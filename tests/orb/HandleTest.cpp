@@ -17,10 +17,10 @@ TEST_F(HandleTest, DownCastIsChecked) {
   const LatticeValue value = set(sets(3), {1}), empty, copy = empty;
   EXPECT_EQ(PowerSet(value)->getValue(), bitsOf(3, {1}));
   EXPECT_TRUE(IndexableValue{value} == value);
-  EXPECT_EQ(failureOf([&] { Struct{value}; }), castFailure<Struct>());
-  EXPECT_EQ(failureOf([&] { LExpression{value}; }), castFailure<LExpression>());
+  EXPECT_RAISES(Struct{value}, castFailure<Struct>());
+  EXPECT_RAISES(LExpression{value}, castFailure<LExpression>());
   EXPECT_TRUE(!copy && copy == empty && !Struct{empty});
-  EXPECT_EQ(failureOf([&] { empty.clone(); }), castFailure<LatticeValue>());
+  EXPECT_RAISES(empty.clone(), castFailure<LatticeValue>());
   value->destroy();
   EXPECT_TRUE(!PowerSet{value} && value != empty);  // a cast asks for the class alone
 }

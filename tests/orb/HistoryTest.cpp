@@ -16,19 +16,13 @@ class HistoryTest : public SessionTest {
     for (const char* name : {"a", "b", "c", "d"}) {
       equations.push_back(make<Equation>());
       equations.back()->setLhs(variable(name, p));
-      system->getEquations().add(equations.back());
     }
-  }
-  template <class Changes>
-  void inTransaction(Changes changes) {
-    Transaction transaction(model);
-    changes();
-    transaction.commit();
+    system = systemOf(equations);
   }
 
   PowerSetType p = sets(2);
   StructType record = types.createStructType("R", {"f", "g"}, {p, p});
-  System system = make<System>(), other = make<System>();
+  System system;
   std::vector<Equation> equations;
   Variable x = variable("x", p);
 };

@@ -29,9 +29,7 @@ class ListenerTest : public SessionTest {
   void listen() { model.addListener(diary); }
   template <class Changes>
   Lines newsOf(Changes changes) {
-    Transaction transaction(model);
-    changes();
-    transaction.commit();
+    inTransaction(changes);
     return diary->news();
   }
 
@@ -92,8 +90,7 @@ TEST_F(ListenerTest, EveryChangeOutsideOfATransactionIsToldOnce) {
 
 TEST_F(ListenerTest, DestructionIsToldAtWhatReferredToIt) {
   const Join join = expressions.createJoin({x, variable("y", p), x});
-  const System system = make<System>();
-  system->getEquations().add(make<Equation>());
+  const System system = systemOf({make<Equation>()});
   listen();
   x->destroy();
   EXPECT_EQ(diary->news(), Lines{"-Variable Join.operands:[gone,y,gone]>[y]"});

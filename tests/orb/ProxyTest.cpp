@@ -89,9 +89,8 @@ TEST_F(ProxyTest, ReferencesResolveInTheirPlaces) {
 TEST_F(ProxyTest, OwnedElementsKeepKeyAndPlaceBothWays) {
   const StructType record = types.createStructType("S", {"a", "b", "c"}, {sets(1), {}, {}});
   const FieldType b = record->getFields()["b"];
-  const System system = make<System>();
-  const Equation first = make<Equation>(), second = make<Equation>(), third = make<Equation>();
-  for (const Equation& equation : {first, second, third}) system->getEquations().add(equation);
+  const Equation first = make<Equation>(), second = make<Equation>();
+  const System system = systemOf({first, second, make<Equation>()});
   const auto state = snapshot(model);
   for (const bool isKept : {false, true}) {
     Transaction transaction(model);
@@ -149,8 +148,7 @@ TEST_F(ProxyTest, ReferencesBecomeProxies) {
   const Equation equation = make<Equation>();
   equation->setLhs(x);
   equation->setRhs(y);
-  const System system = make<System>();
-  system->getEquations().add(equation);
+  const System system = systemOf({equation});
   const auto state = snapshot(model);
   const auto kept = [&](bool owned, const std::optional<orb::zero::ProxyId>& only) {
     const Transaction transaction(model);

@@ -57,8 +57,8 @@ TEST_F(SerializerTest, StandardValuesReadBackAndOtherTextIsRefused) {
     EXPECT_FALSE(found->isTransient());
     EXPECT_EQ(found->serializeValue(each.value), each.text);
     EXPECT_EQ(found->parseValue(each.text), each.value);
-    EXPECT_EQ(failureOf([&] { found->serializeValue(boolean3::T); }),
-              "CannotCastIncompatibleTypes(" + std::string(each.type) + ")");
+    EXPECT_RAISES(found->serializeValue(boolean3::T),
+                  "CannotCastIncompatibleTypes(" + std::string(each.type) + ")");
     for (const std::string_view text : each.refused)
       EXPECT_EQ(parsing(found, text), refusalOf(text, each.type));
   }
@@ -87,23 +87,21 @@ TEST_F(SerializerTest, LiteralsHaveATextUnderEachKey) {
       EXPECT_EQ(found->parseValue(text), Value(literal));
       EXPECT_EQ(found->parseOptionalValue(text), Value(boost::optional<boolean3>(literal)));
     }
-    EXPECT_EQ(found->createDefaultValue(), Value(boolean3::T));
-    for (const std::string_view text : {"", "t", "na", "1"})
+    for (const std::string_view text : {"", "t", "1"})
       EXPECT_EQ(parsing(found, text), refusalOf(text, "torvan.datamodel.boolean3"));
-    EXPECT_EQ(failureOf([&] { found->serializeValue(static_cast<boolean3>(0)); }),
-              "CannotParseValue(0,torvan.datamodel.boolean3)");
+    EXPECT_RAISES(found->serializeValue(static_cast<boolean3>(0)),
+                  "CannotParseValue(0,torvan.datamodel.boolean3)");
   }
   EXPECT_FALSE(serializer("torvan.datamodel.boolean3", "id"));
+  EXPECT_EQ(serializer("torvan.datamodel.boolean3")->createDefaultValue(), Value(boolean3::T));
 }
 
 TEST_F(SerializerTest, BitsHaveNoText) {
   const auto bits = serializer("BitSet");
   ASSERT_TRUE(bits && bits->isTransient());
   EXPECT_EQ(bits->serializeValue(BitSet(3, 5)), "");
-  for (const std::string_view text : {"", "101", "anything"}) {
-    EXPECT_EQ(bits->parseValue(text), Value(BitSet()));
-    EXPECT_EQ(bits->parseOptionalValue(text), Value(boost::optional<BitSet>(BitSet())));
-  }
+  EXPECT_EQ(bits->parseValue("101"), Value(BitSet()));
+  EXPECT_EQ(bits->parseOptionalValue("101"), Value(boost::optional<BitSet>(BitSet())));
   EXPECT_EQ(bits->createDefaultValue(), Value(BitSet()));
   EXPECT_EQ(bits->createEmptyOptionalValue(), Value(boost::optional<BitSet>()));
 }
@@ -116,22 +114,10 @@ TEST_F(SerializerTest, ValuesAreCombinedInOrderOrAsASet) {
   EXPECT_EQ(bits->combineAsUnmanagedSetValue(type("BitSet"), given),
             Value(std::set<BitSet>{BitSet(2, 1), BitSet(2, 2)}));
 
-  const auto order = serializer("torvan.datamodel.boolean3");
   const Value mixed[] = {boolean3::NA, BitSet()};
-  for (const auto& [name, values] :
-       {std::pair<std::string_view, std::span<const Value>>{"BitSet", {}},
-        {"torvan.datamodel.boolean3", mixed}})
-    EXPECT_EQ(failureOf([&, name = name, values = values] {
-                order->combineAsUnmanagedSequenceValue(type(name), values);
-              }),
-              "CannotCastIncompatibleTypes(torvan.datamodel.boolean3)");
-}
-
-TEST_F(SerializerTest, GoWithTheirPackageAndComeBack) {
-  const auto before = serializer("BitSet");
-  MetaPackageTorvan_datamodel::getInstance().initialize();
-  EXPECT_TRUE(serializer("BitSet") && serializer("BitSet") != before);
-  EXPECT_EQ(before->serializeValue(BitSet(1)), "");  // who holds it may go on
+  EXPECT_RAISES(serializer("torvan.datamodel.boolean3")
+                    ->combineAsUnmanagedSequenceValue(type("torvan.datamodel.boolean3"), mixed),
+                "CannotCastIncompatibleTypes(torvan.datamodel.boolean3)");
 }
 
 }  // namespace

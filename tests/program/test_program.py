@@ -43,24 +43,6 @@ class ProgramTest(unittest.TestCase):
         self.assertTrue(ET.parse(picture).getroot().tag.endswith("svg"))
         self.assertEqual(list(self.folder.iterdir()), [picture])
 
-    def test_elements_of_a_vector_are_followed_apart(self):
-        lines = run(DIAGRAM, "--format", "json", *(word for k in ("", "[1]", "[2]")
-                    for word in ("--criterion", "SUPER_f#1/DEMUX#1.in1" + k))).stdout.splitlines()
-        whole, first, second = (set(json.loads(line)["blocks"]) for line in lines)
-        self.assertEqual(second, {"SUPER_f#1/DEMUX#1", "MUX#1", "GENSIN_f#1"})
-        self.assertLess(second, first)  # the first is part of a loop through both
-        self.assertEqual(first, whole)
-
-    def test_directions_mirror_each_other(self):
-        names = run(DIAGRAM, "--list", "blocks").stdout.split()
-        words = [word for name in names for word in ("--criterion", name)]
-        slices = {way: {line["criterion"]: line["blocks"] for line in map(
-            json.loads, run(DIAGRAM, "--format", "json", way, *words).stdout.splitlines())}
-            for way in ("--backward", "--forward")}
-        for a in names:
-            for b in names:
-                self.assertEqual(b in slices["--backward"][a], a in slices["--forward"][b], (a, b))
-
     def test_equations_use_the_whole_language(self):
         text = run(DIAGRAM, "--equations", "--criterion", "CMSCOPE#1").stdout
         for form in ("IndexRef(MUX#1,", "StructRef(DEMUX#1,'out1') = ", "Conditional(ctrlExpr: ", "Join("):

@@ -65,13 +65,9 @@ const Thing& thingOf(const Value& value) { return dynamic_cast<const Thing&>(*va
 Value sample(const std::string& name) {
   const Name mood = intern("test.probe.Mood");
   const Value thing = Value::object(intern("test.probe.Thing"), std::make_shared<Thing>(0));
-  if (name == "logical") return Value::scalar(true);
   if (name == "uint16") return Value::scalar(std::uint16_t{65535});
-  if (name == "double") return Value::scalar(0.5);
   if (name == "matrix") return Value::array<double>(std::vector<double>{1, 2, 3, 4}, {2, 2});
   if (name == "char") return Value::text("\xC3\xA4\xFF");  // the last byte is no UTF-8
-  if (name == "strings") return Value::strings({"a", "b"});
-  if (name == "cell") return Value::cell({Value::scalar(1)});
   if (name == "structs")
     return Value::structure({"f"}, {Value::scalar(1), Value::scalar(2)}, {1, 2});
   if (name == "member") return Value::scalar(-1).withClass(mood);

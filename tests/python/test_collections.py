@@ -21,6 +21,8 @@ def test_sequences(colours):
     assert list(names) == ["red", "green", "red"] == list(reversed(names))
     assert (names[0], names[-2]) == ("red", "green")
     assert (names[1:], names[::-2]) == (["green", "red"], ["red", "red"])
+    one = datamodel.PowerSetType(colours.model, {"universe": ["alone"]}).universe
+    assert one.values() == list(one) == ["alone"]  # no text
     assert "green" in names and "blue" not in names and 5 not in names
     assert names.index("green") == 1 and names.count("red") == 2
     for wrong in (3, -4, 2**31, 10**30):
@@ -28,11 +30,6 @@ def test_sequences(colours):
             names[wrong]
     with pytest.raises(TypeError):
         names["red"]
-
-
-def test_a_list_of_one_is_a_list(model):
-    one = datamodel.PowerSetType(model, {"universe": ["alone"]})
-    assert one.universe.values() == list(one.universe) == ["alone"]
 
 
 def test_maps(array):

@@ -1,7 +1,6 @@
 """Elements as Python objects."""
 
 import copy
-import gc
 import inspect
 import pickle
 import pydoc
@@ -38,10 +37,9 @@ def test_an_element_that_is_gone(colours, model):
         assert failure.value.identifier == "InvalidHandle"
 
 
-def test_an_empty_handle_is_of_its_declared_class(model):
+def test_an_empty_handle_is_false_and_none_of_many_an_empty_list(model):
     equation = datamodel.Equation(model)
-    assert type(equation.lhs) is datamodel.LExpression and not equation.lhs
-    repr(equation.lhs)
+    assert not equation.lhs and repr(equation.lhs)
     equation.lhs = datamodel.Variable(model)
     assert equation.lhs
     equation.lhs = None
@@ -51,18 +49,10 @@ def test_an_empty_handle_is_of_its_declared_class(model):
     assert equation.getRhsVariables() == [equation.rhs]
 
 
-def test_an_object_keeps_its_model():
-    variable = datamodel.Variable(orb.zero.Model(), {"name": "x"})
-    gc.collect()
-    assert variable.model.size == 1 and variable.name == "x"
-
-
 @pytest.mark.parametrize(
     "use, identifier, kind",
     [
         (lambda c: datamodel.Term(c.model), "AbstractClass", tyve.Error),
-        (lambda c: datamodel.Variable(c), "CannotCreateWithoutModel", tyve.Error),
-        (lambda c: datamodel.Variable(c.model, uuid="5"), "InvalidValue", tyve.Error),
         (lambda c: datamodel.Variable(c.model, {"no": 1}), "NoSuchProperty", tyve.Error),
         (lambda c: setattr(c, "name", "x"), "ReadOnlyProperty", AttributeError),
         (lambda c: c.isCompatible(), "WrongArgumentCount", TypeError),
@@ -70,7 +60,6 @@ def test_an_object_keeps_its_model():
         (lambda c: datamodel.PowerSetType.isCompatible(5, c), "WrongArgument", TypeError),
         (lambda c: type(c).name.__get__(c.top), "WrongArgument", TypeError),
         (lambda c: c.universe.at(3), "IndexOutOfRange", IndexError),
-        (lambda c: c.universe.at(2**31), "WrongArgument", TypeError),
     ],
 )
 def test_errors_of_the_library(colours, use, identifier, kind):
@@ -81,13 +70,6 @@ def test_errors_of_the_library(colours, use, identifier, kind):
     catalogs = ("NUMBAT:class", "orb0:messages")
     assert error.catalog in catalogs and all(isinstance(each, str) for each in error.arguments)
     assert str(pickle.loads(pickle.dumps(error))) == str(error)
-
-
-def test_a_refused_operation_leaves_nothing(model):
-    array = datamodel.Array(model)
-    with pytest.raises(tyve.Error):
-        array.at(2, 1)  # an empty range of an array without a type
-    assert model.size == 1
 
 
 def test_objects_cannot_be_copied_derived_from_or_given_attributes(model):
@@ -116,8 +98,6 @@ def test_members_of_the_enumeration(colours, model):
     order = datamodel.boolean3.F
     assert order == 2 and str(order) == f"{order}" == "F"
     assert [each.getLiteral() for each in datamodel.boolean3] == ["T", "F", "NA"]
-    assert order.getValue() == 2
-    assert order.getPublicIdentifier() == "torvan.datamodel.boolean3.F"
     assert pickle.loads(pickle.dumps(order)) is order
     with pytest.raises(TypeError):
         bool(order)

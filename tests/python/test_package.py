@@ -1,4 +1,4 @@
-"""What the modules offer, beside what is to be offered."""
+"""What the modules offer, and what their stubs say of it."""
 
 import os
 import subprocess
@@ -9,56 +9,40 @@ import orb.zero
 import orb.zero.meta
 import pytest
 import tyve
-from torvan import datamodel
-
-# Class, base, "new" for a constructor, properties ("=": can be set), methods.
-CLASSES = """
-Array IndexableValue new values createIntoValues() at() join() meet() le() eq() clone()
-ArrayElem ModelElement new index value=
-ArrayType LatticeType new elemType isCompatible()
-Conditional Expression new ctrlExpr operandTrue operandFalse
-Equation ModelElement new lhs= rhs= print() getLhsVariable() getRhsVariables()
-Expression Term
-FieldElem ModelElement new name value=
-FieldType ModelElement new name elemType
-IndexRef LExpression new expr startIndex endIndex
-IndexableValue LatticeValue at()
-Join Expression new operands
-LExpression Expression
-LatticeType ModelElement name numElems top bottom isCompatible()
-LatticeValue Term join() meet() le() eq() clone()
-Meet Expression new operands
-PowerSet IndexableValue new at() join() meet() le() eq() clone()
-PowerSetType LatticeType new universe isCompatible()
-Prune Expression new expr field
-Struct LatticeValue new values createIntoValues() at() join() meet() le() eq() clone() prune()
-StructRef LExpression new expr field
-StructType LatticeType new fields at() isCompatible()
-System ModelElement new equations createIntoEquations()
-Term ModelElement type
-Variable LExpression new name
-boolean3 Enumeration getValue() getLiteral() getPublicIdentifier()
-"""
+from torvan import datamodel, session
 
 
-def shown(cls):
-    told = tyve.describe(f"torvan.datamodel.{cls.__name__}")
-    words = [cls.__name__, cls.__base__.__name__, *["new"] * bool(told["constructor"])]
-    words += [each["name"] + "=" * (not each["read_only"]) for each in told["properties"]]
-    methods = [each["name"] for each in told["methods"] if each["name"] != "StaticMetaClass"]
-    assert all(name in vars(cls) for name in methods)
-    return " ".join(words + [name + "()" for name in methods])
+def described(name):
+    """What scripts rely on of a class, a line each:
+    class < superclass
+    class.property type, = for one that can be set
+    class.method(types of arguments) how many are optional, result, 'names of arguments'"""
+    told = tyve.describe(name)
+    calls = [told["constructor"]] * bool(told["constructor"]) + told["methods"]
+    assert all(each["documentation"] for each in [told, *told["properties"], *calls])
+    yield f"{name} < {told['superclass']}"
+    for each in told["properties"]:
+        yield f"{name}.{each['name']} {'' if each['read_only'] else '= '}{each['result']}"
+    for each in calls:
+        yield (f"{name}.{each['name']}({','.join(each['arguments'])}) {each['optional']} "
+               f"{each['result']} '{each['argument_names']}'" + " static" * each["static"])
 
 
-def test_classes_are_those_of_the_data_model():
-    offered = [shown(getattr(datamodel, name)) for name in datamodel.__all__]
-    assert offered == CLASSES.split("\n")[1:-1]
+def test_classes_never_change():
+    names = [f"{each.__name__}.{name}" for each in (datamodel, session) for name in each.__all__]
+    golden = Path(__file__).parent / "golden/classes.list"
+    assert [line for name in names for line in described(name)] == golden.read_text().splitlines()
+
+
+def test_classes_offer_what_is_described(colours):
     for name in datamodel.__all__[:-1]:
-        description = getattr(datamodel, name).StaticMetaClass()
+        cls, told = getattr(datamodel, name), tyve.describe(f"torvan.datamodel.{name}")
+        assert {each["name"] for each in told["properties"] + told["methods"]} <= {*vars(cls)}
+        description = cls.StaticMetaClass()
         assert type(description) is orb.zero.meta.Class and description.name == name
-
-
-def test_all_modules_offer_the_same_classes(colours):
+    for refused in (lambda: setattr(description, "name", "x"), lambda: description.delete()):
+        with pytest.raises(tyve.Error):
+            refused()
     assert datamodel.Variable.__mro__[-3] is orb.zero.ModelElement
     assert type(colours.universe) is orb.zero.PrimitiveSet
     assert type(colours.model) is orb.zero.Model

@@ -49,25 +49,6 @@ def test_errors_of_long_calls(probe):
     thing.work(1)  # the domain is free again
 
 
-def run(script):
-    command = [sys.executable, "-c", script]
-    return subprocess.run(command, capture_output=True, text=True, timeout=60)
-
-
-def test_concurrent_imports():
-    script = """
-import importlib, threading
-names = ["torvan.datamodel", "orb.zero.meta", "orb.zero"] * 3
-threads = [threading.Thread(target=importlib.import_module, args=(name,)) for name in names]
-for thread in threads: thread.start()
-for thread in threads: thread.join()
-import torvan.datamodel
-assert len(torvan.datamodel.__all__) == 25
-"""
-    done = run(script)
-    assert (done.returncode, done.stderr) == (0, "")
-
-
 def test_the_interpreter_ends_with_objects_left():
     script = """
 import atexit, sys, threading, orb.zero, torvan.datamodel as datamodel
@@ -88,5 +69,6 @@ threading.Thread(target=forever, daemon=True).start()
 threading.Thread(target=lambda: [kept.held.clone() for _ in iter(int, 1)], daemon=True).start()
 """
     for _ in range(5):
-        done = run(script)
+        done = subprocess.run([sys.executable, "-c", script],
+                              capture_output=True, text=True, timeout=60)
         assert (done.returncode, done.stdout) == (0, "a\n"), done.stderr

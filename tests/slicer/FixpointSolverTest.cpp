@@ -23,8 +23,7 @@ class FixpointSolverTest : public SessionTest {
   }
   static std::string bitsOf(const LatticeValue& value) {
     std::string text;
-    to_string(
-        PowerSet { value } -> getValue(), text);
+    to_string(PowerSet(value)->getValue(), text);
     return text;
   }
 
@@ -80,9 +79,7 @@ TEST_F(FixpointSolverTest, evaluatesAsOftenAsAPlainLoop) {
   FixpointSolver solver = solve();
   EXPECT_EQ(solver.statistics().evaluations, evaluations);
   for (std::size_t i = 0; i < size; ++i)
-    ASSERT_EQ(
-        PowerSet { solver.evaluate(variables[i]) } -> getValue(), BitSet(64, sums[i]))
-        << i;
+    ASSERT_EQ(PowerSet(solver.evaluate(variables[i]))->getValue(), BitSet(64, sums[i])) << i;
 
   solver.solve();
   EXPECT_EQ(solver.statistics().evaluations, evaluations + size) << "nothing grows any more";

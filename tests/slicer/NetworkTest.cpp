@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -115,25 +114,6 @@ TEST(NetworkTest, EveryImplicitPortDrivesAndReads) {
   ASSERT_EQ(network.nets().size(), 1U);
   EXPECT_EQ(network.nets()[0].drivers.size(), 2U);
   EXPECT_EQ(network.nets()[0].readers.size(), 2U);
-}
-
-TEST(NetworkTest, ExampleIsFullyConnected) {
-  const Diagram diagram = readDiagram(std::filesystem::path(TORVAN_EXAMPLES_DIR) / "room.xcos");
-  EXPECT_TRUE(diagram.warnings.empty());
-  const Network network(diagram);
-  EXPECT_EQ(network.leaves().size(), 17U);
-  std::size_t branches = 0;  // behind split blocks
-  for (const Net& net : network.nets()) {
-    EXPECT_EQ(net.drivers.size(), 1U);
-    branches += net.readers.size() - 1;
-  }
-  EXPECT_EQ(branches, 4U);
-  EXPECT_EQ(driversOf(network, "SUPER_f#1/DEMUX#1"), "MUX#1");
-  EXPECT_EQ(driversOf(network, "SUMMATION#1", 2), "SUPER_f#1/INTEGRAL_m#1");
-  const Leaf& mux = network.leaves().at(*network.findLeaf("MUX#1"));
-  EXPECT_TRUE(mux.feedthrough);
-  EXPECT_EQ(mux.exprs, (std::vector<std::string>{"[1;1]"}));
-  EXPECT_EQ(mux.ports[*mux.findPort(SignalKind::Data, Direction::Out, 1)].size, 2U);
 }
 
 }  // namespace

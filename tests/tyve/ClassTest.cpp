@@ -69,13 +69,12 @@ TEST(ClassTest, ThreadsThatComeAtOnceRegisterOnePackage) {
 
 TEST(ClassTest, NamesBelongToTheirPackage) {
   Package& top = hostSystem().addPackage(std::make_unique<Package>(intern("top")));
-  EXPECT_EQ(failureOf([&] { top.addSubPackage(std::make_unique<Package>(intern("other.in"))); }),
-            "NotInPackage(top,other.in)");
-  EXPECT_EQ(failureOf([&] { hostSystem().addPackage(std::make_unique<Package>(intern("a.b"))); }),
-            "NotInPackage(a.b)");
+  EXPECT_RAISES(top.addSubPackage(std::make_unique<Package>(intern("other.in"))),
+                "NotInPackage(top,other.in)");
+  EXPECT_RAISES(hostSystem().addPackage(std::make_unique<Package>(intern("a.b"))),
+                "NotInPackage(a.b)");
   EXPECT_FALSE(hostSystem().findPackage(intern("top.missing.deep")));
-  EXPECT_EQ(failureOf([] { hostSystem().getClass(intern("top.Missing")); }),
-            "UnknownClass(top.Missing)");
+  EXPECT_RAISES(hostSystem().getClass(intern("top.Missing")), "UnknownClass(top.Missing)");
 }
 
 TEST(ClassTest, MembersAreListedInOrderAndFoundAlongTheChain) {
@@ -90,14 +89,13 @@ TEST(ClassTest, MembersAreListedInOrderAndFoundAlongTheChain) {
   EXPECT_EQ(Zoo::classOf("Cat").getMethod(sound).getClass(), animal.getName());
   EXPECT_TRUE(puppy.getMethod(intern("count")).isStatic());
   EXPECT_EQ(puppy.getMethod(intern("count")).getDocumentation(), "How many kinds.");
-  EXPECT_EQ(failureOf([&] { puppy.getProperty(sound); }), "UnknownMember(test.zoo.Puppy,sound)");
+  EXPECT_RAISES(puppy.getProperty(sound), "UnknownMember(test.zoo.Puppy,sound)");
 
   COSClassInfo twice(intern("test.Twice"));
   twice.addProperty(sound, [](const Value& object) { return object; });
-  EXPECT_EQ(failureOf([&] { twice.addMethod(sound, {}, {}); }),
-            "DuplicateMember(test.Twice,sound)");
+  EXPECT_RAISES(twice.addMethod(sound, {}, {}), "DuplicateMember(test.Twice,sound)");
   twice.addSuperclass(intern("test.Missing"));
-  EXPECT_EQ(failureOf([&] { twice.findMethod(intern("x")); }), "UnknownClass(test.Missing)");
+  EXPECT_RAISES(twice.findMethod(intern("x")), "UnknownClass(test.Missing)");
 }
 
 TEST(ClassTest, EnumerationsAreMadeOfTheirValues) {
@@ -109,7 +107,7 @@ TEST(ClassTest, EnumerationsAreMadeOfTheirValues) {
   EXPECT_EQ(both.numbers<std::int32_t>()[1], 3);
   EXPECT_EQ(both.at(1), make({3}));
   EXPECT_EQ(make({}), Value::empty(mood.getName()));
-  EXPECT_EQ(failureOf([&] { make({3, 1}); }), "UnknownMember(test.zoo.Mood,1)");
+  EXPECT_RAISES(make({3, 1}), "UnknownMember(test.zoo.Mood,1)");
   EXPECT_TRUE(mood.isSubclassOf(intern("int32")) && !mood.getSuperclass());
   EXPECT_EQ(Zoo::call(make({-1}), "getValue"), Value::scalar(-1));
 }
@@ -127,12 +125,10 @@ TEST(ClassTest, HeterogeneousArraysHaveTheClassInCommon) {
   EXPECT_EQ(classOf({}), "");
   const Value all = hostSystem().makeHeterogeneous({cat, puppy});
   EXPECT_EQ(all.at(1), puppy);
-  EXPECT_EQ(failureOf([&] {
-              hostSystem().makeHeterogeneous({all.at(0), Value::scalar(1.5)});
-            }),
-            "WrongValue(object,1.5)");
-  EXPECT_EQ(failureOf([&] { hostSystem().announce(cat.native(), intern("test.zoo.Cow")); }),
-            "UnknownClass(test.zoo.Cow)");
+  EXPECT_RAISES(hostSystem().makeHeterogeneous({all.at(0), Value::scalar(1.5)}),
+                "WrongValue(object,1.5)");
+  EXPECT_RAISES(hostSystem().announce(cat.native(), intern("test.zoo.Cow")),
+                "UnknownClass(test.zoo.Cow)");
 }
 
 }  // namespace

@@ -5,27 +5,17 @@
 #include <string_view>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <tyve/ClassSystem.h>
 #include <tyve/Exception.h>
 #include <tyve/factory/Marshaler.h>
 
+#include "tests/support/Failure.h"
+
 namespace tyve {
 
-/// What a call raises: "Identifier" or "Identifier(argument,argument)"; "none" if it returns.
 template <class Call>
 std::string failureOf(Call call) {
-  try {
-    call();
-  } catch (const Exception& exception) {
-    EXPECT_EQ(exception.getCatalog(), "NUMBAT:class");
-    EXPECT_STRNE(exception.what(), "Message text unavailable");
-    std::string text;
-    for (const std::string& argument : exception.getArguments())
-      text += (text.empty() ? "" : ",") + argument;
-    return exception.getIdentifier() + (text.empty() ? "" : "(" + text + ")");
-  }
-  return "none";
+  return torvan::tests::failureOf<Exception>(call, "NUMBAT:class");
 }
 
 /// An animal, alive or not, equal to another one of its name.

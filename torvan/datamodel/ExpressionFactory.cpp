@@ -61,7 +61,7 @@ IndexRef ExpressionFactory::createIndexRef(const LExpression& expr, std::uint16_
   builder->basicSetEndIndex(end.value_or(start));
   const LatticeType type = typeOf(expr);
   if (type && type->getMetaClass().isKindOf(ArrayType::metaClass()))
-    builder->setType(ArrayType { type } -> getElemType());
+    builder->setType(ArrayType(type)->getElemType());
   else
     builder->setType(type);
   return builder.create();

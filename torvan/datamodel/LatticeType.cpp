@@ -44,14 +44,13 @@ bool PowerSetType::Impl::isCompatible(const LatticeType& other) const {
 bool ArrayType::Impl::isCompatible(const LatticeType& other) const {
   if (other.get() == this) return true;
   return isOfKind<ArrayType>(other) && getNumElems() == other->getNumElems() &&
-         areCompatible(
-             elemType_, ArrayType { other } -> getElemType());
+         areCompatible(elemType_, ArrayType(other)->getElemType());
 }
 
 bool StructType::Impl::isCompatible(const LatticeType& other) const {
   if (other.get() == this) return true;
   if (!isOfKind<StructType>(other)) return false;
-  const auto& others = StructType { other } -> getFields();
+  const auto& others = StructType(other)->getFields();
   for (const auto& [name, field] : fields_)
     if (const FieldType::Impl* const match = others.find(name))
       if (!areCompatible(field->getElemType(), match->getElemType())) return false;

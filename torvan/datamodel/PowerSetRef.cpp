@@ -17,7 +17,7 @@ PowerSetRef PowerSetRef::ref(std::uint16_t start, std::uint16_t end) const {
 }
 
 void PowerSetRef::assign(const LatticeValue& value) {
-  const BitSet source = PowerSet { value } -> bits().copy();  // a copy: it may be the very set
+  const BitSet source = PowerSet(value)->bits().copy();  // a copy: it may be the very set
   const std::size_t first = static_cast<std::uint16_t>(start_ - 1);
   const std::size_t last = std::min<std::size_t>(end_, bits_->size());
   for (std::size_t bit = first; bit < last; ++bit)

@@ -22,7 +22,7 @@ auto& alternative(Place& place) {
 /// Calls `step` for each slot and the array element that stands for it, in ascending order.
 template <class Slots, class Step>
 void zipSlotsWithElements(Slots& slots, const LatticeValue& array, Step step) {
-  const auto& elements = Array { array } -> getValues();
+  const auto& elements = Array(array)->getValues();
   assert(slots.size() == elements.size());
   auto slot = slots.begin();
   for (auto element = elements.begin(); slot != slots.end() && element != elements.end(); ++element)

@@ -43,22 +43,20 @@ class SessionPart : public tyve::NativeObject {
   std::shared_ptr<HostSession> host_;
 };
 
-struct SessionObject final : SessionPart {
-  static constexpr std::string_view hostClass = "torvan.session.Session";
+/// A session, or what it makes with: one class for each name.
+template <const std::string_view& name>
+struct NamedPart final : SessionPart {
+  static constexpr std::string_view hostClass = name;
   using SessionPart::SessionPart;
 };
-struct TypeFactoryObject final : SessionPart {
-  static constexpr std::string_view hostClass = "torvan.session.TypeFactory";
-  using SessionPart::SessionPart;
-};
-struct ValueFactoryObject final : SessionPart {
-  static constexpr std::string_view hostClass = "torvan.session.ValueFactory";
-  using SessionPart::SessionPart;
-};
-struct ExpressionFactoryObject final : SessionPart {
-  static constexpr std::string_view hostClass = "torvan.session.ExpressionFactory";
-  using SessionPart::SessionPart;
-};
+inline constexpr std::string_view sessionName = "torvan.session.Session";
+inline constexpr std::string_view typeFactoryName = "torvan.session.TypeFactory";
+inline constexpr std::string_view valueFactoryName = "torvan.session.ValueFactory";
+inline constexpr std::string_view expressionFactoryName = "torvan.session.ExpressionFactory";
+using SessionObject = NamedPart<sessionName>;
+using TypeFactoryObject = NamedPart<typeFactoryName>;
+using ValueFactoryObject = NamedPart<valueFactoryName>;
+using ExpressionFactoryObject = NamedPart<expressionFactoryName>;
 
 /// An object that is equal to itself only.
 class SingleObject : public tyve::NativeObject {
