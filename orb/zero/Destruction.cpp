@@ -23,21 +23,19 @@ void Model::Impl::destroy(Element& root, Element* replacement) {
     root.containment().services.replace(*root.container_, root, *replacement);
   else
     root.leaveContainer();
+  lose();
   Targets doomed;
   doomed.found.push_back(&root);
   for (std::size_t i = 0; i < doomed.found.size(); ++i) {  // grows while it runs
-    Element& owner = *doomed.found[i];
-    for (const meta::PropertyInfo* property : owner.getMetaClass().all)
-      if (property->isOwning) property->services.targets(owner, doomed);
-  }
-  lose();
-  for (Element* element : doomed.found) {
+    Element& element = *doomed.found[i];
+    for (const meta::PropertyInfo* property : element.getMetaClass().all)
+      if (property->isOwning) property->services.targets(element, doomed);
     transactions_.reserve();
-    auto record = std::unique_ptr<UndoRecord>(
-        new (*this) Existence(*element, Existence::Change::Destruction));
+    auto record =
+        std::unique_ptr<UndoRecord>(new (*this) Existence(element, Existence::Change::Destruction));
     transactions_.log(std::move(record));
-    element->life_ = Element::Life::Dying;
-    if (!element->isProxy()) --alive_;
+    element.life_ = Element::Life::Dying;
+    if (!element.isProxy()) --alive_;
   }
   disassociateIncoming(doomed.found, replacement);
   for (Element* element : doomed.found) element->life_ = Element::Life::Destroyed;
@@ -54,22 +52,18 @@ void Model::Impl::disassociate(Element& target) {
   target.life_ = Element::Life::Alive;
 }
 
-namespace {
-
-bool isUntracked(const ModelElement::Impl* element) {
-  return element->isUntracked() && element->slotCount() > 0;
-}
-
-}  // namespace
-
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
 void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Element* replacement) {
-  const auto areKnown = [&] { return std::none_of(targets.begin(), targets.end(), isUntracked); };
-  if (!areKnown()) referrers_.rebuild();
-  if (!areKnown()) referrers_.rebuildAll();
   std::vector<std::uint32_t> places;
-  if (areKnown()) {
-    for (const Element* target : targets) referrers_.find(*target, places);
+  const auto findAll = [&] {
+    places.clear();
+    for (const Element* target : targets) {
+      if (target->isUntracked() && target->slotCount() > 0) return false;
+      referrers_.find(*target, places);
+    }
+    return true;
+  };
+  if (findAll() || (referrers_.rebuild(), findAll()) || (referrers_.rebuildAll(), findAll())) {
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
   } else {  // for lack of memory

@@ -70,7 +70,10 @@ class KeyIndex {
     else
       return std::hash<Key>()(key) * 0x9E3779B97F4A7C15;
   }
-  std::size_t home(std::uint64_t hash) const noexcept { return (hash >> 32) & (table_.size() - 1); }
+  /// The highest bits of a product are the ones that all of its factors have a part in.
+  std::size_t home(std::uint64_t hash) const noexcept {
+    return hash >> (std::countl_zero(table_.size()) + 1);
+  }
   std::size_t next(std::size_t at) const noexcept { return (at + 1) & (table_.size() - 1); }
   void put(Entry entry) noexcept {
     std::size_t at = home(entry.hash);

@@ -25,8 +25,11 @@ const meta::PropertyInfo* ModelElement::Impl::getPropertyByIndex(int position) c
   return place < all.size() ? all[place] : nullptr;
 }
 
-void ModelElement::Impl::raiseNotOwn(std::string name) const {
-  raise("NoSuchProperty", {std::string(getMetaClass().name), std::move(name)});
+void ModelElement::Impl::raiseNotOwn(const meta::PropertyInfo& property) const {
+  raiseNotOwn(property.getQualifiedName());
+}
+void ModelElement::Impl::raiseNotOwn(std::string_view name) const {
+  raise("NoSuchProperty", {std::string(getMetaClass().name), std::string(name)});
 }
 
 bool ModelElement::Impl::hasPropertyValue(const meta::PropertyInfo& property) const {

@@ -10,6 +10,7 @@
 
 #include <orb/zero/Collection.h>
 #include <orb/zero/Exception.h>
+#include <orb/zero/PoolAllocator.h>
 
 namespace orb::zero {
 
@@ -18,7 +19,8 @@ namespace orb::zero {
 template <class Item>
 class Sequence : public Collection {
  public:
-  using Collection::Collection;
+  Sequence(ModelElement::Impl& element, Descriptor descriptor) noexcept
+      : Collection(element, descriptor), content_(PoolAllocator<Item>(element)) {}
 
   const Item& operator[](std::size_t place) const {
     checkPlace(place, size());
@@ -80,7 +82,7 @@ class Sequence : public Collection {
   void eraseIf(Test test) {
     if (std::none_of(begin(), end(), test)) return;
     Unit unit(owner());
-    std::vector<Item> left;
+    Items left(content_.get_allocator());
     left.reserve(size());
     std::remove_copy_if(begin(), end(), std::back_inserter(left), test);
     Content content{*this, std::move(left)};
@@ -90,9 +92,11 @@ class Sequence : public Collection {
       content.exchange(true);
     unit.commit();
   }
-  std::vector<Item>& content() noexcept { return content_; }
+  auto& content() noexcept { return content_; }
 
  private:
+  using Items = std::vector<Item, PoolAllocator<Item>>;  // near the element
+
   /// All items, in the place of all that were there.
   struct Content {
     void exchange(bool links) noexcept {
@@ -100,7 +104,7 @@ class Sequence : public Collection {
       for (std::size_t place = 0; links && place < sequence.size(); ++place) sequence.note(place);
     }
     Sequence& sequence;
-    std::vector<Item> other;
+    Items other;
   };
   /// An item that came or went. The vector never gives memory back, so that neither way needs any.
   struct Presence {
@@ -142,7 +146,7 @@ class Sequence : public Collection {
     return content_.begin() + static_cast<std::ptrdiff_t>(place);
   }
 
-  std::vector<Item> content_;
+  Items content_;
 };
 
 }  // namespace orb::zero

@@ -207,7 +207,7 @@ inline Value ModelElement::Impl::getPropertyValue(const meta::PropertyInfo& prop
 inline Value ModelElement::Impl::getPropertyValue(std::string_view name, ProxyTag tag) const {
   const meta::PropertyInfo* const property = getPropertyByName(name);
   if (!property) [[unlikely]]
-    raiseNotOwn(std::string(name));
+    raiseNotOwn(name);
   return property->services.get(*this, tag);
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <orb/zero/ModelElement.h>
+#include <orb/zero/meta/ClassList.h>
 
 namespace orb::zero {
 
@@ -30,7 +31,7 @@ class Visitor {
   }
 
  protected:
-  Visitor() = default;
+  Visitor() { places_.fill(unknown); }
   Visitor(const Visitor&) = delete;
   Visitor& operator=(const Visitor&) = delete;
 
@@ -39,24 +40,41 @@ class Visitor {
     for (const auto& entry : functions_)
       if (entry.first == id) return;
     functions_.emplace_back(id, std::move(function));
-    for (auto& place : places_) place.store(unknown, std::memory_order_relaxed);
+    places_.fill(unknown);
+  }
+  /// Registers `visitor.visit(X)` for each of the classes, in this order.
+  template <class V, class... X>
+  void addVisits(V& visitor, meta::ClassList<X...>) {
+    functions_.reserve(functions_.size() + sizeof...(X));
+    (add(X::Uuid(), [&visitor](const ModelElement& element) { return visitor.visit(X{element}); }),
+     ...);
+  }
+
+  /// The place, in the order of registration, of the function for the element; behind the last one
+  /// when there is none.
+  std::size_t placeFor(const ModelElement::Impl& element) const {
+    const std::uint32_t number = element.classNumber();
+    if (number >= places_.size()) return search(element.getMetaClass());
+    const std::atomic_ref known(places_[number]);
+    std::size_t place = known.load(std::memory_order_relaxed);
+    if (place == unknown) [[unlikely]] {
+      place = search(element.getMetaClass());
+      if (place < unknown) known.store(static_cast<std::uint8_t>(place), std::memory_order_relaxed);
+    }
+    return place;
+  }
+  /// Calls `visit(X::Impl&)` for the class at a place that `placeFor` has found; false for a place
+  /// behind the list.
+  template <class Visit, class... X>
+  static bool visitAt(std::size_t place, ModelElement::Impl& element, meta::ClassList<X...>,
+                      Visit visit) {
+    std::size_t at = 0;
+    return ((place == at++ && (visit(static_cast<typename X::Impl&>(element)), true)) || ...);
   }
 
  private:
   static constexpr std::uint8_t unknown = UINT8_MAX;
 
-  /// Of the function for the element; behind the last one when there is none.
-  std::size_t placeFor(const ModelElement::Impl& element) const {
-    const std::uint32_t number = element.classNumber();
-    if (number >= places_.size()) return search(element.getMetaClass());
-    std::size_t place = places_[number].load(std::memory_order_relaxed);
-    if (place == unknown) {
-      place = search(element.getMetaClass());
-      if (place < unknown)
-        places_[number].store(static_cast<std::uint8_t>(place), std::memory_order_relaxed);
-    }
-    return place;
-  }
   std::size_t search(const meta::ClassInfo& from) const {
     for (const meta::ClassInfo* type = &from; type; type = type->superclass)
       for (std::size_t place = 0; place < functions_.size(); ++place)
@@ -66,7 +84,7 @@ class Visitor {
 
   std::vector<std::pair<uuid, Function>> functions_;
   // What was found for the first classes; the same for all threads that look.
-  mutable std::array<std::atomic<std::uint8_t>, 64> places_{};
+  mutable std::array<std::uint8_t, 64> places_;
 };
 
 }  // namespace orb::zero

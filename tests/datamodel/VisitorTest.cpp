@@ -1,6 +1,21 @@
+#include <orb/zero/meta/Emit.h>
+
 #include "tests/datamodel/SessionTest.h"
 
 namespace torvan::datamodel {
+
+/// An expression that only what is derived knows.
+class Note : public orb::zero::Handle<Note, Expression> {
+ public:
+  class Impl;
+  using Handle::Handle;
+};
+class Note::Impl : public orb::zero::ImplOf<Note> {
+ public:
+  static constexpr orb::zero::meta::Table table{orb::zero::meta::Instances::Concrete, "test.Note",
+                                                "7c9b6d0e-5f0c-4f0f-8d53-1f6d1b0a6c11"};
+};
+
 namespace {
 
 /// What is printed of an element, and the variables that are collected from it.
@@ -63,6 +78,42 @@ TEST_F(VisitorTest, OtherElementsHaveNoText) {
   for (const ModelElement& other : std::vector<ModelElement>{
            {}, sets(3), make<FieldType>(), make<System>(), field("f", sets(2)->getTop())})
     expect(other, "", "");
+}
+
+TEST_F(VisitorTest, LongTextsAreWhole) {
+  std::vector<Term> operands;
+  std::string text, names;
+  for (const std::size_t size : {1U, 4000U, 90U, 1U, 4096U, 4097U, 20'000U, 3U}) {
+    const std::string name(size, static_cast<char>('a' + operands.size()));
+    operands.push_back(variable(name));
+    text += (text.empty() ? "Meet(" : ",") + name;
+    names += name;
+  }
+  expect(expressions.createMeet(operands), text + ')', names);
+}
+
+TEST_F(VisitorTest, DerivedOnesKnowMoreClassesEverywhere) {
+  struct Printer : PrettyPrinter {
+    Printer() {
+      add(Note::Uuid(), [](const ModelElement&) { return "note"; });
+      add(Join::Uuid(), [](const ModelElement&) { return "too late"; });
+    }
+  };
+  struct Collector : RefVariableCollector {
+    explicit Collector(const std::vector<Term>& instead) {
+      add(Note::Uuid(), [this, instead](const ModelElement&) {
+        for (const Term& term : instead) dispatch(term);
+      });
+    }
+  };
+  const Note note = make<Note>();
+  const Join join = expressions.createJoin({x, note, expressions.createPrune(note, {})});
+  expect(join, "Join(x,,prune(,[]))", "x");
+  EXPECT_EQ(Printer().dispatch(join), "Join(x,note,prune(note,[]))");
+  EXPECT_EQ(Printer().dispatch(note), "note");
+  Collector collector({expressions.createMeet({y, z}), x});
+  collector.dispatch(join);
+  EXPECT_EQ(collector.getVariables(), (std::vector<Variable>{x, y, z, x, y, z, x}));
 }
 
 }  // namespace

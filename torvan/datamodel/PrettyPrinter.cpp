@@ -1,183 +1,276 @@
 #include <torvan/datamodel/PrettyPrinter.h>
 
 #include <algorithm>
-#include <cstddef>
+#include <charconv>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include <torvan/datamodel/impl/Walk.h>
 
 namespace torvan::datamodel {
-
-using namespace std::string_view_literals;
-
 namespace {
 
-/// Writes the text of an element from left to right. What is still to be written waits on a stack,
-/// so that the depth of nesting costs no recursion.
-class Line : public orb::zero::Visitor<void> {
+/// A text that is put together from small pieces: they gather in a block.
+class Text {
  public:
-  Line() {
-    addVisits<Variable, Join, Meet, StructRef, IndexRef, Conditional, Prune, PowerSet, Array,
-              Struct, Equation>();
+  std::size_t size() const noexcept { return text_.size() + used_; }
+  template <class... Pieces>
+  void add(const Pieces&... pieces) {
+    (addOne(pieces), ...);
   }
-
-  std::string write(const ModelElement& element) {
-    if (!element) return {};
-    Walk walk(element);
-    dispatch(element);
-    while (!pending_.empty())
-      if (writeNext()) walk.step();
-    return std::move(text_);
-  }
-  /// The text as far as it has been written when it is longer than so many bytes.
-  std::string writeSome(const ModelElement& element, std::size_t most) {
-    dispatch(element);
-    while (!pending_.empty() && text_.size() <= most) writeNext();
+  std::string take() {
+    finishBlock();
     return std::move(text_);
   }
 
  private:
-  /// Texts are literals, or those of elements.
-  using Part = std::variant<std::string_view, ModelElement::Impl*, std::uint16_t>;
-
-  /// Whether that was an element.
-  bool writeNext() {
-    const Part part = pending_.back();
-    pending_.pop_back();
-    const auto* const element = std::get_if<ModelElement::Impl*>(&part);
-    if (element)
-      dispatch(ModelElement(*element));
-    else if (const auto* const text = std::get_if<std::string_view>(&part))
-      text_ += *text;
-    else
-      text_ += std::to_string(std::get<std::uint16_t>(part));
-    return element;
+  void addOne(std::string_view piece) {
+    if (piece.size() > sizeof block_ - used_) [[unlikely]]
+      return addLarge(piece);
+    std::memcpy(block_ + used_, piece.data(), piece.size());
+    used_ += piece.size();
   }
-
-  template <class... X>
-  void addVisits() {
-    (add(X::Uuid(), [this](const ModelElement& element) { visit(X{element}); }), ...);
+  void addOne(char piece) { addOne(std::string_view(&piece, 1)); }
+  void addOne(std::uint16_t number) {
+    char digits[5];
+    addOne(std::string_view(digits, std::to_chars(digits, std::end(digits), number).ptr));
   }
-
-  /// Puts the parts, which `push` appends in reading order, before what is still to come.
-  template <class Push>
-  void append(Push push) {
-    const auto first = static_cast<std::ptrdiff_t>(pending_.size());
-    push();
-    std::reverse(pending_.begin() + first, pending_.end());
+  void addLarge(std::string_view piece) {
+    finishBlock();
+    text_ += piece;
   }
-  template <class... Parts>
-  void appendParts(const Parts&... parts) {
-    append([&] { appendAll(parts...); });
-  }
-  template <class... Parts>
-  void appendAll(const Parts&... parts) {
-    (pending_.emplace_back(parts), ...);
-  }
-
-  /// "Name(item,item)": the last character makes way for the closing parenthesis, which is the
-  /// opening one when there are no items.
-  template <class Items, class PushItem>
-  void list(const char* name, const Items& items, PushItem pushItem) {
-    text_ += name;
-    if (items.empty()) {
-      text_ += ')';
-      return;
-    }
-    append([&] {
-      std::string_view before = "(";
-      for (const auto& item : items) {
-        pending_.emplace_back(before);
-        pushItem(item);
-        before = ",";
-      }
-      pending_.emplace_back(std::string_view(")"));
-    });
-  }
-  template <class Operands>
-  void operation(const char* name, const Operands& operands) {
-    list(name, operands, [this](const auto& operand) { pending_.emplace_back(operand.get()); });
-  }
-
-  void visit(const Variable& variable) { text_ += variable->getName(); }
-  void visit(const Join& join) { operation("Join", join->getOperands()); }
-  void visit(const Meet& meet) { operation("Meet", meet->getOperands()); }
-  void visit(const StructRef& ref) {
-    appendParts("StructRef("sv, ref->getExpr().get(), ",'"sv, std::string_view(ref->getField()),
-                "')"sv);
-  }
-  void visit(const IndexRef& ref) {
-    appendParts("IndexRef("sv, ref->getExpr().get(), ","sv, ref->getStartIndex(), " : "sv,
-                ref->getEndIndex(), ")"sv);
-  }
-  void visit(const Conditional& conditional) {
-    appendParts("Conditional(ctrlExpr: "sv, conditional->getCtrlExpr().get(), ","sv,
-                conditional->getOperandTrue().get(), ","sv, conditional->getOperandFalse().get(),
-                ")"sv);
-  }
-  void visit(const Prune& prune) {
-    append([&] {
-      appendAll("prune("sv, prune->getExpr().get(), ",["sv);
-      for (const std::string& field : prune->getField()) appendAll(std::string_view(field), " "sv);
-      appendAll("])"sv);
-    });
-  }
-  void visit(const PowerSet& set) {
-    const Bits& bits = set->bits();
-    for (std::size_t bit = bits.size(); bit-- > 0;) text_ += bits[bit] ? '1' : '0';
-  }
-  void visit(const Array& array) {
-    list("Array", array->getValues(), [this](const auto& entry) {
-      appendAll(entry.first, " : "sv, entry.second->getValue().get());
-    });
-  }
-  void visit(const Struct& record) {
-    list("Struct", record->getValues(), [this](const auto& entry) {
-      appendAll(std::string_view(entry.first), " : "sv, entry.second->getValue().get());
-    });
-  }
-  void visit(const Equation& equation) {
-    appendParts(equation->getLhs().get(), " = "sv, equation->getRhs().get());
+  void finishBlock() {
+    text_.append(block_, used_);
+    used_ = 0;
   }
 
   std::string text_;
-  std::vector<Part> pending_;  // the next one last
+  std::size_t used_ = 0;
+  char block_[4096];
 };
 
 }  // namespace
 
-template <class... X>
-void PrettyPrinter::addVisits() {
-  (add(X::Uuid(), [this](const ModelElement& element) { return visit(X{element}); }), ...);
-}
+/// Writes the text of an element from left to right. What has been begun waits on a stack, so that
+/// the depth of nesting costs no recursion.
+class PrettyPrinter::Line {
+ public:
+  explicit Line(const PrettyPrinter& printer) : printer_(printer) {}
+
+  std::string write(const ModelElement& element) {
+    if (!element) return {};
+    Walk walk(element);
+    return write(element, SIZE_MAX, [&] { walk.step(); });
+  }
+  /// The text as far as it has been written when it is longer than so many bytes.
+  std::string writeSome(const ModelElement& element, std::size_t most) {
+    return write(element, most, [] {});
+  }
+
+ private:
+  using Element = ModelElement::Impl;
+
+  enum class Rest : std::uint8_t {
+    Operands,
+    OfStructRef,
+    OfIndexRef,
+    OfConditional,
+    OfPrune,
+    OfEquation,
+    FieldOfStruct,
+    ElemOfArray,
+    End
+  };
+  /// What is still to be written of an element.
+  struct Open {
+    const void* at;      // the element, its next operand, or a child
+    std::uint32_t left;  // of its operands; of a child the character before it
+    Rest rest;
+  };
+
+  template <class Step>
+  std::string write(const ModelElement& element, std::size_t most, Step step) {
+    Element* next = element.get();
+    while ((next || !open_.empty()) && text_.size() <= most) {
+      if (!next) {
+        next = goOn(open_.back());
+      } else if (next->isAlive()) {
+        step();
+        next = begin(*next);
+      } else {
+        next = nullptr;
+      }
+    }
+    return text_.take();
+  }
+
+  /// Writes what comes before the first operand, and returns that, or null when there is none.
+  Element* begin(Element& element) {
+    Element* first = nullptr;
+    const std::size_t place = printer_.placeFor(element);
+    const auto beginKnown = [&](const auto& known) { first = begin(known); };
+    if (!visitAt(place, element, Classes(), beginKnown))
+      text_.add(printer_.dispatch(ModelElement(&element)));
+    return first;
+  }
+  Element* begin(const Variable::Impl& variable) {
+    text_.add(variable.getName());
+    return nullptr;
+  }
+  Element* begin(const PowerSet::Impl& set) {
+    const Bits& bits = set.bits();
+    for (std::size_t bit = bits.size(); bit-- > 0;) text_.add(bits[bit] ? '1' : '0');
+    return nullptr;
+  }
+  Element* begin(const Join::Impl& join) { return beginList("Join", join.getOperands()); }
+  Element* begin(const Meet::Impl& meet) { return beginList("Meet", meet.getOperands()); }
+  Element* begin(const StructRef::Impl& ref) {
+    return open("StructRef(", ref, Rest::OfStructRef, ref.getExpr());
+  }
+  Element* begin(const IndexRef::Impl& ref) {
+    return open("IndexRef(", ref, Rest::OfIndexRef, ref.getExpr());
+  }
+  Element* begin(const Conditional::Impl& conditional) {
+    return open("Conditional(ctrlExpr: ", conditional, Rest::OfConditional,
+                conditional.getCtrlExpr(), 2);
+  }
+  Element* begin(const Prune::Impl& prune) {
+    return open("prune(", prune, Rest::OfPrune, prune.getExpr());
+  }
+  Element* begin(const Array::Impl& array) {
+    return beginChildren("Array", array.getValues(), Rest::ElemOfArray);
+  }
+  Element* begin(const Struct::Impl& record) {
+    return beginChildren("Struct", record.getValues(), Rest::FieldOfStruct);
+  }
+  Element* begin(const Equation::Impl& equation) {
+    return open("", equation, Rest::OfEquation, equation.getLhs());
+  }
+
+  Element* open(std::string_view text, const Element& element, Rest rest, const Term& first,
+                std::uint32_t left = 0) {
+    text_.add(text);
+    open_.push_back({&element, left, rest});
+    return first.get();
+  }
+  Element* beginList(std::string_view name, const orb::zero::ReferenceSequence<Term>& operands) {
+    if (operands.empty()) return endEmpty(name);
+    const auto* const first = std::to_address(operands.begin());
+    text_.add(name, '(');
+    open_.push_back({first + 1, static_cast<std::uint32_t>(operands.size() - 1), Rest::Operands});
+    return first->get();
+  }
+  template <class Children>
+  Element* beginChildren(std::string_view name, const Children& children, Rest child) {
+    if (children.empty()) return endEmpty(name);
+    text_.add(name);
+    open_.push_back({nullptr, 0, Rest::End});
+    const auto first = static_cast<std::ptrdiff_t>(open_.size());
+    for (const auto& entry : children) open_.push_back({entry.second.get(), ',', child});
+    std::reverse(open_.begin() + first, open_.end());
+    open_.back().left = '(';
+    return nullptr;
+  }
+  /// The closing parenthesis of a list without items takes the place of the opening one.
+  Element* endEmpty(std::string_view name) {
+    text_.add(name, ')');
+    return nullptr;
+  }
+
+  /// Writes what comes before the next operand, and returns that; or writes the end.
+  Element* goOn(Open& last) {
+    switch (last.rest) {
+      case Rest::Operands: {
+        if (last.left == 0) return end(")");
+        const auto* const next = static_cast<const orb::zero::Slot<Term>*>(last.at);
+        last.at = next + 1;
+        --last.left;
+        text_.add(',');
+        return next->get();
+      }
+      case Rest::OfStructRef:
+        return end(",'", elementOf<StructRef>(last).getField(), "')");
+      case Rest::OfIndexRef: {
+        const IndexRef::Impl& ref = elementOf<IndexRef>(last);
+        return end(',', ref.getStartIndex(), " : ", ref.getEndIndex(), ')');
+      }
+      case Rest::OfConditional: {
+        if (last.left == 0) return end(')');
+        const Conditional::Impl& conditional = elementOf<Conditional>(last);
+        text_.add(',');
+        return (last.left-- == 2 ? conditional.getOperandTrue() : conditional.getOperandFalse())
+            .get();
+      }
+      case Rest::OfPrune:
+        text_.add(",[");
+        for (const std::string& field : elementOf<Prune>(last).getField()) text_.add(field, ' ');
+        return end("])");
+      case Rest::OfEquation: {
+        const Equation::Impl& equation = elementOf<Equation>(last);
+        end(" = ");
+        return equation.getRhs().get();
+      }
+      case Rest::FieldOfStruct:
+        return beginChild(elementOf<FieldElem>(last).getName(), elementOf<FieldElem>(last));
+      case Rest::ElemOfArray:
+        return beginChild(elementOf<ArrayElem>(last).getIndex(), elementOf<ArrayElem>(last));
+      case Rest::End:
+        return end(')');
+    }
+    __builtin_unreachable();
+  }
+  template <class Key, class Child>
+  Element* beginChild(const Key& key, const Child& child) {
+    text_.add(static_cast<char>(open_.back().left), key, " : ");
+    open_.pop_back();
+    return child.getValue().get();
+  }
+  template <class... Pieces>
+  Element* end(const Pieces&... pieces) {
+    text_.add(pieces...);
+    open_.pop_back();
+    return nullptr;
+  }
+  template <class X>
+  static const typename X::Impl& elementOf(const Open& open) {
+    return static_cast<const typename X::Impl&>(*static_cast<const Element*>(open.at));
+  }
+
+  const PrettyPrinter& printer_;
+  Text text_;
+  std::vector<Open> open_;
+};
+
+PrettyPrinter::PrettyPrinter() { addVisits(*this, Classes()); }
 
 std::string PrettyPrinter::excerpt(const ModelElement& element, std::size_t most) {
-  std::string text = Line().writeSome(element, most);
+  const PrettyPrinter printer;
+  std::string text = Line(printer).writeSome(element, most);
   if (text.size() <= most) return text;
   const auto isInside = [&] { return (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80; };
   while (most > 0 && isInside()) --most;
   return text.substr(0, most) + "...";
 }
 
-PrettyPrinter::PrettyPrinter() {
-  addVisits<Variable, Join, Meet, StructRef, IndexRef, Conditional, Prune, PowerSet, Array, Struct,
-            Equation>();
+std::string PrettyPrinter::write(const ModelElement& element) const {
+  return Line(*this).write(element);
 }
-
-std::string PrettyPrinter::visit(const Variable& variable) const { return Line().write(variable); }
-std::string PrettyPrinter::visit(const Join& join) const { return Line().write(join); }
-std::string PrettyPrinter::visit(const Meet& meet) const { return Line().write(meet); }
-std::string PrettyPrinter::visit(const StructRef& ref) const { return Line().write(ref); }
-std::string PrettyPrinter::visit(const IndexRef& ref) const { return Line().write(ref); }
-std::string PrettyPrinter::visit(const Conditional& c) const { return Line().write(c); }
-std::string PrettyPrinter::visit(const Prune& prune) const { return Line().write(prune); }
-std::string PrettyPrinter::visit(const PowerSet& set) const { return Line().write(set); }
-std::string PrettyPrinter::visit(const Array& array) const { return Line().write(array); }
-std::string PrettyPrinter::visit(const Struct& record) const { return Line().write(record); }
-std::string PrettyPrinter::visit(const Equation& equation) const { return Line().write(equation); }
+std::string PrettyPrinter::visit(const Variable& variable) const { return write(variable); }
+std::string PrettyPrinter::visit(const Join& join) const { return write(join); }
+std::string PrettyPrinter::visit(const Meet& meet) const { return write(meet); }
+std::string PrettyPrinter::visit(const StructRef& ref) const { return write(ref); }
+std::string PrettyPrinter::visit(const IndexRef& ref) const { return write(ref); }
+std::string PrettyPrinter::visit(const Conditional& conditional) const {
+  return write(conditional);
+}
+std::string PrettyPrinter::visit(const Prune& prune) const { return write(prune); }
+std::string PrettyPrinter::visit(const PowerSet& set) const { return write(set); }
+std::string PrettyPrinter::visit(const Array& array) const { return write(array); }
+std::string PrettyPrinter::visit(const Struct& record) const { return write(record); }
+std::string PrettyPrinter::visit(const Equation& equation) const { return write(equation); }
 
 }  // namespace torvan::datamodel

@@ -29,7 +29,8 @@ namespace torvan::datamodel {
 ///
 /// A list without items has no opening parenthesis: "Join)". Nesting of any depth is written
 /// without recursion, in time proportional to the text; what contains itself raises "CyclicValue".
-/// A printer does not change; it may be used often.
+/// A printer does not change; it may be used often. A function that a derived printer adds for a
+/// class of its own counts for the parts of what is printed as well.
 class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string> {
  public:
   PrettyPrinter();
@@ -51,8 +52,11 @@ class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string
   std::string visit(const Equation& equation) const;
 
  private:
-  template <class... X>
-  void addVisits();
+  using Classes = orb::zero::meta::ClassList<Variable, Join, Meet, StructRef, IndexRef, Conditional,
+                                             Prune, PowerSet, Array, Struct, Equation>;
+  class Line;
+
+  std::string write(const ModelElement& element) const;
 };
 
 }  // namespace torvan::datamodel

@@ -1,39 +1,22 @@
 #include <torvan/datamodel/RefVariableCollector.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include <torvan/datamodel/impl/Walk.h>
 
 namespace torvan::datamodel {
 
-template <class... X>
-void RefVariableCollector::addVisits() {
-  (add(X::Uuid(), [this](const ModelElement& element) { visit(X{element}); }), ...);
-}
+RefVariableCollector::RefVariableCollector() { addVisits(*this, Classes()); }
 
-RefVariableCollector::RefVariableCollector() {
-  addVisits<Variable, Join, Meet, StructRef, IndexRef, Conditional, Prune>();
-}
-
-template <class Operands>
-void RefVariableCollector::descend(const ModelElement& parent, const Operands& operands) {
-  const auto first = static_cast<std::ptrdiff_t>(pending_.size());
-  for (const auto& operand : operands)
-    if (operand) pending_.push_back(operand.get());
-  std::reverse(pending_.begin() + first, pending_.end());
-  if (!isWalking_) walk(parent);  // otherwise the outermost call goes on with them
-}
-
-void RefVariableCollector::walk(const ModelElement& root) {
+/// Called in a walk, by a function that was added, it has the walk come to the term later.
+void RefVariableCollector::collect(const ModelElement& term) {
+  if (!term) return;
+  pending_.push_back(term.get());
+  if (isWalking_) return;
   isWalking_ = true;
   try {
-    for (Walk walk(root); !pending_.empty(); walk.step()) {
-      const ModelElement next(pending_.back());
-      pending_.pop_back();
-      dispatch(next);
-    }
+    for (Walk walk(term); !pending_.empty(); walk.step()) visitNext();
   } catch (...) {
     pending_.clear();
     isWalking_ = false;
@@ -42,18 +25,36 @@ void RefVariableCollector::walk(const ModelElement& root) {
   isWalking_ = false;
 }
 
-void RefVariableCollector::visit(const Variable& variable) { variables_.push_back(variable); }
-void RefVariableCollector::visit(const Join& join) { descend(join, join->getOperands()); }
-void RefVariableCollector::visit(const Meet& meet) { descend(meet, meet->getOperands()); }
-void RefVariableCollector::visit(const StructRef& ref) { descend(ref, std::array{ref->getExpr()}); }
-void RefVariableCollector::visit(const IndexRef& ref) { descend(ref, std::array{ref->getExpr()}); }
-void RefVariableCollector::visit(const Prune& prune) {
-  descend(prune, std::array{prune->getExpr()});
+void RefVariableCollector::visitNext() {
+  ModelElement::Impl& next = *pending_.back();
+  pending_.pop_back();
+  if (!next.isAlive()) return;
+  const auto visitKnown = [this](auto& known) { enter(known); };
+  if (visitAt(placeFor(next), next, Classes(), visitKnown)) return;
+  const auto first = static_cast<std::ptrdiff_t>(pending_.size());
+  dispatch(ModelElement(&next));
+  std::reverse(pending_.begin() + first, pending_.end());
 }
-void RefVariableCollector::visit(const Conditional& conditional) {
-  descend(conditional,
-          std::array<Term, 3>{conditional->getCtrlExpr(), conditional->getOperandTrue(),
-                              conditional->getOperandFalse()});
+
+void RefVariableCollector::push(const Term& operand) {
+  if (operand.get()) pending_.push_back(operand.get());
+}
+void RefVariableCollector::pushAll(const orb::zero::ReferenceSequence<Term>& operands) {
+  for (auto operand = operands.end(); operand != operands.begin();) push(*--operand);
+}
+
+void RefVariableCollector::enter(const Variable::Impl& variable) {
+  variables_.push_back(variable.This());
+}
+void RefVariableCollector::enter(const Join::Impl& join) { pushAll(join.getOperands()); }
+void RefVariableCollector::enter(const Meet::Impl& meet) { pushAll(meet.getOperands()); }
+void RefVariableCollector::enter(const StructRef::Impl& ref) { push(ref.getExpr()); }
+void RefVariableCollector::enter(const IndexRef::Impl& ref) { push(ref.getExpr()); }
+void RefVariableCollector::enter(const Prune::Impl& prune) { push(prune.getExpr()); }
+void RefVariableCollector::enter(const Conditional::Impl& conditional) {
+  push(conditional.getOperandFalse());
+  push(conditional.getOperandTrue());
+  push(conditional.getCtrlExpr());
 }
 
 }  // namespace torvan::datamodel

@@ -17,7 +17,8 @@ namespace torvan::datamodel {
 /// The walk is pre-order and from left to right, the control expression of a conditional included;
 /// a variable is listed as often as it occurs. Values and empty operands contribute nothing.
 /// Nesting of any depth is walked without recursion; an expression that contains itself raises
-/// "CyclicValue".
+/// "CyclicValue". A function that a derived collector adds for a class of its own may dispatch on
+/// parts of the element: the walk comes to them next.
 class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void> {
  public:
   RefVariableCollector();
@@ -26,21 +27,30 @@ class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void
   const std::vector<Variable>& getVariables() const noexcept { return variables_; }
   std::vector<Variable> takeVariables() noexcept { return std::move(variables_); }
 
-  void visit(const Variable& variable);
-  void visit(const Join& join);
-  void visit(const Meet& meet);
-  void visit(const StructRef& ref);
-  void visit(const IndexRef& ref);
-  void visit(const Conditional& conditional);
-  void visit(const Prune& prune);
+  void visit(const Variable& variable) { collect(variable); }
+  void visit(const Join& join) { collect(join); }
+  void visit(const Meet& meet) { collect(meet); }
+  void visit(const StructRef& ref) { collect(ref); }
+  void visit(const IndexRef& ref) { collect(ref); }
+  void visit(const Conditional& conditional) { collect(conditional); }
+  void visit(const Prune& prune) { collect(prune); }
 
  private:
-  template <class... X>
-  void addVisits();
-  /// Goes on with these operands, in their order, before what is still to come.
-  template <class Operands>
-  void descend(const ModelElement& parent, const Operands& operands);
-  void walk(const ModelElement& root);
+  using Classes =
+      orb::zero::meta::ClassList<Variable, Join, Meet, StructRef, IndexRef, Conditional, Prune>;
+
+  void collect(const ModelElement& term);
+  void visitNext();
+  void enter(const Variable::Impl& variable);
+  void enter(const Join::Impl& join);
+  void enter(const Meet::Impl& meet);
+  void enter(const StructRef::Impl& ref);
+  void enter(const IndexRef::Impl& ref);
+  void enter(const Conditional::Impl& conditional);
+  void enter(const Prune::Impl& prune);
+  // Has the walk go on with operands, before what is still to come; the last one first.
+  void push(const Term& operand);
+  void pushAll(const orb::zero::ReferenceSequence<Term>& operands);
 
   std::vector<Variable> variables_;
   std::vector<ModelElement::Impl*> pending_;  // the next one last

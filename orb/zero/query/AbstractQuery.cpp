@@ -1,7 +1,7 @@
 #include <orb/zero/query/AbstractQuery.h>
 
 #include <algorithm>
-#include <typeinfo>
+#include <cstddef>
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/query/Constrainables.h>
@@ -14,17 +14,18 @@ constexpr std::size_t batchSize = 128;
 
 /// Memory is slower than the tests: what comes so many places later is asked for now.
 constexpr std::uint32_t ahead = 32;
+/// So many bytes behind what all elements have are most of their properties.
+constexpr std::size_t properties = 32;
 
-/// Whether elements are of the class. The answer for the class of the last one is kept, as
-/// neighbours are mostly alike.
+/// Whether elements are of the class. The answer for the last one is kept, as neighbours are mostly
+/// of one class.
 class ClassFilter {
  public:
   ClassFilter(const meta::ClassInfo& type, SearchClassMatchMode mode) : type_(type), mode_(mode) {}
 
   bool operator()(const ModelElement::Impl& element) {
-    const std::type_info& implementation = typeid(element);
-    if (&implementation != last_) {
-      last_ = &implementation;
+    if (element.classNumber() != last_) {
+      last_ = element.classNumber();
       const meta::ClassInfo& actual = element.getMetaClass();
       matches_ =
           mode_ == SearchClassMatchMode::ThisClassOnly ? actual == type_ : actual.isKindOf(type_);
@@ -35,7 +36,7 @@ class ClassFilter {
  private:
   const meta::ClassInfo& type_;
   const SearchClassMatchMode mode_;
-  const std::type_info* last_ = nullptr;
+  std::uint32_t last_ = 0;
   bool matches_ = false;
 };
 
@@ -64,7 +65,10 @@ Constraint::Elements AbstractQuery::find() const {
     auto end = batch.begin();
     for (; place < births && end != batch.end(); ++place) {
       ModelElement::Impl* const element = model_->born(place);
-      __builtin_prefetch(model_->born(std::min(place + ahead, births - 1)));
+      if (const auto* const later = model_->born(std::min(place + ahead, births - 1))) {
+        later->prefetch();
+        __builtin_prefetch(reinterpret_cast<const std::byte*>(later + 1) + properties);
+      }
       if (element && element->isMember() && isOfClass(*element)) *end++ = element;
     }
     batch.erase(end, batch.end());
