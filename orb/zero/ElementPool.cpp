@@ -14,8 +14,9 @@ void* ElementPool::carve(std::size_t size) {
   if (left_ < size) {
     const std::size_t doubled = firstChunk << std::min<std::size_t>(chunks_.size(), 6);
     const std::size_t bytes = std::max(size, std::min(doubled, largestChunk));
-    chunks_.push_back(std::make_unique_for_overwrite<std::byte[]>(bytes));
-    next_ = chunks_.back().get();
+    chunks_.push_back(
+        std::make_unique_for_overwrite<Line[]>((bytes + sizeof(Line) - 1) / sizeof(Line)));
+    next_ = chunks_.back()[0].bytes;
     left_ = bytes;
   }
   void* const block = next_;

@@ -52,10 +52,13 @@ class ORB_ZERO_API ElementPool {
     const std::size_t above = index - fine / step - 1;
     return (above % 8 + 9) << (above / 8 + 6);
   }
+  struct alignas(64) Line {
+    std::byte bytes[64];
+  };
   void* carve(std::size_t size);
 
   std::array<Free*, fine / step + 8 * 5 + 1> free_{};
-  std::vector<std::unique_ptr<std::byte[]>> chunks_;
+  std::vector<std::unique_ptr<Line[]>> chunks_;  // of whole lines of the cache
   std::byte* next_ = nullptr;
   std::size_t left_ = 0;
 };

@@ -241,21 +241,22 @@ class ORB_ZERO_API ModelElement::Impl {
   void lastOutside() noexcept;
   void lastSlot() noexcept;
 
+  // What a reference to the element looks at comes first, to be brought from memory at once.
   std::uint32_t outside_ = 0;
   std::uint32_t slots_ = 0;
-  Model::Impl* model_ = nullptr;
-  Impl* container_ = nullptr;
-  Storage* storage_ = nullptr;  // the newest undo record
-  uuid uuid_{};
-  std::uint32_t index_ = UINT32_MAX;  // in the model's creation order
-  std::uint32_t order_ = 0;
-  std::uint32_t given_ = 0;
   std::uint8_t containment_ = 0;
   Life life_ = Life::Staged;
   bool isProxy_ = false;
   bool isUntracked_ = false;
   std::uint32_t referrers_ = 0;
   std::uint32_t classNumber_ = 0;
+  std::uint32_t given_ = 0;
+  Model::Impl* model_ = nullptr;
+  std::uint32_t index_ = UINT32_MAX;  // in the model's creation order
+  std::uint32_t order_ = 0;
+  Impl* container_ = nullptr;
+  Storage* storage_ = nullptr;  // the newest undo record
+  uuid uuid_{};
 };
 
 inline ModelElement::ModelElement(Impl* element) noexcept
