@@ -40,7 +40,7 @@ class OurComposites {
     return parts;
   }
   static unsigned long wordOf(const LatticeValue& part) {
-    return PowerSet { part } -> getValue().to_ulong();
+    return PowerSet(part)->getValue().to_ulong();
   }
 
   Session session_;

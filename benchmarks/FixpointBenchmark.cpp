@@ -57,7 +57,7 @@ class OurSystem {
   std::vector<SetWords> solution(FixpointSolver& solver) const {
     std::vector<SetWords> words;
     for (const Variable& variable : variables_)
-      words.push_back(wordsOf(PowerSet { solver.evaluate(variable) } -> getValue()));
+      words.push_back(wordsOf(PowerSet(solver.evaluate(variable))->getValue()));
     return words;
   }
 

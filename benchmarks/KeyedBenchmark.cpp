@@ -131,9 +131,8 @@ class OurBounds {
                                                     static_cast<std::uint16_t>(size));
   }
   std::size_t count() const {
-    return Array { type_->getTop() } -> getValues().size() + Array {
-        type_->getBottom()
-        } -> getValues().size();
+    return Array(type_->getTop())->getValues().size() +
+           Array(type_->getBottom())->getValues().size();
   }
 
  private:

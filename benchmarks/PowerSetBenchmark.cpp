@@ -52,7 +52,7 @@ class OurSet {
   bool eq(const OurSet& other) const { return value_.eq(other.value_); }
   template <class Use>
   void forEach(Use use) const {
-    const BitSet bits = PowerSet { value_ } -> getValue();
+    const BitSet bits = PowerSet(value_)->getValue();
     for (auto bit = bits.find_first(); bit != bits.npos; bit = bits.find_next(bit)) use(bit);
   }
 

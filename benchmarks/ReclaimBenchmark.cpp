@@ -31,9 +31,7 @@ class OurRing {
     ring_[to] = ring_[to].join(ring_[other]);
     if (session_.model().size() >= reclaimAt_) reclaim();
   }
-  std::uint64_t word(std::size_t i) const {
-    return PowerSet { ring_[i] } -> getValue().to_ulong();
-  }
+  std::uint64_t word(std::size_t i) const { return PowerSet(ring_[i])->getValue().to_ulong(); }
 
  private:
   LatticeValue make(unsigned long word) {

@@ -9,7 +9,7 @@ namespace torvan::slicer {
 using namespace datamodel;
 
 namespace {
-constexpr std::size_t stride = 6;  // evaluations between two kinds of prefetching
+constexpr std::size_t stride = 4;  // evaluations between two kinds of prefetching
 }
 
 FixpointSolver::FixpointSolver(System system) : model_(system->getModel()) {
@@ -50,15 +50,20 @@ void FixpointSolver::solve(const Progress& progress) {
     const Number equation = ring[first];
     first = next(first);
     isPending[equation] = false;
-    const auto prefetch = [&](std::size_t ahead, Program::Prefetch what) {
-      const std::size_t place = first + ahead;
-      program_.prefetch(ring[place < size ? place : place - size], what);
-    };
     if (pending > 4 * stride) {
-      prefetch(4 * stride - 1, Program::Prefetch::Rule);
-      prefetch(3 * stride - 1, Program::Prefetch::Summands);
-      prefetch(2 * stride - 1, Program::Prefetch::Handles);
-      prefetch(stride - 1, Program::Prefetch::Values);
+      const auto ahead = [&](std::size_t strides) {
+        const std::size_t place = first + strides * stride - 1;
+        return ring[place < size ? place : place - size];
+      };
+      const auto prefetch = [&](Number later, Program::Prefetch what) {
+        program_.prefetch(later, later >= settled_, what);
+      };
+      prefetch(ahead(4), Program::Prefetch::Rule);
+      prefetch(ahead(3), Program::Prefetch::Summands);
+      prefetch(ahead(2), Program::Prefetch::Handles);
+      prefetch(ahead(1), Program::Prefetch::Values);
+      __builtin_prefetch(&firstReaders_[program_.target(ahead(2))]);
+      __builtin_prefetch(readers_.data() + firstReaders_[program_.target(ahead(1))]);
     }
     const bool isNew = equation == settled_;
     const bool hasGrown = program_.evaluate(equation, isNew);
@@ -78,10 +83,11 @@ void FixpointSolver::solve(const Progress& progress) {
   }
 }
 
+/// Each variable may have come to a value of its own, so that as many new ones are no garbage.
 void FixpointSolver::reclaim() {
   if (model_.size() < reclaimAt_) return;
   if (reclaimAt_ != 0) statistics_.reclaimed += model_.reclaim();
-  reclaimAt_ = model_.size() + std::max<std::size_t>(4096, model_.size() / 8);
+  reclaimAt_ = model_.size() + std::max(program_.variables() + 4096, model_.size() / 8);
 }
 
 }  // namespace torvan::slicer

@@ -22,6 +22,16 @@ auto& as(ModelElement::Impl& term) {
 
 const LatticeType& typeOf(ModelElement::Impl& term) { return as<Term>(term).getType(); }
 
+/// Has the handle brought, or the value. Always inside of its callers, as the compiler leaves out
+/// calls of what has no effect.
+[[gnu::always_inline]] inline void bring(const LatticeValue& value, bool isValue) {
+  if (!isValue) return __builtin_prefetch(&value);
+  const auto* const element = reinterpret_cast<const std::byte*>(value.get());
+  __builtin_prefetch(element);
+  __builtin_prefetch(element + 64);
+  __builtin_prefetch(element + sizeof(PowerSet::Impl) - 1);
+}
+
 }  // namespace
 
 Program::Code Program::codeOf(const Element& term) {
@@ -77,42 +87,39 @@ bool Program::hasOneType(Element& term, Code code) {
 // ---------------------------------------------------------------- compilation
 void Program::reserve(std::size_t equations) {
   rules_.reserve(equations + 1);
-  variables_.reserve(equations);
+  numbering_.reserve(equations);
+  values_.reserve(equations);
 }
 
 void Program::add(const Equation& equation) {
-  Element* const variable = addSelections(equation->getLhs());
+  Element* const variable = addPlaces(equation->getLhs());
   if (!variable) return;
   Rule& rule = rules_.back();
   rule.target = numberOf(*variable);
-  if (rule.selections != selections_.size() && kinds_[rule.target] == Kind::Variable) {
+  if (rule.operations != operations_.size() && kinds_[rule.target] == Kind::Variable) {
     kinds_[rule.target] = Kind::VariableOfParts;
     if (LatticeValue& value = values_[rule.target]) value = value.clone();
   }
   compile(equation->getRhs(), Stage::Summand);
-  const auto constants = std::stable_partition(stack_.begin(), stack_.end(), [this](Number number) {
-    return kinds_[number] != Kind::Constant;
-  });
-  rule.constants = rule.summands + static_cast<std::uint32_t>(constants - stack_.begin());
   summands_.insert(summands_.end(), stack_.begin(), stack_.end());
   rules_.push_back({0, static_cast<std::uint32_t>(operations_.size()),
-                    static_cast<std::uint32_t>(selections_.size()),
-                    static_cast<std::uint32_t>(summands_.size()), 0});
+                    static_cast<std::uint32_t>(summands_.size()),
+                    static_cast<std::uint32_t>(constants_.size())});
 }
 
-Program::Element* Program::addSelections(const LExpression& place) {
-  const auto first = static_cast<std::ptrdiff_t>(selections_.size());
+Program::Element* Program::addPlaces(const LExpression& place) {
+  const auto first = static_cast<std::ptrdiff_t>(operations_.size());
   const LExpression* inner = &place;
   while (*inner && !is<Variable>(*inner->get())) {
-    selections_.push_back(*inner);
+    operations_.push_back({*inner, 0, 0, 0, Code::Place});
     Element& selection = *inner->get();
     inner = is<StructRef>(selection) ? &as<StructRef>(selection).getExpr()
                                      : &as<IndexRef>(selection).getExpr();
   }
   if (*inner)
-    std::reverse(selections_.begin() + first, selections_.end());
+    std::reverse(operations_.begin() + first, operations_.end());
   else
-    selections_.erase(selections_.begin() + first, selections_.end());
+    operations_.erase(operations_.begin() + first, operations_.end());
   return inner->get();
 }
 
@@ -132,6 +139,8 @@ void Program::enter(const Step& step, Code code) {
   Element& term = *step.term;
   if (code == Code::Nothing) return;
   if (code == Code::Variable) return stack_.push_back(numberOf(term));
+  if (code == Code::Constant && step.stage == Stage::Summand)
+    return void(constants_.emplace_back(ModelElement(&term)));
   if (code == Code::Constant)
     return stack_.push_back(add(LatticeValue(ModelElement(&term)), Kind::Constant));
   const bool isSum = step.stage == Stage::Summand &&
@@ -155,19 +164,18 @@ void Program::complete(const Step& step, Code code) {
 }
 
 Program::Number Program::add(const LatticeValue& value, Kind kind) {
+  if (kind != Kind::Variable) numbering_.add();
   values_.push_back(value);
   kinds_.push_back(kind);
   return static_cast<Number>(values_.size() - 1);
 }
 
 Program::Number Program::numberOf(Element& variable) {
-  const auto [entry, isNew] =
-      variables_.try_emplace(ModelElement(&variable), static_cast<Number>(numbers()));
-  if (!isNew) return entry->second;
+  const auto [number, isNew] = numbering_.add(variable);
+  if (!isNew) return number;
   if (outer_) {
-    const auto known = outer_->variables_.find(entry->first);
-    if (known != outer_->variables_.end())
-      return add(outer_->values_[known->second], Kind::Variable);
+    const Number known = outer_->numbering_.find(variable);
+    if (known != Numbering::none) return add(outer_->values_[known], Kind::Variable);
   }
   const LatticeType& type = typeOf(variable);
   return add(type ? type->getBottom() : LatticeValue(), Kind::Variable);
@@ -181,41 +189,44 @@ Program::Number Program::newTemporary() {
 // ---------------------------------------------------------------- evaluation
 bool Program::evaluate(Number equation, bool withConstants) {
   const Rule &rule = rules_[equation], &next = rules_[equation + 1];
-  for (std::uint32_t i = rule.operations; i < next.operations; ++i) compute(operations_[i]);
-  const auto summands = std::span(summands_).subspan(
-      rule.summands, (withConstants ? next.summands : rule.constants) - rule.summands);
-  bool hasGrown = false;
-  if (rule.selections == next.selections) {
-    for (const Number summand : summands) hasGrown |= join(rule.target, summand);
+  const auto joinAll = [&](auto joinOne) {
+    bool hasGrown = false;
+    for (const Number summand : summandsOf(rule, next))
+      hasGrown |= joinOne(values_[summand], kinds_[summand]);
+    if (withConstants)
+      for (const LatticeValue& constant : constantsOf(rule, next))
+        hasGrown |= joinOne(constant, Kind::Constant);
+    return hasGrown;
+  };
+  const auto operations = operationsOf(rule, next);
+  for (const Operation& operation : operations) compute(operation);
+  bool hasGrown;
+  if (operations.empty() || operations.front().code != Code::Place) {
+    hasGrown = joinAll(
+        [&](const LatticeValue& more, const Kind& kind) { return join(rule.target, more, kind); });
   } else {
-    datamodel::Ref place = placeOf(rule, next);
-    for (const Number summand : summands) hasGrown |= joinPart(place, values_[summand]);
+    datamodel::Ref place = placeOf(rule.target, operations);
+    hasGrown = joinAll([&](const LatticeValue& more, Kind) { return joinPart(place, more); });
   }
-  for (std::uint32_t i = rule.operations; i < next.operations; ++i)
-    values_[operations_[i].result] = {};
+  for (const Operation& operation : operations)
+    if (operation.code != Code::Place) values_[operation.result] = {};
   return hasGrown;
 }
 
-void Program::prefetch(Number equation, Prefetch what) const {
-  if (what == Prefetch::Rule) return __builtin_prefetch(&rules_[equation]);
-  const Rule& rule = rules_[equation];
-  if (what == Prefetch::Summands) {
-    __builtin_prefetch(&summands_[rule.summands]);
-    return __builtin_prefetch(&values_[rule.target]);
-  }
-  const auto fetch = [&](Number number) {
-    if (what == Prefetch::Handles) return __builtin_prefetch(&values_[number]);
-    const auto* const element = reinterpret_cast<const std::byte*>(values_[number].get());
-    __builtin_prefetch(element);
-    __builtin_prefetch(element + 64);
-  };
-  fetch(rule.target);
-  for (std::uint32_t i = rule.summands; i < rules_[equation + 1].summands; ++i) fetch(summands_[i]);
+void Program::prefetch(Number equation, bool withConstants, Prefetch what) const {
+  const Rule &rule = rules_[equation], &next = rules_[equation + 1];
+  if (what == Prefetch::Rule) return __builtin_prefetch(&rule), __builtin_prefetch(&next);
+  if (what == Prefetch::Summands) return __builtin_prefetch(summands_.data() + rule.summands);
+  const bool isValue = what == Prefetch::Values;
+  bring(values_[rule.target], isValue);
+  for (const Number summand : summandsOf(rule, next)) bring(values_[summand], isValue);
+  if (withConstants)
+    for (const LatticeValue& constant : constantsOf(rule, next)) bring(constant, isValue);
 }
 
 LatticeValue Program::evaluate(const Term& term) const {
-  const auto known = variables_.find(term);
-  if (known != variables_.end()) return values_[known->second];
+  const Number known = term.get() ? numbering_.find(*term.get()) : Numbering::none;
+  if (known != Numbering::none) return values_[known];
   Program program(this);
   program.compile(term, Stage::Operand);
   for (const Operation& operation : program.operations_) program.compute(operation);
@@ -223,6 +234,7 @@ LatticeValue Program::evaluate(const Term& term) const {
 }
 
 void Program::compute(const Operation& operation) {
+  if (operation.code == Code::Place) return;
   LatticeValue result;
   for (const Number operand : operandsOf(operation)) {
     const LatticeValue& next = values_[operand];
@@ -232,7 +244,7 @@ void Program::compute(const Operation& operation) {
       result = operation.code == Code::Meet ? result.meet(next) : result.join(next);
   }
   if (operation.code == Code::Field) {
-    result = Struct{result}.at(StructRef { operation.term } -> getField());
+    result = Struct{result}.at(StructRef(operation.term)->getField());
   } else if (operation.code == Code::Range) {
     const IndexRef range{operation.term};
     result = IndexableValue{result}.at(range->getStartIndex(), range->getEndIndex());
@@ -244,35 +256,26 @@ void Program::compute(const Operation& operation) {
   values_[operation.result] = std::move(result);
 }
 
-/// A value that others have as well is left to them; where the summand is all that the target
-/// becomes, they share it.
-bool Program::join(Number target, Number summand) {
+/// A value that others have as well is left to them; where the other one is all that the target
+/// becomes, they share it. A temporary may be part of a variable of parts. The kind is by reference
+/// as it is not in the cache and mostly not needed.
+bool Program::join(Number target, const LatticeValue& more, const Kind& kind) {
   LatticeValue& value = values_[target];
-  const LatticeValue& more = values_[summand];
   if (more == value || !more) return false;
-  if (mayShare(target, summand) && !isHeldAlone(value)) {
-    const boolean3 order = value ? more.le(value) : boolean3::F;
-    if (order == boolean3::F) value = more;
-    if (order != boolean3::NA) return order == boolean3::F;
-  }
-  if (value) return joinInto(value, more);
-  value = more.clone();
+  if (isHeldAlone(value)) return joinInto(value, more);
+  const bool mayShare =
+      kinds_[target] == Kind::Variable && (kind == Kind::Variable || kind == Kind::Constant);
+  if (value) return joinInto(value, more, mayShare ? Sharing::Allowed : Sharing::None);
+  value = mayShare ? more : more.clone();
   return true;
 }
 
-/// A temporary may be part of a variable of parts.
-bool Program::mayShare(Number target, Number summand) const {
-  const LatticeValue& value = values_[target];
-  return kinds_[target] == Kind::Variable &&
-         (kinds_[summand] == Kind::Variable || kinds_[summand] == Kind::Constant) &&
-         (!value || value->getType() == values_[summand]->getType());
-}
-
 /// The place that the left side names. Empty places on the way become bottom.
-Ref Program::placeOf(const Rule& rule, const Rule& next) {
-  Ref place(&values_[rule.target]);
-  for (std::uint32_t i = rule.selections; i < next.selections; ++i) {
-    Element& selection = *selections_[i].get();
+Ref Program::placeOf(Number variable, std::span<const Operation> operations) {
+  Ref place(&values_[variable]);
+  for (const Operation& operation : operations) {
+    if (operation.code != Code::Place) break;
+    Element& selection = *operation.term.get();
     if (is<StructRef>(selection)) {
       const auto& ref = as<StructRef>(selection);
       place = place.ref(ref.getField(), ref.getExpr()->getType()->getBottom());

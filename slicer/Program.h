@@ -3,25 +3,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include <torvan/datamodel.h>
+
+#include "Numbering.h"
 
 namespace torvan::slicer {
 
 /// Equations in the form in which they are evaluated again and again, with the values of their
 /// variables, which are bottom at first.
 ///
-/// Variables, constants and temporaries are numbered. An equation joins its summands, which are
-/// such numbers, into its target: a join or a conditional on the right side makes no value, but
-/// more summands. All other operations leave temporaries, which are computed before.
+/// Variables and temporaries are numbered, and so are constants that operations need. An equation
+/// joins its summands, numbers and other constants, into its target: a join or a conditional on the
+/// right side makes no value, but more summands. All other operations leave temporaries, which are
+/// computed before.
 ///
 /// Variables share values with each other and with constants. What is shared does not change, and a
 /// variable of which equations write parts has its value for itself.
 class Program {
  public:
-  using Number = std::uint32_t;
+  using Number = Numbering::Number;
 
   Program() = default;
 
@@ -29,7 +31,7 @@ class Program {
   void add(const datamodel::Equation& equation);
   void reserve(std::size_t equations);
   std::size_t equations() const { return rules_.size() - 1; }
-  std::size_t variables() const { return variables_.size(); }
+  std::size_t variables() const { return numbering_.elements(); }
   /// All numbers are smaller.
   std::size_t numbers() const { return values_.size(); }
   Number target(Number equation) const { return rules_[equation].target; }
@@ -41,9 +43,8 @@ class Program {
       for (const Number number : numbers)
         if (kinds_[number] <= Kind::VariableOfParts) visit(number);
     };
-    visitAll(std::span(summands_).subspan(rule.summands, rule.constants - rule.summands));
-    for (std::size_t i = rule.operations; i < next.operations; ++i)
-      visitAll(operandsOf(operations_[i]));
+    visitAll(summandsOf(rule, next));
+    for (const Operation& operation : operationsOf(rule, next)) visitAll(operandsOf(operation));
   }
 
   /// Joins the right side into the left side; true when that has grown. As variables only grow,
@@ -52,7 +53,7 @@ class Program {
   /// Has memory brought that an evaluation will look at, each kind some time after the one before,
   /// which leads there.
   enum class Prefetch : std::uint8_t { Rule, Summands, Handles, Values };
-  void prefetch(Number equation, Prefetch what) const;
+  void prefetch(Number equation, bool withConstants, Prefetch what) const;
   /// The value of a term under the present values of the variables.
   datamodel::LatticeValue evaluate(const datamodel::Term& term) const;
 
@@ -68,8 +69,11 @@ class Program {
     Meet,
     Field,
     Range,
-    Prune
+    Prune,
+    Place
   };
+  /// Makes a temporary. A `Place` makes none, but leads from a variable to what a left side names;
+  /// these come first, the outermost value before its parts.
   struct Operation {
     datamodel::Term term;
     Number result;
@@ -79,7 +83,7 @@ class Program {
   /// Where the lists of a rule begin. They end where those of the next one do.
   struct Rule {
     Number target;
-    std::uint32_t operations, selections, summands, constants;  // these are summands as well
+    std::uint32_t operations, summands, constants;
   };
   enum class Stage : std::uint8_t { Summand, Operand, Complete };
   /// A term in the making; when it is complete, its operands are on the stack from `base` on.
@@ -101,29 +105,42 @@ class Program {
   Number numberOf(Element& variable);
   Number newTemporary();
   /// Appends what leads from a variable to the place, and returns the variable, if there is one.
-  Element* addSelections(const datamodel::LExpression& place);
+  Element* addPlaces(const datamodel::LExpression& place);
   /// Leaves the number of the term, or those of its summands, on the stack.
   void compile(const datamodel::Term& term, Stage stage);
   void enter(const Step& step, Code code);
   void complete(const Step& step, Code code);
 
+  template <class T>
+  static std::span<const T> slice(const std::vector<T>& all, std::uint32_t first,
+                                  std::uint32_t end) {
+    return {all.data() + first, all.data() + end};
+  }
   std::span<const Number> operandsOf(const Operation& operation) const {
-    return std::span(operands_).subspan(operation.first, operation.end - operation.first);
+    return slice(operands_, operation.first, operation.end);
+  }
+  std::span<const Number> summandsOf(const Rule& rule, const Rule& next) const {
+    return slice(summands_, rule.summands, next.summands);
+  }
+  std::span<const Operation> operationsOf(const Rule& rule, const Rule& next) const {
+    return slice(operations_, rule.operations, next.operations);
+  }
+  std::span<const datamodel::LatticeValue> constantsOf(const Rule& rule, const Rule& next) const {
+    return slice(constants_, rule.constants, next.constants);
   }
   void compute(const Operation& operation);
-  bool join(Number target, Number summand);
-  bool mayShare(Number target, Number summand) const;
+  bool join(Number target, const datamodel::LatticeValue& more, const Kind& kind);
   static bool joinPart(datamodel::Ref& place, const datamodel::LatticeValue& value);
-  datamodel::Ref placeOf(const Rule& rule, const Rule& next);
+  datamodel::Ref placeOf(Number variable, std::span<const Operation> operations);
 
   const Program* outer_ = nullptr;
+  Numbering numbering_;  // of variables
   std::vector<datamodel::LatticeValue> values_;
   std::vector<Kind> kinds_;
   std::vector<Rule> rules_{Rule{}};  // and one more, at the end of all lists
   std::vector<Operation> operations_;
   std::vector<Number> operands_, summands_;
-  std::vector<datamodel::LExpression> selections_;  // the outermost value first
-  std::unordered_map<datamodel::ModelElement, Number, orb::zero::ElementHash> variables_;
+  std::vector<datamodel::LatticeValue> constants_;
 
   std::vector<Step> pending_;  // the next one last
   std::vector<Number> stack_;

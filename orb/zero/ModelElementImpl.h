@@ -256,17 +256,17 @@ class ORB_ZERO_API ModelElement::Impl {
   uuid uuid_{};
   std::uint32_t order_ = 0;
   std::uint32_t index_ = UINT32_MAX;  // in the model's creation order
-  // Most uses of an element need some of these and its first properties, which are mostly in one
-  // line of the cache with them.
   Model::Impl* model_ = nullptr;
+  std::uint32_t given_ = 0;
+  std::uint32_t referrers_ = 0;
+  // Most uses of an element need these and its first properties, which are mostly in one line of
+  // the cache with them.
   std::uint32_t outside_ = 0;
   std::uint32_t slots_ = 0;
-  std::uint32_t given_ = 0;
   std::uint8_t containment_ = 0;
   Life life_ = Life::Staged;
   bool isProxy_ = false;
   bool isUntracked_ = false;
-  std::uint32_t referrers_ = 0;
   std::uint32_t classNumber_ = 0;
 };
 

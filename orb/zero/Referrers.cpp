@@ -28,7 +28,7 @@ void Referrers::find(const Element& target, std::vector<std::uint32_t>& places) 
 
 /// Grows with the references; what chains have lost is collected before it outweighs them.
 bool Referrers::hasRoom() noexcept {
-  if (entries_.size() >= bound_) rebuild();
+  if (entries_.size() >= std::max(4 * all_.size() + 1024, bound_)) rebuild();
   if (entries_.size() < entries_.capacity()) return true;
   try {
     entries_.reserve(std::max<std::size_t>(1024, 2 * entries_.size()));
@@ -40,12 +40,13 @@ bool Referrers::hasRoom() noexcept {
 
 void Referrers::rebuild() noexcept {
   bound_ = SIZE_MAX;
+  newest_ = UINT32_MAX;
   entries_.clear();
   for (Element* element : all_)
     if (element) element->forgetReferrers();
   for (const Element* element : all_)
     if (element) noteTargets(*element);
-  bound_ = std::max(4 * all_.size() + 1024, 2 * entries_.size());
+  bound_ = 2 * entries_.size();
 }
 
 void Referrers::rebuildAll() noexcept {
@@ -54,6 +55,7 @@ void Referrers::rebuildAll() noexcept {
 }
 
 void Referrers::renumber() noexcept {
+  newest_ = UINT32_MAX;
   for (Entry& entry : entries_) {
     const Element* const element = entry.place < all_.size() ? all_[entry.place] : nullptr;
     entry.place = element ? element->index_ : UINT32_MAX;

@@ -22,7 +22,12 @@ class ORB_ZERO_API Referrers {
 
   /// The element at this place has come to refer to the target.
   void note(Element& target, std::uint32_t place) noexcept {
-    if (!target.isUntracked() && !isNewest(target, place)) add(target, place);
+    if (target.isUntracked()) return;
+    if (place != newest_) {
+      newest_ = place;
+      older_ = entries_.size();
+    }
+    if (target.referrers_ <= older_) add(target, place);  // or else it has told of it just now
   }
   /// All that the element refers to.
   void noteTargets(const Element& element) noexcept;
@@ -36,9 +41,6 @@ class ORB_ZERO_API Referrers {
   void renumber() noexcept;
 
  private:
-  bool isNewest(const Element& target, std::uint32_t place) const noexcept {
-    return target.referrers_ != 0 && entries_[target.referrers_ - 1].place == place;
-  }
   void add(Element& target, std::uint32_t place) noexcept;
   bool hasRoom() noexcept;
 
@@ -48,8 +50,10 @@ class ORB_ZERO_API Referrers {
   };
   const Elements& all_;
   std::vector<Entry> entries_;
-  std::uint32_t popular_ = 64;  // references, from which on they are not followed
-  std::size_t bound_ = 1024;    // entries, from which on they are collected anew
+  std::uint32_t newest_ = UINT32_MAX;  // the place that has told last
+  std::size_t older_ = 0;              // entries before those that it has told since
+  std::uint32_t popular_ = 64;         // references, from which on they are not followed
+  std::size_t bound_ = 0;              // entries, of which it may have so many in any case
 };
 
 }  // namespace orb::zero

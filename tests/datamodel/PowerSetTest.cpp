@@ -152,5 +152,23 @@ TEST_F(PowerSetTest, JoinIntoChangesOnlyASetThatTheHandleAloneHolds) {
   EXPECT_FALSE(joinInto(value, set(sets(400), {400}))) << "beyond its length";
 }
 
+TEST_F(PowerSetTest, JoinIntoSharesAllThatResultsWhereAllowed) {
+  const PowerSetType type = sets(4);
+  const PowerSet small = set(type, {1}), large = set(type, {1, 2});
+  LatticeValue value = small, other = small;
+  EXPECT_TRUE(joinInto(value, large, Sharing::Allowed));
+  EXPECT_EQ(value, large);
+  EXPECT_FALSE(joinInto(value, small, Sharing::Allowed));
+  EXPECT_EQ(value, large);
+  EXPECT_TRUE(joinInto(value, set(type, {3}), Sharing::Allowed));
+  EXPECT_EQ(valueOf(large), bitsOf(4, {1, 2}));
+  EXPECT_EQ(valueOf(value), bitsOf(4, {1, 2, 3}));
+
+  const PowerSet foreign = set(sets(4), {1, 2});
+  EXPECT_TRUE(joinInto(other, foreign, Sharing::Allowed));
+  EXPECT_EQ(other->getType(), type);
+  EXPECT_EQ(valueOf(small), bitsOf(4, {1}));
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

@@ -104,6 +104,31 @@ TEST_F(ModelTest, ReclaimFreesValuesThatNobodyHolds) {
   EXPECT_EQ(model.reclaim(), 1U);
 }
 
+/// The order is closed up, and an element gets the place of the one that has just referred.
+TEST_F(ModelTest, ReclaimForgetsNoReference) {
+  const PowerSetType type = sets(4);
+  const Variable target = variable("x", type);
+  constexpr int gap = 8;
+  const auto drop = [&](int count) {
+    while (count-- > 0) set(type, {1});
+  };
+  drop(gap);
+  const auto first = make<Equation>();
+  std::vector<Equation> others;
+  for (int i = 0; i < gap; ++i) others.push_back(make<Equation>());
+  drop(4 * gap);
+  first->setLhs(target);
+  const Equation second = others.back();
+  const std::uint32_t place = first->place();
+  model.reclaim();
+  ASSERT_EQ(second->place(), place);
+
+  second->setLhs(target);
+  target->destroy();
+  EXPECT_EQ(first->getLhs(), LExpression());
+  EXPECT_EQ(second->getLhs(), LExpression());
+}
+
 TEST_F(ModelTest, ReclaimFreesAnonymousTypesWithTheirValues) {
   const auto array = types.createArrayType("A", types.createArrayType("B", sets(5), 2), 3);
   const std::size_t before = model.size();

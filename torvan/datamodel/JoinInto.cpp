@@ -7,26 +7,39 @@
 namespace torvan::datamodel {
 namespace {
 
+/// Whether there is more in the other set than lies beyond the length of the first.
+bool isMore(const Bits& more, const Bits& before, orb::zero::ElementPool& pool) {
+  if (more.isSubsetOf(before)) return false;
+  if (more.size() <= before.size()) return true;
+  Bits joined;
+  joined.join(before, more, pool);
+  return !(joined == before);
+}
+
 bool joinInPlace(PowerSet::Impl& set, const Bits& more) {
   set.checkNoProxy();
-  if (more.isSubsetOf(set.bits())) return false;
-  Bits joined;
-  joined.join(set.bits(), more, set.model().pool());
-  if (joined == set.bits()) return false;  // what is more lies beyond its length
+  orb::zero::ElementPool& pool = set.model().pool();
+  if (!isMore(more, set.bits(), pool)) return false;
   orb::zero::Unit unit(set);
   set.notifyModifying(PowerSet::value().position);
-  set.fill([&](Bits& bits) { bits = std::move(joined); });
+  set.fill([&](Bits& bits) { bits.add(more, pool); });
   unit.commit();
   return true;
 }
 
 }  // namespace
 
-bool joinInto(LatticeValue& value, const LatticeValue& more) {
-  const auto* const element = value.operator->();
-  if (isHeldAlone(value) && element->isOf(PowerSet::classNumber, PowerSet::metaClass()))
-    return joinInPlace(PowerSet::implOf(value), PowerSet::implOf(more).bits());
-  if (more.le(value) == boolean3::T) return false;
+bool joinInto(LatticeValue& value, const LatticeValue& more, Sharing sharing) {
+  auto* const element = value.operator->();
+  if (isHeldAlone(value) && element->classNumber() == PowerSet::classNumber) [[likely]]
+    return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(more).bits());
+  const boolean3 order = more.le(value);
+  if (order == boolean3::T) return false;
+  if (order == boolean3::F && sharing == Sharing::Allowed &&
+      element->getType() == more->getType()) {
+    value = more;
+    return true;
+  }
   LatticeValue joined = value.join(more);
   if (joined.eq(value)) return false;
   value = std::move(joined);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include <torvan/datamodel/Api.h>
 #include <torvan/datamodel/BitSet.h>
@@ -48,13 +49,23 @@ class TORVAN_DATAMODEL_API Bits {
   BitSet& stored();
   const BitSet& stored() const { return const_cast<Bits*>(this)->stored(); }
 
-  // These fill bits that are empty. The other operand is taken at the length of the first; blocks
-  // come from the pool, which has to live as long.
+  // The other operand is taken at the length of the first. All but `add` fill bits that are empty.
+  // Blocks come from the pool, which has to live as long.
   void join(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
     combine<Operation::Join>(a, b, pool);
   }
   void meet(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
     combine<Operation::Meet>(a, b, pool);
+  }
+  /// Adds the other bits, as far as these reach.
+  void add(const Bits& more, orb::zero::ElementPool& pool) {
+    if (isInside() && more.isInside() && size_ == more.size_) {
+      for (std::size_t i = 0; i < wordsInside; ++i) words_[i] |= more.words_[i];
+    } else {
+      Bits joined;
+      joined.join(*this, more, pool);
+      *this = std::move(joined);
+    }
   }
   void assign(const Bits& other, orb::zero::ElementPool& pool);
   void assign(const BitSet& bits, orb::zero::ElementPool& pool);

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include <torvan/datamodel.h>
+
+namespace torvan::slicer {
+
+/// Numbers from 0 on, of which some stand for elements, which are kept: open addressing with linear
+/// probing, where an entry is no more than a number.
+class Numbering {
+ public:
+  using Number = std::uint32_t;
+  using Element = datamodel::ModelElement::Impl;
+  static constexpr Number none = UINT32_MAX;
+
+  /// All numbers are smaller.
+  std::size_t size() const { return elements_.size(); }
+  /// Elements that have a number.
+  std::size_t elements() const { return taken_; }
+  Number find(const Element& element) const { return table_.empty() ? none : table_[at(element)]; }
+  /// The number of the element, and whether it is a new one.
+  std::pair<Number, bool> add(Element& element) {
+    if (2 * taken_ >= table_.size()) rehash(taken_ + 1);
+    Number& entry = table_[at(element)];
+    const bool isNew = entry == none;
+    if (isNew) {
+      elements_.emplace_back(&element);
+      entry = static_cast<Number>(size() - 1);
+      ++taken_;
+    }
+    return {entry, isNew};
+  }
+  /// A number of no element.
+  Number add() {
+    elements_.emplace_back();
+    return static_cast<Number>(size() - 1);
+  }
+  void reserve(std::size_t elements) {
+    elements_.reserve(elements);
+    rehash(elements);
+  }
+
+ private:
+  /// Where the element is, or would be.
+  std::size_t at(const Element& element) const {
+    const std::size_t mask = table_.size() - 1;
+    std::size_t at = (reinterpret_cast<std::uintptr_t>(&element) * 0x9E3779B97F4A7C15 >> 32) & mask;
+    while (table_[at] != none && elements_[table_[at]].get() != &element) at = (at + 1) & mask;
+    return at;
+  }
+  void rehash(std::size_t elements) {
+    table_.assign(std::bit_ceil(2 * elements + 1), none);
+    for (Number number = 0; number < size(); ++number)
+      if (elements_[number].get()) table_[at(*elements_[number].get())] = number;
+  }
+
+  std::vector<datamodel::ModelElement> elements_;  // by number
+  std::vector<Number> table_;                      // a power of two, at most half of it taken
+  std::size_t taken_ = 0;
+};
+
+}  // namespace torvan::slicer
