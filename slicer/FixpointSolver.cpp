@@ -78,8 +78,8 @@ void FixpointSolver::solve(const Progress& progress) {
         ++pending;
       }
     }
-    reclaim();
-    if (++statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, pending - 1);
+    if (++statistics_.evaluations % 64 == 0) reclaim();
+    if (statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, pending - 1);
   }
 }
 
