@@ -52,7 +52,7 @@ class ElementMap : public Collection {
   void insert(const ModelElement& element,
               CollisionResolution resolution = CollisionResolution::Report) {
     owner().checkNoProxy();
-    owner().checkInsertion<E>(element);
+    owner().template checkInsertion<E>(element);
     ModelElement::Impl& child = *element.get();
     const K& key = key_(child);
     const Place place = placeOf(key);

@@ -58,7 +58,7 @@ class ORB_ZERO_API ElementPool {
   };
   void* carve(std::size_t size);
 
-  std::array<Free*, fine / step + 8 * 5 + 1> free_{};
+  std::array<Free*, fine / step + std::size_t{8} * 5 + 1> free_{};
   std::vector<std::unique_ptr<Line[]>> chunks_;
   std::byte* next_ = nullptr;
   std::size_t left_ = 0;

@@ -38,7 +38,7 @@ class OwnedSequence : public Collection {
   /// ("CannotCreateCrossModelAssociation").
   void add(const ModelElement& element) {
     owner().checkNoProxy();
-    owner().checkInsertion<E>(element);
+    owner().template checkInsertion<E>(element);
     ModelElement::Impl& child = *element.get();
     if (owns(child)) return;
     Unit unit(owner());
@@ -50,7 +50,7 @@ class OwnedSequence : public Collection {
   /// ("CannotAddSecondObject").
   void set(std::size_t place, const ModelElement& element) {
     owner().checkNoProxy();
-    owner().checkInsertion<E>(element);
+    owner().template checkInsertion<E>(element);
     const E before = (*this)[place];
     if (before == element) return;
     if (contains(element)) raise("CannotAddSecondObject");

@@ -1,4 +1,5 @@
 #include <functional>
+#include <ostream>
 #include <random>
 
 #include "tests/datamodel/SessionTest.h"
@@ -12,6 +13,10 @@ struct Lattice {
   const char* name;
   std::function<LatticeType(TypeFactory&)> makeType;
   int triples = 40;
+
+  friend std::ostream& operator<<(std::ostream& out, const Lattice& lattice) {
+    return out << lattice.name;
+  }
 };
 
 template <std::uint16_t size>

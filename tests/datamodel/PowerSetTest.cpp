@@ -113,6 +113,25 @@ TEST_F(PowerSetTest, BitsOfEveryFormAreComputedAlike) {
   }
 }
 
+/// At every place where loops over words begin anew.
+TEST_F(PowerSetTest, SingleDifferencesDecideTheOrder) {
+  for (const std::size_t size : {200U, 257U, 1024U, 1345U, 2100U}) {
+    const PowerSet whole = values.createPowerSet({}, ~BitSet(size));
+    const auto without = [&](std::size_t bit) {
+      return values.createPowerSet({}, (~BitSet(size)).reset(bit));
+    };
+    for (std::size_t bit = 0; bit < size; bit += bit % 64 == 0 ? 63 : 1) {
+      const PowerSet less = without(bit);
+      EXPECT_EQ(less.le(whole), boolean3::T) << bit << " of " << size;
+      EXPECT_EQ(whole.le(less), boolean3::F) << bit << " of " << size;
+      EXPECT_FALSE(less.eq(whole)) << bit << " of " << size;
+      for (const std::size_t other : {std::size_t{0}, size / 2, size - 1})
+        EXPECT_EQ(less.le(without(other)), other == bit ? boolean3::T : boolean3::NA)
+            << bit << " and " << other << " of " << size;
+    }
+  }
+}
+
 TEST_F(PowerSetTest, ResultsThatEqualAnOperandAreSetsOfTheirOwn) {
   const BitSet bits = ~BitSet(1000), other = ~bits;
   const PowerSet value = values.createPowerSet({}, bits), clone{value.clone()},

@@ -38,7 +38,7 @@ Bits::Bits(BitSet&& bits) : Bits() {
   }
 }
 
-Bits& Bits::operator=(Bits&& other) {
+Bits& Bits::operator=(Bits&& other) {  // NOLINT(performance-noexcept-move-constructor)
   if (form_ == Form::Stored)
     other.form_ == Form::Stored ? stored_->swap(*other.stored_) : other.copy().swap(*stored_);
   else

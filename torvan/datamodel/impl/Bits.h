@@ -29,8 +29,8 @@ class TORVAN_DATAMODEL_API Bits {
   Bits(const BitSet& bits);
   Bits(BitSet&& bits);
   Bits(Bits&& other) noexcept : Bits() { swap(other); }
-  /// Keeps the `BitSet` that somebody asked for, and gives it the other bits.
-  Bits& operator=(Bits&& other);
+  /// Keeps the `BitSet` that somebody asked for, and gives it the other bits; may take memory.
+  Bits& operator=(Bits&& other);  // NOLINT(performance-noexcept-move-constructor)
   ~Bits() {
     if (form_ != Form::Inside) [[unlikely]]
       release();
