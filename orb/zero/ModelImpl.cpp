@@ -67,7 +67,7 @@ ModelElement Model::Impl::adoptWithCare(Staged staged, const meta::ClassInfo& ty
     creation.reset(new (*this) Existence(*staged, Existence::Change::Creation));
   }
   elements_.push_back(staged.get());
-  const ModelElement made = enroll(*staged.release(), type);
+  ModelElement made = enroll(*staged.release(), type);
   if (creation) transactions_.log(std::move(creation));
   unit.commit();
   return made;
