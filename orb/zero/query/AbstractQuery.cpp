@@ -36,7 +36,7 @@ class ClassFilter {
  private:
   const meta::ClassInfo& type_;
   const SearchClassMatchMode mode_;
-  std::uint32_t last_ = 0;
+  std::uint32_t last_ = 0;  // the number of no class
   bool matches_ = false;
 };
 
