@@ -47,6 +47,7 @@ void Referrers::rebuild() noexcept {
   for (const Element* element : all_)
     if (element) noteTargets(*element);
   bound_ = 2 * entries_.size();
+  newest_ = UINT32_MAX;  // what comes next may be a link of another place
 }
 
 void Referrers::rebuildAll() noexcept {

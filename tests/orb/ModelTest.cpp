@@ -129,6 +129,22 @@ TEST_F(ModelTest, ReclaimForgetsNoReference) {
   EXPECT_EQ(second->getLhs(), LExpression());
 }
 
+/// What refers to what is collected anew now and then, in the midst of a change.
+TEST_F(ModelTest, ManyChangesForgetNoReference) {
+  const auto other = make<Variable>();
+  const auto first = make<Equation>(), last = make<Equation>();
+  last->setRhs(other);
+  for (int change = 0; change < 10000; ++change) {
+    const auto target = make<Variable>();
+    if (change % 3 == 0) first->setRhs(target);  // so that it is another one of these each time
+    first->setLhs(target);
+    last->setLhs(target);
+    target->destroy();
+    ASSERT_EQ(first->getLhs(), LExpression()) << change;
+    ASSERT_EQ(last->getLhs(), LExpression()) << change;
+  }
+}
+
 TEST_F(ModelTest, ReclaimFreesAnonymousTypesWithTheirValues) {
   const auto array = types.createArrayType("A", types.createArrayType("B", sets(5), 2), 3);
   const std::size_t before = model.size();
