@@ -34,22 +34,22 @@ void Model::Impl::destroy(Element& root, Element* replacement) {
     auto record =
         std::unique_ptr<UndoRecord>(new (*this) Existence(element, Existence::Change::Destruction));
     transactions_.log(std::move(record));
-    element.life_ = Element::Life::Dying;
+    element.standing_.life = Element::Life::Dying;
     if (!element.isProxy()) --alive_;
   }
   disassociateIncoming(doomed.found, replacement);
-  for (Element* element : doomed.found) element->life_ = Element::Life::Destroyed;
+  for (Element* element : doomed.found) element->standing_.life = Element::Life::Destroyed;
 }
 
 void Model::Impl::disassociate(Element& target) {
-  target.life_ = Element::Life::Dying;
+  target.standing_.life = Element::Life::Dying;
   try {
     disassociateIncoming({&target}, nullptr);
   } catch (...) {
-    target.life_ = Element::Life::Alive;
+    target.standing_.life = Element::Life::Alive;
     throw;
   }
-  target.life_ = Element::Life::Alive;
+  target.standing_.life = Element::Life::Alive;
 }
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
@@ -79,7 +79,7 @@ void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Ele
       if (property->isOwning) continue;
       referred.collect(*element, *property);
       for (Element* target : referred.found) {
-        if (target->life_ != Element::Life::Dying) continue;
+        if (target->standing_.life != Element::Life::Dying) continue;
         if (replacement && target == targets.front())
           property->services.replace(*element, *target, *replacement);
         else

@@ -17,8 +17,8 @@ class Existence final : public UndoRecord {
   void flip() noexcept override {
     using Life = ModelElement::Impl::Life;
     Model::Impl& model = element().model();
-    const bool revives = element().life_ != Life::Alive;
-    element().life_ = revives ? Life::Alive : Life::Destroyed;
+    const bool revives = element().standing_.life != Life::Alive;
+    element().standing_.life = revives ? Life::Alive : Life::Destroyed;
     if (!element().isProxy()) revives ? ++model.alive_ : --model.alive_;
     isMade_ = !isMade_;
   }

@@ -57,10 +57,12 @@ class ORB_ZERO_API Handle : public Base {
       ModelElement::raiseEmpty(metaClass());
     return static_cast<typename X::Impl&>(*element.get());
   }
-  /// The Impl of a live element of X itself; null for any other, one of a derived class included.
+  /// The Impl of a live element of X itself; null for any other, proxies and those of a derived
+  /// class included.
   static auto* exactImplOf(const ModelElement& element) noexcept {
-    const bool isExact = element && element.get()->classNumber() == classNumber;
-    return isExact ? static_cast<typename X::Impl*>(element.get()) : nullptr;
+    ModelElement::Impl* const impl = element.get();
+    const bool isExact = impl && impl->isMemberOfExactly(classNumber);
+    return isExact ? static_cast<typename X::Impl*>(impl) : nullptr;
   }
 
  protected:

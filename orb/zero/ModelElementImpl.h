@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,23 +33,30 @@ class ORB_ZERO_API ModelElement::Impl {
   Impl& operator=(const Impl&) = delete;
   virtual ~Impl();
 
-  const meta::ClassInfo& getMetaClass() const noexcept { return meta::classAt(classNumber_); }
+  const meta::ClassInfo& getMetaClass() const noexcept {
+    return meta::classAt(standing_.classNumber);
+  }
   /// That of its class, see `meta::classAt`.
-  std::uint32_t classNumber() const noexcept { return classNumber_; }
+  std::uint32_t classNumber() const noexcept { return standing_.classNumber; }
   /// Has the memory brought near, before the class and the first properties are looked at.
-  void prefetch() const noexcept { __builtin_prefetch(&classNumber_); }
+  void prefetch() const noexcept { __builtin_prefetch(&standing_); }
   /// Whether it is of the class, which has this number, or of one derived from it.
   bool isOf(std::uint32_t number, const meta::ClassInfo& type) const noexcept {
-    return classNumber_ == number || getMetaClass().isKindOf(type);
+    return standing_.classNumber == number || getMetaClass().isKindOf(type);
   }
   const uuid& getUuid() const noexcept { return uuid_; }
   /// A counted handle to the model that owns this element.
   Model getModel() const noexcept { return Model(model_); }
   /// The element that owns this one; empty for a top-level element.
   ModelElement getContainer() const noexcept { return ModelElement(container_); }
-  bool isAlive() const noexcept { return life_ == Life::Alive; }
+  bool isAlive() const noexcept { return standing_.life == Life::Alive; }
   /// Whether it is a live element of its model, and no proxy.
-  bool isMember() const noexcept { return isAlive() && !isProxy_; }
+  bool isMember() const noexcept { return isAlive() && !standing_.isProxy; }
+  /// The same of an element of the class that has this number itself.
+  bool isMemberOfExactly(std::uint32_t number) const noexcept {
+    constexpr auto member = std::bit_cast<std::uint32_t>(Standing{0, Life::Alive, false});
+    return std::bit_cast<std::uint32_t>(standing_) == (member | number);
+  }
 
   // Reflection: properties by their descriptors. A property that the class lacks raises
   // "NoSuchProperty" with the class and the property.
@@ -93,7 +101,7 @@ class ORB_ZERO_API ModelElement::Impl {
   // by `createProxy`; it can stand wherever its element can, and all else that changes it raises
   // "CannotModifyProxy". It is no element of the model to `find`, `elements` and queries.
 
-  bool isProxy() const noexcept { return isProxy_; }
+  bool isProxy() const noexcept { return standing_.isProxy; }
   ProxyId getProxyId() const noexcept { return {uuid_, &getMetaClass()}; }
   /// The element that a proxy stands for, if the model has it, or else the proxy; itself for an
   /// element that is none.
@@ -109,7 +117,7 @@ class ORB_ZERO_API ModelElement::Impl {
   void convertReferencesToProxies(bool owned, const std::optional<ProxyId>& only);
   /// Raises "CannotModifyProxy" for a proxy.
   void checkNoProxy() const {
-    if (isProxy_) [[unlikely]]
+    if (standing_.isProxy) [[unlikely]]
       raiseProxy();
   }
 
@@ -150,7 +158,7 @@ class ORB_ZERO_API ModelElement::Impl {
   void removeRef() noexcept;
   void addSlot() noexcept { ++slots_; }
   void removeSlot() noexcept {
-    if (--slots_ == 0 && life_ == Life::Ended) lastSlot();
+    if (--slots_ == 0 && standing_.life == Life::Ended) lastSlot();
   }
   std::uint32_t outsideCount() const noexcept { return outside_; }
   std::uint32_t slotCount() const noexcept { return slots_; }
@@ -221,7 +229,9 @@ class ORB_ZERO_API ModelElement::Impl {
 
  protected:
   Impl() noexcept = default;
-  void setClassNumber(std::uint32_t number) noexcept { classNumber_ = number; }
+  void setClassNumber(std::uint32_t number) noexcept {
+    standing_.classNumber = static_cast<std::uint16_t>(number);
+  }
   /// Gives an element in the making a new UUID.
   void identify() noexcept;
 
@@ -236,6 +246,12 @@ class ORB_ZERO_API ModelElement::Impl {
   // Staged: in a builder. Dying: being destroyed. Destroyed: a rollback may revive it. Ended: only
   // counts keep its memory.
   enum class Life : std::uint8_t { Staged, Alive, Dying, Destroyed, Ended };
+  /// What is mostly asked for together, as one word.
+  struct Standing {
+    std::uint16_t classNumber = 0;
+    Life life = Life::Staged;
+    bool isProxy = false;
+  };
 
   void recordValue(int position);
   void checkOwn(const meta::PropertyInfo& property) const {
@@ -263,11 +279,9 @@ class ORB_ZERO_API ModelElement::Impl {
   // the cache with them.
   std::uint32_t outside_ = 0;
   std::uint32_t slots_ = 0;
+  Standing standing_;
   std::uint8_t containment_ = 0;
-  Life life_ = Life::Staged;
-  bool isProxy_ = false;
   bool isUntracked_ = false;
-  std::uint32_t classNumber_ = 0;
 };
 
 inline ModelElement::ModelElement(Impl* element) noexcept

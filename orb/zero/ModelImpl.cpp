@@ -95,7 +95,7 @@ void Model::Impl::end(Element& element) noexcept {
   remove(element);
   for (const meta::PropertyInfo* property : element.getMetaClass().all)
     property->services.clear(element);
-  element.life_ = Element::Life::Ended;
+  element.standing_.life = Element::Life::Ended;
   element.setContainer(nullptr, 0);
   if (element.outside_ == 0 && element.slots_ == 0) {
     dispose(element);

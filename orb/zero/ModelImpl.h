@@ -123,7 +123,7 @@ inline void ModelElement::Impl::noteReference(Impl& target) const noexcept {
 }
 inline ModelElement Model::Impl::enroll(Element& element, const meta::ClassInfo& type) noexcept {
   element.index_ = births() - 1;
-  element.life_ = Element::Life::Alive;
+  element.standing_.life = Element::Life::Alive;
   if (!element.isProxy()) ++alive_;
   type.note(element, referrers_);
   return ModelElement(&element);
@@ -135,7 +135,7 @@ inline void ModelElement::Impl::addRef() noexcept {
 inline void ModelElement::Impl::removeRef() noexcept {
   if (--outside_ != 0) return;
   Model::Impl& model = *model_;
-  if (life_ == Life::Ended) [[unlikely]]
+  if (standing_.life == Life::Ended) [[unlikely]]
     lastOutside();
   model.release();
 }

@@ -20,7 +20,7 @@ ModelElement Model::Impl::proxy(const ProxyId& id, const Element* original) {
   }
   Staged staged = stage(*id.type);
   if (original) copyKey(*original, *staged);
-  staged->isProxy_ = true;
+  staged->standing_.isProxy = true;
   Transaction unit(Model(this));
   ModelElement made = adopt(std::move(staged), id.id);
   proxies_.emplace(id.id, made.get());
@@ -33,26 +33,26 @@ void Model::Impl::copyKey(const Element& original, Element& copy) {
   if (!original.container_ || original.containment().key.empty()) return;
   const meta::PropertyInfo& key = *original.getPropertyByName(original.containment().key);
   const Value value = key.services.get(original, ProxyTag::Keep);
-  const bool isProxy = std::exchange(copy.isProxy_, false);  // for once it may be changed
+  const bool isProxy = std::exchange(copy.standing_.isProxy, false);  // for once it may be changed
   try {
     key.services.set(copy, value);
   } catch (...) {
-    copy.isProxy_ = isProxy;
+    copy.standing_.isProxy = isProxy;
     throw;
   }
-  copy.isProxy_ = isProxy;
+  copy.standing_.isProxy = isProxy;
 }
 
 ModelElement ModelElement::Impl::resolved() const {
   ModelElement self(const_cast<Impl*>(this));
-  if (!isProxy_) return self;
+  if (!standing_.isProxy) return self;
   ModelElement found(model_->find(uuid_));
   return found && found.get()->getMetaClass().isKindOf(getMetaClass()) ? found : self;
 }
 
 bool ModelElement::Impl::resolve() {
   const ModelElement original = resolved();
-  if (!isProxy_ || original.get() == this) return false;
+  if (!standing_.isProxy || original.get() == this) return false;
   Transaction unit(getModel());
   model_->destroy(*this, original.get());
   unit.commit();
@@ -60,7 +60,7 @@ bool ModelElement::Impl::resolve() {
 }
 
 ModelElement ModelElement::Impl::convertToProxy() {
-  if (isProxy_) return ModelElement(this);
+  if (standing_.isProxy) return ModelElement(this);
   const Model model = getModel();
   const ProxyId id = getProxyId();
   Transaction unit(model);
@@ -78,7 +78,7 @@ void ModelElement::Impl::doDestroy(bool owned, bool leavesProxy) {
       if (property->isOwning) property->services.targets(*this, children);
     for (Impl* child : children.found) child->leaveContainer();
   }
-  const bool isReplaced = leavesProxy && !isProxy_;
+  const bool isReplaced = leavesProxy && !standing_.isProxy;
   const ModelElement proxy = isReplaced ? model_->proxy(getProxyId(), this) : ModelElement();
   model_->destroy(*this, proxy.get());
   unit.commit();

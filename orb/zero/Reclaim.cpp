@@ -41,7 +41,7 @@ std::size_t Model::Impl::reclaim() {
   const auto consider = [&](Element* element) {
     if (!element || !element->isAlive() || element->isProxy() || element->container_) return;
     if (!element->isReclaimable() || !isYoung(*element, first)) return;
-    element->life_ = Element::Life::Dying;
+    element->standing_.life = Element::Life::Dying;
     doomed.push_back(element);
   };
   for (std::uint32_t i = first; i < births(); ++i) consider(elements_[i]);
@@ -55,7 +55,7 @@ std::size_t Model::Impl::reclaim() {
       property->services.targets(element, property->isOwning ? owned : referred);
       property->services.clear(element);
     }
-    for (Element* child : owned.found) child->life_ = Element::Life::Dying;
+    for (Element* child : owned.found) child->standing_.life = Element::Life::Dying;
     doomed.insert(doomed.end(), owned.found.begin(), owned.found.end());
     for (Element* target : referred.found) consider(target);
   }

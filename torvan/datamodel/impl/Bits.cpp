@@ -26,12 +26,17 @@ inline void Bits::makeBlock(std::size_t size, orb::zero::ElementPool& pool) {
   new (block_ + count) BlockEnd{&pool, 1};
 }
 
+inline void Bits::keep(BitSet* bits) noexcept {
+  stored_ = bits;
+  size_ = sizeOfStored;
+  form_ = Form::Stored;
+}
+
 Bits::Bits(const BitSet& bits) : Bits(BitSet(bits)) {}
 
 Bits::Bits(BitSet&& bits) : Bits() {
   if (bits.num_blocks() > wordsInside) {
-    stored_ = new BitSet(std::move(bits));
-    form_ = Form::Stored;
+    keep(new BitSet(std::move(bits)));
   } else {
     size_ = static_cast<std::uint32_t>(bits.size());
     to_block_range(bits, words_);
@@ -72,8 +77,7 @@ BitSet& Bits::stored() {
   if (form_ != Form::Stored) {
     auto* const made = new BitSet(copy());
     if (form_ != Form::Inside) release();
-    stored_ = made;
-    form_ = Form::Stored;
+    keep(made);
   }
   return *stored_;
 }
@@ -106,7 +110,7 @@ void Bits::combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& p
   constexpr bool isJoin = operation == Operation::Join;
   constexpr auto combineWords = isJoin ? words::join : words::meet;
   if (a.size() == b.size()) {
-    const boolean3 order = a.compareBlocks(b);
+    const boolean3 order = a.compare(b);
     if (order != boolean3::NA) return assign((order == boolean3::T) == isJoin ? b : a, pool);
   }
   if (a.hasBlockLike(b)) {
@@ -127,7 +131,6 @@ template void Bits::combineBlocks<Bits::Operation::Meet>(const Bits&, const Bits
 
 /// The words that one of them lacks are compared with none.
 boolean3 Bits::compareBlocks(const Bits& other) const noexcept {
-  if (hasBlockLike(other)) return words::compare(block_, other.block_, countFor(size_));
   const Word *const mine = words(), *const others = other.words();
   const std::size_t common = std::min(count(), other.count());
   if (mine == others) return boolean3::T;
@@ -141,7 +144,6 @@ boolean3 Bits::compareBlocks(const Bits& other) const noexcept {
 }
 
 bool Bits::isEqualBlock(const Bits& other) const noexcept {
-  if (hasBlockLike(other)) return words::isEqual(block_, other.block_, countFor(size_));
   return size() == other.size() && words::isEqual(words(), other.words(), count());
 }
 

@@ -72,15 +72,24 @@ class TORVAN_DATAMODEL_API Bits {
 
   /// How it lies to the other in the order of inclusion; bits that one of them lacks read as 0.
   boolean3 compare(const Bits& other) const noexcept {
-    if (!isInside() || !other.isInside()) return compareBlocks(other);
-    return rest(other) == 0 ? boolean3::T : other.rest(*this) == 0 ? boolean3::F : boolean3::NA;
+    if (size_ <= wordBits && other.size_ <= wordBits) {
+      const Word mine = words_[0], others = other.words_[0];
+      return (mine & ~others) == 0   ? boolean3::T
+             : (others & ~mine) == 0 ? boolean3::F
+                                     : boolean3::NA;
+    }
+    if (isInside() && other.isInside())
+      return rest(other) == 0 ? boolean3::T : other.rest(*this) == 0 ? boolean3::F : boolean3::NA;
+    if (hasBlockLike(other)) return words::compare(block_, other.block_, countFor(size_));
+    return compareBlocks(other);
   }
   bool isSubsetOf(const Bits& other) const noexcept { return compare(other) == boolean3::T; }
   friend bool operator==(const Bits& a, const Bits& b) noexcept {
-    if (!a.isInside() || !b.isInside()) return a.isEqualBlock(b);
-    Word difference = a.size_ ^ b.size_;
-    for (std::size_t i = 0; i < wordsInside; ++i) difference |= a.words_[i] ^ b.words_[i];
-    return difference == 0;
+    if (a.size_ == b.size_ && a.size_ <= wordBits) return a.words_[0] == b.words_[0];
+    if (a.isInside() && b.isInside())
+      return a.size_ == b.size_ && std::memcmp(a.words_, b.words_, sizeof a.words_) == 0;
+    if (a.hasBlockLike(b)) return words::isEqual(a.block_, b.block_, countFor(a.size_));
+    return a.isEqualBlock(b);
   }
 
  private:
@@ -88,6 +97,7 @@ class TORVAN_DATAMODEL_API Bits {
   enum class Operation : bool { Join, Meet };
   static constexpr std::size_t wordBits = 64;
   static constexpr std::size_t wordsInside = 4;
+  static constexpr std::uint32_t sizeOfStored = UINT32_MAX;
   static constexpr std::size_t countFor(std::size_t size) noexcept {
     return (size + wordBits - 1) / wordBits;
   }
@@ -129,6 +139,7 @@ class TORVAN_DATAMODEL_API Bits {
   template <Operation operation>
   void combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool);
   void makeBlock(std::size_t size, orb::zero::ElementPool& pool);
+  void keep(BitSet* bits) noexcept;
   BlockEnd& blockEnd() const noexcept {
     return *reinterpret_cast<BlockEnd*>(block_ + countFor(size_));
   }
@@ -142,7 +153,8 @@ class TORVAN_DATAMODEL_API Bits {
     Word* block_;
     BitSet* stored_;
   };
-  std::uint32_t size_ = 0;  // of a `BitSet` it is there
+  // Up to `wordBits` tells that all is in the first word inside. A `BitSet` has its own size.
+  std::uint32_t size_ = 0;
   Form form_ = Form::Inside;
 };
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include <torvan/datamodel/Api.h>
 #include <torvan/datamodel/boolean3.h>
 
 /// Operations on sets that are given as words of 64 bits, all in one pass.
@@ -13,7 +14,8 @@ using Word = unsigned long;
 /// Whether all of a is in b; stops soon where that is not so.
 bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept;
 /// How a lies to b in the order of inclusion.
-boolean3 compareThroughout(const Word* a, const Word* b, std::size_t count) noexcept;
+TORVAN_DATAMODEL_API boolean3 compareThroughout(const Word* a, const Word* b,
+                                                std::size_t count) noexcept;
 /// The same; sets of which none is in the other mostly show it at once.
 inline boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept {
   if (a == b) return boolean3::T;
