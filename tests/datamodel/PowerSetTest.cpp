@@ -187,6 +187,26 @@ TEST_F(PowerSetTest, JoinIntoSharesAllThatResultsWhereAllowed) {
   EXPECT_TRUE(joinInto(other, foreign, Sharing::Allowed));
   EXPECT_EQ(other->getType(), type);
   EXPECT_EQ(valueOf(small), bitsOf(4, {1}));
+
+  const PowerSet longer = make<PowerSet>();
+  longer->setType(type);
+  longer->setValue(bitsOf(6, {1, 5}));
+  other = small;
+  EXPECT_TRUE(small.le(longer) == boolean3::T);
+  EXPECT_FALSE(joinInto(other, longer, Sharing::Allowed)) << "no more within its length";
+  longer->setValue(bitsOf(6, {1, 2, 5}));
+  EXPECT_TRUE(joinInto(other, longer, Sharing::Allowed));
+  EXPECT_EQ(valueOf(other), bitsOf(4, {1, 2}));
+}
+
+TEST_F(PowerSetTest, JoinIntoRaisesWhatJoinDoes) {
+  const LatticeValue set = sets(1)->getTop(),
+                     record = types.createStructType("S", {}, {})->getTop();
+  LatticeValue value = record;
+  EXPECT_RAISES(joinInto(value, {}), castFailure<Struct>());
+  EXPECT_RAISES(joinInto(value, set), castFailure<Struct>());
+  value = set;
+  EXPECT_RAISES(joinInto(value, record), castFailure<PowerSet>());
 }
 
 }  // namespace

@@ -42,6 +42,12 @@ TEST_F(RefTest, BitRangesStayInsideTheSet) {
   target.ref(4, 300).assign(ones);
   EXPECT_EQ(target->getValue(), bitsOf(4, {2, 4}));
   EXPECT_EQ(PowerSet(target.ref(4, 0).deref())->getValue(), bitsOf(1, {1}));
+
+  const std::size_t before = model.size();
+  model.setHistoryLimit(1);
+  target.ref(1, 2).deref();
+  model.undo();
+  EXPECT_EQ(model.size(), before) << "read as one step";
 }
 
 TEST_F(RefTest, BitRangeNarrowsBySixteenBitArithmetic) {

@@ -68,6 +68,26 @@ TEST_F(StructTest, RefStoresAMissingField) {
   EXPECT_EQ(storedIn(value), "ax");
 }
 
+TEST_F(StructTest, RefChangesNothingWithoutNeed) {
+  const Struct value = record({"a"}, {set(p, {1})}),
+               proxy = Struct::createProxy(model, model.newUuid());
+  const Array array = Array::createProxy(model, model.newUuid());
+  const std::size_t before = model.size();
+  EXPECT_RAISES(proxy.ref("a"), "CannotModifyProxy");
+  EXPECT_RAISES(array.ref(1, 3), "CannotModifyProxy");
+  EXPECT_EQ(model.size(), before);
+  Model::Freezer::freeze(model);
+  EXPECT_TRUE(value.ref("a").deref() == value.at("a"));
+  EXPECT_RAISES(value.ref("b"), "CannotModifyFrozenModel");
+}
+
+TEST_F(StructTest, AStoredFieldCountsThoughItsTypeHasNone) {
+  const StructType other = types.createStructType("S", {"a"}, {LatticeType()});
+  const Struct left = record({"a"}, {set(p, {1})});
+  const Struct right = values.createStruct(other, {"a"}, {set(p, {2})});
+  EXPECT_EQ(PrettyPrinter().dispatch(left.join(right)), "Struct(a : 011,b : 000)");
+}
+
 TEST_F(StructTest, PruneRemovesAndCopiesStoredFields) {
   const Struct value = record({"a", "b"}, {set(p, {1}), set(p, {2})});
   const Struct pruned = value.prune({"a"}), stray = record({"a", "x"}, {set(p, {1}), set(p, {2})});

@@ -61,7 +61,8 @@ TEST_F(TypeTest, RefusalsLeaveWhatWasMadeBefore) {
   const std::size_t before = model.size();
   EXPECT_RAISES(values.createStruct({}, same, own), "UniquenessConstraint");
   EXPECT_RAISES(values.createArray({}, indices, foreignToo), otherModel);
-  EXPECT_EQ(model.size(), before + 4);
+  EXPECT_RAISES(values.createStruct({}, same, foreignToo), otherModel);  // asked before the key
+  EXPECT_EQ(model.size(), before + 6);
 }
 
 TEST_F(TypeTest, UnequalVectorsAreNeverReadPastTheirEnd) {

@@ -132,20 +132,28 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
 
 Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
   const std::uint16_t count = countOf(start, end);
-  const orb::zero::Batch batch(*this);
-  std::vector<LatticeValue*> slots;
-  for (unsigned k = 0; k < count; ++k) {
-    const auto index = static_cast<std::uint16_t>(start + k);
-    if (!values_.contains(index)) {
+  const auto indexAt = [=](unsigned k) { return static_cast<std::uint16_t>(start + k); };
+  unsigned stored = 0;
+  while (stored < count && values_.contains(indexAt(stored))) ++stored;
+  if (stored < count) {
+    checkNoProxy();
+    const orb::zero::Batch batch(*this);
+    for (; stored < count; ++stored) {
+      const std::uint16_t index = indexAt(stored);
+      if (values_.contains(index)) continue;
       const LatticeValue bottom = read(index);
       store(index, bottom ? bottom.clone() : LatticeValue());
     }
-    slots.push_back(values_.find(index)->ref());
   }
+  std::vector<LatticeValue*> slots;
+  slots.reserve(count);
+  for (unsigned k = 0; k < count; ++k) slots.push_back(values_.find(indexAt(k))->ref());
   return count == 1 ? Ref(slots.front()) : Ref(slots);
 }
 
 void Array::Impl::store(std::uint16_t index, const LatticeValue& value) {
+  checkNoProxy();
+  checkCompatibleModel(value ? value.get() : nullptr);
   if (values_.contains(index)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
   add(index, value);

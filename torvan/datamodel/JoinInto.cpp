@@ -27,22 +27,29 @@ bool joinInPlace(PowerSet::Impl& set, const Bits& more) {
   return true;
 }
 
+bool areSetsOfOneLength(const LatticeValue& a, const LatticeValue& b) {
+  const auto *const set = PowerSet::exactImplOf(a), *const other = PowerSet::exactImplOf(b);
+  return set && other && set->bits().size() == other->bits().size();
+}
+
 }  // namespace
 
 bool joinInto(LatticeValue& value, const LatticeValue& more, Sharing sharing) {
   auto* const element = value.operator->();
   if (isHeldAlone(value) && element->classNumber() == PowerSet::classNumber) [[likely]]
     return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(more).bits());
-  const boolean3 order = more.le(value);
+  const bool isAlike = more && more.get()->classNumber() == element->classNumber();
+  const boolean3 order = isAlike ? more.le(value) : boolean3::NA;  // or else `join` refuses it
   if (order == boolean3::T) return false;
-  if (order == boolean3::F && sharing == Sharing::Allowed &&
-      element->getType() == more->getType()) {
+  const bool mayShare =
+      order == boolean3::F && sharing == Sharing::Allowed && element->getType() == more->getType();
+  if (mayShare && areSetsOfOneLength(value, more)) {
     value = more;
     return true;
   }
   LatticeValue joined = value.join(more);
   if (joined.eq(value)) return false;
-  value = std::move(joined);
+  value = mayShare && joined.eq(more) ? more : std::move(joined);
   return true;
 }
 

@@ -63,6 +63,8 @@ LatticeType StructType::Impl::at(const std::string& name) const {
 }
 
 void StructType::Impl::store(const std::string& name, const LatticeType& elemType) {
+  checkNoProxy();
+  checkCompatibleModel(elemType ? elemType.get() : nullptr);
   if (fields_.contains(name)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
   FieldType::Builder field(getModel());

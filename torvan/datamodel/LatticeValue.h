@@ -10,7 +10,7 @@ namespace torvan::datamodel {
 
 /// A value of a lattice type. Abstract.
 ///
-/// The operations are those of the lattice: for compatible values, `a.join(b)` is the least value
+/// The operations are those of the lattice: for values of one type, `a.join(b)` is the least value
 /// above both and `a.meet(b)` the greatest one below both; join and meet are commutative,
 /// associative and idempotent, and each absorbs the other: `a.join(a.meet(b))` equals `a`.
 ///

@@ -25,6 +25,7 @@ void PowerSetRef::assign(const LatticeValue& value) {
 }
 
 LatticeValue PowerSetRef::deref() const {
+  const orb::zero::Batch batch(model_);
   PowerSet::Builder whole(model_);
   whole->basicSetValue(*bits_);
   return whole.create().at(start_, end_);

@@ -50,14 +50,14 @@ class TORVAN_DATAMODEL_API Ref {
   LatticeValue deref();
 
   /// The place of a field of the record that the place holds. An empty slot first receives a clone
-  /// of `prototype`. On a range of slots this narrows the receiver as well, to the same slots as
-  /// the result. On a range of bits the result refers to nothing: it reads as empty and is never
-  /// written.
+  /// of `prototype`, which has to be of the slot's model. On a range of slots this narrows the
+  /// receiver as well, to the same slots as the result. On a range of bits the result refers to
+  /// nothing: it reads as empty and is never written.
   Ref ref(const std::string& fieldName, const LatticeValue& prototype);
   /// The place of a range of the parts that the place holds: of a range of bits, its bits start to
-  /// end; of a slot, the range of its value, an empty slot first receiving a clone of `prototype`;
-  /// of a range of slots, its slots start to end. Counted from 1, inclusive, an end of 0 standing
-  /// for the single part at the start.
+  /// end; of a slot, the range of its value, an empty slot first receiving a clone of `prototype`
+  /// as above; of a range of slots, its slots start to end. Counted from 1, inclusive; but for a
+  /// range of bits, an end of 0 stands for the single part at the start.
   Ref ref(std::uint16_t start, std::uint16_t end, const LatticeValue& prototype);
 
   /// Equal when they refer to the same place.

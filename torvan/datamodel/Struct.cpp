@@ -29,9 +29,10 @@ class FieldReader {
   /// is read for, if the record's lacks the field.
   const LatticeValue& at(const std::string& name, const FieldType& field) {
     const bool isStored = skipTo(name);
-    const LatticeType own = isOwnType_ || !type_ ? LatticeType() : type_.at(name);
-    if (isStored && (isOwnType_ || own || !type_)) return next_->second->getValue();
-    return (own ? own : field->getElemType())->getBottom();
+    const bool isOther = !isOwnType_ && type_;
+    const FieldType::Impl* const own = isOther ? type_->getFields().find(name) : nullptr;
+    if (isStored && (!isOther || own)) return next_->second->getValue();
+    return (own && own->hasElemType() ? own : field.operator->())->getElemType()->getBottom();
   }
 
  private:
@@ -109,8 +110,9 @@ LatticeValue Struct::Impl::at(const std::string& name) const {
 }
 
 Ref Struct::Impl::ref(const std::string& name) {
-  const orb::zero::Batch batch(*this);
   if (!values_.contains(name)) {
+    checkNoProxy();
+    const orb::zero::Batch batch(*this);
     const LatticeValue bottom = at(name);
     store(name, bottom ? bottom.clone() : LatticeValue());
   }
@@ -133,6 +135,8 @@ Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
 }
 
 void Struct::Impl::store(const std::string& name, const LatticeValue& value) {
+  checkNoProxy();
+  checkCompatibleModel(value ? value.get() : nullptr);
   if (values_.contains(name)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
   add(name, value);
