@@ -25,7 +25,7 @@ class Numbering {
   Number find(const Element& element) const { return table_.empty() ? none : table_[at(element)]; }
   /// The number of the element, and whether it is a new one.
   std::pair<Number, bool> add(Element& element) {
-    if (2 * taken_ >= table_.size()) rehash(taken_ + 1);
+    if (4 * (taken_ + 1) > 3 * table_.size()) rehash(taken_ + 1);
     Number& entry = table_[at(element)];
     const bool isNew = entry == none;
     if (isNew) {
@@ -54,13 +54,13 @@ class Numbering {
     return at;
   }
   void rehash(std::size_t elements) {
-    table_.assign(std::bit_ceil(2 * elements + 1), none);
+    table_.assign(std::bit_ceil(4 * elements / 3 + 1), none);
     for (Number number = 0; number < size(); ++number)
       if (elements_[number].get()) table_[at(*elements_[number].get())] = number;
   }
 
   std::vector<datamodel::ModelElement> elements_;  // by number
-  std::vector<Number> table_;                      // a power of two, at most half of it taken
+  std::vector<Number> table_;                      // a power of two, at most 3/4 of it taken
   std::size_t taken_ = 0;
 };
 
