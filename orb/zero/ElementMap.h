@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <utility>
@@ -85,15 +86,15 @@ class ElementMap : public Collection {
     unit.commit();
   }
 
-  /// Stores the child under another key; `rename` then changes the key itself and does not fail.
-  /// Raises "UniquenessConstraint" when there is an element under that key.
-  template <class Rename>
-  void rekey(ModelElement::Impl& child, const K& key, Rename rename) {
-    if (content_.contains(key)) raise("UniquenessConstraint");
-    Renaming renaming{*this, key_(child), key, key};
-    Renaming& made = isRecorded() ? log(std::move(renaming)) : renaming;
-    rename();
-    made.exchange(true);
+  /// Stores the child under another key, which is to become its own. Raises
+  /// "UniquenessConstraint" when there is another element under that key.
+  void rekey(const ModelElement::Impl& child, const K& key) {
+    if (const auto found = content_.find(key); found != content_.end()) {
+      if (found->second.get() == &child) return;
+      raise("UniquenessConstraint");
+    }
+    Renaming renaming{*this, storedAt(child)->first, key, key};
+    (isRecorded() ? log(std::move(renaming)) : renaming).exchange(true);
   }
 
   // What the owner's property does with it (see `meta::PropertyServices`).
@@ -101,8 +102,7 @@ class ElementMap : public Collection {
     for (const auto& [key, child] : content_) visitor.visit(*child.get());
   }
   void release(const ModelElement::Impl& child) {
-    const auto found = content_.find(key_(child));
-    if (found != content_.end() && found->second.get() == &child) take(found);
+    if (const Place found = storedAt(child); found != content_.end()) take(found);
   }
   void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
     erase(key_(child));
@@ -168,6 +168,12 @@ class ElementMap : public Collection {
   Place placeOf(const K& key) {
     if (content_.empty() || content_.rbegin()->first < key) return content_.end();
     return content_.lower_bound(key);
+  }
+  Place storedAt(const ModelElement::Impl& child) {
+    const auto isChild = [&](const auto& entry) { return entry.second.get() == &child; };
+    const Place found = content_.find(key_(child));
+    if (found != content_.end() && isChild(*found)) return found;
+    return std::find_if(content_.begin(), content_.end(), isChild);  // its key was basically set
   }
   void put(Place before, const K& key, ModelElement::Impl& child) {
     if (isRecorded()) {  // all that can fail comes first

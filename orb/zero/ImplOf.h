@@ -64,8 +64,8 @@ class ImplOf : public X::Super::Impl {
       this->noteReference(*slot.get());
   }
   /// The guarded setter. Setting what is set already has no effect; a destroyed element is as good
-  /// as none; one of another model raises "CannotCreateCrossModelAssociation", and a proxy as the
-  /// receiver "CannotModifyProxy".
+  /// as none; one of another model raises "CannotCreateCrossModelAssociation", a proxy as the
+  /// receiver "CannotModifyProxy", and a key that its owner has already "UniquenessConstraint".
   template <auto Member, class Given>
   void set(Given&& value) {
     this->checkNoProxy();
@@ -84,6 +84,7 @@ class ImplOf : public X::Super::Impl {
       std::remove_cvref_t<decltype(slot)> copy(std::forward<Given>(value));
       Unit unit(*this);
       this->notifyModifying(meta::positionOf(Member));
+      followKey<Member>(copy);
       basicSet<Member>(std::move(copy));
       unit.commit();
     }
@@ -94,7 +95,10 @@ class ImplOf : public X::Super::Impl {
     if (!has<Member>()) return;
     Unit unit(*this);
     this->notifyModifying(meta::positionOf(Member));
-    static_cast<typename X::Impl&>(*this).*Member = {};
+    auto& slot = static_cast<typename X::Impl&>(*this).*Member;
+    std::remove_cvref_t<decltype(slot)> none{};
+    followKey<Member>(none);
+    slot = std::move(none);
     this->setGiven(meta::positionOf(Member), false);
     unit.commit();
   }
@@ -104,6 +108,14 @@ class ImplOf : public X::Super::Impl {
 
   using enum meta::Flag;  // for the table
   using enum meta::Body;
+
+ private:
+  /// A keyed owner stores the element under the key that it is about to get.
+  template <auto Member, class Key>
+  void followKey(const Key& key) {
+    if constexpr (requires { requires std::same_as<decltype(X::Impl::keyOf(*this)), const Key&>; })
+      this->rekey(meta::positionOf(Member), &key);
+  }
 };
 
 }  // namespace orb::zero

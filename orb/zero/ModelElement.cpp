@@ -46,10 +46,19 @@ Storage& ModelElement::Impl::storageOfSavepoint() {
   return *storage_;
 }
 
+void ModelElement::Impl::rekey(int position, const void* key) {
+  if (!container_) return;
+  const meta::PropertyInfo& owning = containment();
+  if (owning.services.rekey && getPropertyByName(owning.key)->position == position)
+    owning.services.rekey(*container_, *this, key);
+}
+
+/// Collections log their changes themselves.
 void ModelElement::Impl::recordValue(int position) {
+  const meta::PropertyInfo& property = *getMetaClass().all[static_cast<std::size_t>(position) - 1];
+  if (!property.services.save) return;
   Storage& storage = storageOfSavepoint();
-  if (!storage.isChanged(position))
-    storage.keep(*getMetaClass().all[static_cast<std::size_t>(position) - 1]);
+  if (!storage.isChanged(position)) storage.keep(property);
 }
 
 std::unique_ptr<Storage> ModelElement::Impl::createStorage() const {

@@ -91,8 +91,8 @@ class ORB_ZERO_API ModelElement::Impl {
   Value getOldValue(const meta::PropertyInfo& property, ProxyTag tag = ProxyTag::Resolve) const;
   /// What the transaction has changed so far, as listeners would be told.
   ElementChange createChanges() const;
-  /// An empty storage of the class, which takes values from `copyValue` and gives them back by
-  /// `copyStateFromStorage`. Raises nothing but for lack of memory.
+  /// An empty storage of the class, which takes single values from `copyValue` and gives them back
+  /// by `copyStateFromStorage`. Raises nothing but for lack of memory.
   std::unique_ptr<Storage> createStorage() const;
   void copyValue(Storage& storage, int position) const;
   void copyStateFromStorage(Storage& storage) noexcept;
@@ -208,6 +208,9 @@ class ORB_ZERO_API ModelElement::Impl {
   }
   /// Takes the element out of its owner's collection; can be undone.
   void leaveContainer();
+  /// Has an owner whose key is the property at this position store the element under another one.
+  /// Raises "UniquenessConstraint" when there is an element under it.
+  void rekey(int position, const void* key);
   /// Place in the owned sequence that holds this element.
   std::uint32_t order() const noexcept { return order_; }
   void setOrder(std::uint32_t order) noexcept { order_ = order; }

@@ -108,7 +108,7 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   UuidGenerator newUuid_;
   Referrers referrers_{elements_};
   std::unique_ptr<UuidIndex> index_;  // made by the first look-up
-  // One is alive at most; a rollback may revive another of the same UUID.
+  // Mostly one is alive; what is taken back or made again may revive another of the same UUID.
   std::unordered_multimap<uuid, Element*, UuidHash> proxies_;
   TransactionCoordinator transactions_;
   uuid identity_;

@@ -54,8 +54,9 @@ class OwnedSequence : public Collection {
     const E before = (*this)[place];
     if (before == element) return;
     if (contains(element)) raise("CannotAddSecondObject");
+    ModelElement::Impl& child = *element.get();  // the handle may be the slot that it leaves
     Unit unit(owner());
-    move(*element.get(), [&] { replaceAt(before.get()->order(), *element.get()); });
+    move(child, [&] { replaceAt(before.get()->order(), child); });
     unit.commit();
   }
   /// Takes the element out, if it is held; it becomes a top-level element.

@@ -60,13 +60,15 @@ std::size_t Model::Impl::reclaim() {
     for (Element* target : referred.found) consider(target);
   }
 
+  std::size_t reclaimed = 0;
   for (Element* element : doomed) {
+    if (!element->isProxy()) ++reclaimed;
     remove(*element);
     dispose(*element);
   }
-  alive_ -= doomed.size();
+  alive_ -= reclaimed;
   if (2 * gaps_ > elements_.size()) compact();
-  return doomed.size();
+  return reclaimed;
 }
 
 }  // namespace orb::zero

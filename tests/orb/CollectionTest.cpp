@@ -41,6 +41,14 @@ TEST_F(CollectionTest, RenamingMovesTheKey) {
   unnamed->setName("");  // gives the name that it is stored under
   EXPECT_TRUE(unnamed->hasName());
   EXPECT_TRUE(type->getFields()[""] == unnamed);
+  unnamed->basicSetName("x");  // past its owner
+  unnamed->setName("y");
+  EXPECT_TRUE(type->getFields()["y"] == unnamed && !type->getFields().contains(""));
+  unnamed->basicSetName("x");
+  unnamed->destroy();
+  EXPECT_EQ(type->getFields().size(), 2U);
+  a->setPropertyValue(FieldType::name(), {});
+  EXPECT_TRUE(type->getFields()[""] == a && !a->hasName());
 }
 
 TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {
@@ -66,7 +74,7 @@ TEST_F(CollectionTest, OwnedSequenceReplaces) {
   equations.add(a);  // is there already and stays
   EXPECT_EQ(equations.size(), 2U);
   EXPECT_RAISES(equations.set(0, b), "CannotAddSecondObject");
-  equations.set(0, c);
+  equations.set(0, *other->getEquations().begin());  // the slot that c leaves
   EXPECT_TRUE(equations[0] == c && equations[1] == b);
   EXPECT_TRUE(a && !a->getContainer());
   EXPECT_TRUE(other->getEquations().empty());

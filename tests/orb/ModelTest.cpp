@@ -102,6 +102,10 @@ TEST_F(ModelTest, ReclaimFreesValuesThatNobodyHolds) {
 
   owner->setValue({});
   EXPECT_EQ(model.reclaim(), 1U);
+
+  values.createArray({}, {1, 2}, {{}, {}})->getValues()[2]->convertToProxy();
+  EXPECT_EQ(model.reclaim(), 2U) << "without the proxy";
+  EXPECT_EQ(model.size(), before);
 }
 
 /// The order is closed up, and an element gets the place of the one that has just referred.

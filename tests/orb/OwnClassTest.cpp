@@ -140,6 +140,17 @@ TEST_F(OwnClassTest, IsCreatedChangedAndUndone) {
   EXPECT_TRUE(first->getContainer() == shelf);
 }
 
+TEST_F(OwnClassTest, IsStoredUnderTheNameThatItGets) {
+  auto& books = shelf->getBooks();
+  books.insert(first);
+  books.insert(second);
+  first->setName("c");
+  EXPECT_RAISES(first->setName("b"), "UniquenessConstraint");
+  EXPECT_TRUE(books["c"] == first && !books.contains("a"));
+  first->destroy();
+  EXPECT_EQ(books.size(), 1U);
+}
+
 TEST_F(OwnClassTest, IsReadByNameAndFound) {
   first->setPropertyValue(*first->getPropertyByName("name"), Value(std::string("z")));
   EXPECT_TRUE(first->getPropertyValue("name") == Value(std::string("z")));

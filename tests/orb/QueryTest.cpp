@@ -98,6 +98,14 @@ TEST_F(QueryTest, FindsWhatAPlainFilterFinds) {
   }
 }
 
+TEST_F(QueryTest, ComparesSetsWhereverTheirBitsAre) {
+  std::vector<PowerSet> expected;
+  for (const std::size_t element : {1U, 2U, 1U, 300U}) expected.push_back(bits(400, {element}));
+  Query<PowerSet> search(model);
+  search.where(in<PowerSet>(search).value() == bitsOf(400, {1}));
+  EXPECT_EQ(search.execute(), (std::vector{expected[0], expected[2]}));
+}
+
 TEST_F(QueryTest, RefusesWhatItCannotAsk) {
   const auto refusal = [&](auto ask) {
     return failureOf([&] {

@@ -106,6 +106,21 @@ TEST_F(SaveTest, TheFirstVersionIsReadAndWritten) {
   EXPECT_TRUE(array->getValues()[2]->getValue() == model.find(id(9)));
 }
 
+TEST_F(SaveTest, NothingIsLeftOut) {
+  const Model model = Model::create();
+  const Equation equation = Equation::create(model, id(1));
+  const ModelElement proxy = Equation::create(model, id(2))->convertToProxy();
+  const Equation present = Equation::create(model, id(2));
+  System::create(model, id(3))->getEquations().add(proxy);
+  const System::Builder builder(model);
+  builder->getEquations().add(equation);  // owned by one in the making
+
+  const Model copy = loaded(saved(model));
+  EXPECT_EQ(copy.size(), 3U);
+  EXPECT_TRUE(copy.find(id(1)) && !copy.find(id(2))->isProxy());
+  EXPECT_EQ(System(copy.find(id(3)))->getEquations()[0], Equation::createProxy(copy, id(2)));
+}
+
 TEST_F(SaveTest, APartRefersToTheRestByProxies) {
   Session session;
   const auto type = session.typeFactory()->createPowerSetType("t", {"a", "b"});

@@ -73,16 +73,4 @@ void StructType::Impl::store(const std::string& name, const LatticeType& elemTyp
   fields_.insert(field.create());
 }
 
-void FieldType::Impl::setName(const std::string& value) {
-  checkNoProxy();
-  if (hasName() && name_ == value) return;
-  if (!container() || name_ == value) return set<&Impl::name_>(value);
-  std::string name = value;
-  orb::zero::Unit unit(*this);
-  notifyModifying(meta::positionOf(&Impl::name_));
-  auto& fields = static_cast<StructType::Impl*>(container())->getFields();
-  fields.rekey(*this, value, [&] { basicSetName(std::move(name)); });
-  unit.commit();
-}
-
 }  // namespace torvan::datamodel

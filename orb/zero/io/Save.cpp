@@ -267,7 +267,8 @@ void save(const Model& model, std::ostream& out) {
   forAll([&](const Element& element) { saver.include(element); });
   saver.begin();
   forAll([&](const Element& element) {
-    if (!element.container()) saver.write(element);
+    const Element* const owner = element.container();
+    if (!owner || !owner->isMember()) saver.write(element);  // or it is one in the making
   });
   saver.end();
 }

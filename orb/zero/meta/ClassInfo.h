@@ -103,6 +103,8 @@ struct PropertyServices {
   /// The element under a key, or an empty handle, and all keys as a sequence; of a keyed one only.
   Value (*find)(const Element&, const Value& key) = nullptr;
   Value (*keys)(const Element&) = nullptr;
+  /// Stores a child under another key, of the type of the keys; of a keyed one only.
+  void (*rekey)(Element&, Element& child, const void* key) = nullptr;
 };
 
 /// A name that is looked up: all short ones, and most others, are told apart by two words.

@@ -98,14 +98,10 @@ consteval PropertyServices emitServices() {
       using H = typename K::Handle;
       element.template set<A::row.member>(value.isEmpty() ? H() : value.getValue<H>());
     } else {
-      const Member given = value.isEmpty() ? Member() : value.getValue<Member>();
-      Unit unit(element);
-      if constexpr (A::row.hasSetter)
-        (element.*A::row.setter)(given);
-      else if (!value.isEmpty())
-        element.template set<A::row.member>(given);
-      if (value.isEmpty()) element.template unset<A::row.member>();
-      unit.commit();
+      if (value.isEmpty())
+        element.template unset<A::row.member>();
+      else
+        element.template set<A::row.member>(value.getValue<Member>());
     }
   };
   if constexpr (K::value != ValueKind::Single)
@@ -182,6 +178,9 @@ consteval PropertyServices emitServices() {
   if constexpr (requires(const Member& slot) { K::keys(slot); }) {
     services.find = [](const Element& e, const Value& key) { return K::find(A::slot(e), key); };
     services.keys = [](const Element& e) { return K::keys(A::slot(e)); };
+    services.rekey = [](Element& e, Element& child, const void* key) {
+      K::rekey(A::slot(e), child, key);
+    };
   }
   return services;
 }
@@ -219,6 +218,7 @@ inline constexpr std::size_t count<ModelElement> = 0;
 
 template <class X>
 inline constexpr auto allProperties = [] {
+  static_assert(count<X> < 32, "elements have a bit for each position");
   std::array<const PropertyInfo*, count<X>> all{};
   std::size_t n = 0;
   for (const PropertyInfo* inherited : allProperties<typename X::Super>) all[n++] = inherited;

@@ -124,6 +124,9 @@ struct Kind<ElementMap<K, E>> : CollectionKind<ElementMap<K, E>, ValueKind::Keye
     for (const auto& [key, child] : map) keys.push_back(key);
     return keys;
   }
+  static void rekey(ElementMap<K, E>& map, Element& child, const void* key) {
+    map.rekey(child, *static_cast<const K*>(key));
+  }
 };
 template <class E>
 struct Kind<OwnedSequence<E>> : CollectionKind<OwnedSequence<E>, ValueKind::Collection, true> {};

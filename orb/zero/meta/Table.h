@@ -17,7 +17,6 @@ namespace orb::zero::meta {
 template <class Impl, class M>
 struct Row {
   using Member = M;
-  using Setter = void (Impl::*)(const M&);
   static constexpr bool isOperation = false;
 
   consteval Row(M Impl::*slot, std::string_view label, int place, std::string_view uuidText,
@@ -28,16 +27,8 @@ struct Row {
         id(uuidOf(uuidText)),
         position(place),
         flags(static_cast<std::uint8_t>(flagSet)) {}
-  consteval Row(M Impl::*slot, std::string_view label, int place, std::string_view uuidText,
-                unsigned flagSet, Setter own)
-      : Row(slot, label, place, uuidText, flagSet) {
-    setter = own;
-    hasSetter = true;
-  }
 
   M Impl::*member;
-  Setter setter = nullptr;  ///< where setting takes more than storing
-  bool hasSetter = false;
   std::string_view name, key;
   uuid id;
   int position;

@@ -120,13 +120,19 @@ class PropertyTest final : public Constraint::Node {
 
   void select(Constraint::Elements& elements) const override {
     if (elements.empty()) return;
-    // The slot is as far from the start of any other element as from that of the first one.
+    const auto keep = [&](auto slotOf) {
+      std::erase_if(elements, [&](const meta::Element* element) {
+        return !test_(*element, slotOf(*element));
+      });
+    };
+    const meta::Element& first = *elements.front();
     const auto addressOf = [](const void* object) { return static_cast<const std::byte*>(object); };
-    const std::ptrdiff_t offset =
-        addressOf(property_.services.slot(*elements.front())) - addressOf(elements.front());
-    std::erase_if(elements, [this, addressOf, offset](const meta::Element* element) {
-      return !test_(*element, addressOf(element) + offset);
-    });
+    const auto offset =
+        static_cast<std::size_t>(addressOf(property_.services.slot(first)) - addressOf(&first));
+    if (offset < first.getMetaClass().size)  // then it is as far from the start of any other one
+      keep([=](const meta::Element& element) { return addressOf(&element) + offset; });
+    else
+      keep(property_.services.slot);
   }
   void check(const meta::ClassInfo& type) const override {
     if (!type.has(property_)) raise("InvalidValue", {property_.getQualifiedName()});

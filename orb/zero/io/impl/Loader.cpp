@@ -207,7 +207,7 @@ void Loader::make(std::string_view text) {
     owning.key->services.set(*staged, owning.serializer->parseValue(key_));
     frame.given = 1u << owning.key->position;
   }
-  model_->checkUnique(id);
+  if (!frame.isProxy) model_->checkUnique(id);
   const ModelElement made = model_->adopt(std::move(staged), id);
   if (outer.property) outer.property->info->services.add(*outer.element, made);
   if (frame.isProxy) {
