@@ -4,13 +4,16 @@
 
 #include <CLI/CLI.hpp>
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include "Archive.h"
 #include "DependenceSystem.h"
 #include "DiagramReader.h"
 #include "Drawing.h"
@@ -151,30 +154,40 @@ Options parse(int argc, char** argv, CLI::App& app) {
   Options options;
   app.description("Slices a block diagram: finds the blocks that influence a block.");
   app.add_option("file", options.file, "a .zcos or .xcos file, or a saved system")->required();
-  app.add_option("--criterion", options.criteria,
-                 "NAME, NAME.inN or NAME.inN[K]; may be repeated; all sinks without any");
+  auto* const criteria =
+      app.add_option("--criterion", options.criteria,
+                     "NAME, NAME.inN or NAME.inN[K]; may be repeated; all sinks without any");
   auto* const backward =
       app.add_flag("--backward")->description("what influences the criterion (default)");
-  app.add_flag("--forward", options.forward, "what the criterion influences")->excludes(backward);
+  auto* const forward = app.add_flag("--forward", options.forward, "what the criterion influences");
+  forward->excludes(backward);
   app.add_option("--deps", options.dependences, "what counts as an influence")
       ->check(CLI::IsMember({"data", "activation", "direct"}))
       ->default_str("data");
-  app.add_option("--list", options.list, "list blocks instead of slicing")
-      ->check(CLI::IsMember({"sinks", "sources", "blocks"}));
+  auto* const list = app.add_option("--list", options.list, "list blocks instead of slicing")
+                         ->check(CLI::IsMember({"sinks", "sources", "blocks"}));
   app.add_option("--format", options.format)
       ->check(CLI::IsMember({"text", "json", "dot", "svg"}))
       ->capture_default_str();
   app.add_option("-o", options.output, "write to a file instead of standard output");
   app.add_option("--save", options.system,
                  "save the system of equations as well, to be sliced again later");
-  app.add_flag("--equations", options.equations, "print the equations as well");
-  app.add_flag("--stats", options.statistics, "print statistics to standard error");
+  auto* const equations =
+      app.add_flag("--equations", options.equations, "print the equations as well, as text");
+  auto* const statistics =
+      app.add_flag("--stats", options.statistics, "print statistics to standard error");
+  for (auto* const each : {criteria, backward, forward, equations, statistics})
+    list->excludes(each);
   app.parse(argc, argv);
+  for (const auto* const each : {list, equations})
+    if (*each && options.format != "text")
+      throw CLI::ExcludesError(each->get_name(), "--format " + options.format);
   return options;
 }
 
 Source readSource(const Options& options) {
-  if (isSystemFile(options.file)) {
+  const std::string bytes = readFile(options.file);
+  if (looksLikeSystem(bytes)) {
     Source source{{}, {}, loadSystem(options.file)};
     if (!options.dependences.empty() && options.dependences != source.system.dependences)
       throw CriterionError(options.file + ": the saved system is that of '--deps " +
@@ -183,7 +196,7 @@ Source readSource(const Options& options) {
       throw CriterionError(options.file + ": a picture needs the diagram, not a saved system");
     return source;
   }
-  Source source{readDiagram(options.file), {}, {}};
+  Source source{readDiagram(bytes, options.file), {}, {}};
   for (const std::string& warning : source.diagram->warnings)
     std::cerr << "torvan-slice: warning: " << options.file << ": " << warning << '\n';
   const Network& network = source.network.emplace(*source.diagram);
@@ -196,8 +209,25 @@ Source readSource(const Options& options) {
   return source;
 }
 
+/// Refuses to write what is read, or one file twice.
+void checkTargets(const Options& options, bool isSystem) {
+  std::vector<std::string> used{options.file}, targets;
+  if (isSystem) used = filesOf(options.file);
+  if (!options.system.empty()) targets = filesOf(options.system);
+  if (!options.output.empty()) targets.push_back(options.output);
+  for (const std::string& target : targets) {
+    for (const std::string& file : used) {
+      std::error_code none;
+      if (file == target || std::filesystem::equivalent(file, target, none))
+        throw CriterionError("'" + target + "' is not overwritten, as this run reads or writes it");
+    }
+    used.push_back(target);
+  }
+}
+
 int slice(const Options& options) {
   const Source source = readSource(options);
+  checkTargets(options, !source.diagram);
   const BlockSystem& system = source.system;
   if (!options.system.empty()) saveSystem(system, options.system);
   if (!options.list.empty()) {

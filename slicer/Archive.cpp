@@ -3,7 +3,7 @@
 #include <zip.h>
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <utility>
 
 #include "DiagramError.h"
@@ -24,9 +24,10 @@ std::string readFile(const std::filesystem::path& file) {
   if (!stream || std::filesystem::is_directory(file)) {
     throw DiagramError(file.string(), "cannot open the file");
   }
-  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (stream.bad()) throw DiagramError(file.string(), "cannot read the file");
-  return bytes;
+  std::ostringstream bytes;
+  bytes << stream.rdbuf();
+  if (bytes.bad()) throw DiagramError(file.string(), "cannot read the file");
+  return std::move(bytes).str();
 }
 
 bool looksLikeArchive(std::string_view bytes) { return bytes.starts_with("PK"); }

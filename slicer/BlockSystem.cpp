@@ -29,7 +29,7 @@ constexpr PortWord portWords[] = {{"in", SignalKind::Data, Direction::In},
 
 /// "in1" or "in1[2]".
 BlockPort parsePort(std::string_view text) {
-  const std::size_t digits = std::min(text.find_first_of("0123456789"), text.size());
+  const std::size_t digits = std::min(text.find_first_of("-0123456789"), text.size());
   const auto* const word = std::ranges::find(portWords, text.substr(0, digits), &PortWord::text);
   if (word == std::end(portWords)) fail();
   BlockPort port{word->kind, word->direction, 0, 0, {}};
@@ -41,6 +41,15 @@ BlockPort parsePort(std::string_view text) {
   }
   if (parsed.ec != std::errc() || parsed.ptr != end) fail();
   return port;
+}
+
+/// Raises "CyclicValue" for a term that contains itself, which would be compiled without end.
+void refuseCycles(const System& system) {
+  RefVariableCollector walk;
+  for (const Equation& equation : system->getEquations()) {
+    walk.dispatch(equation->getLhs());
+    walk.dispatch(equation->getRhs());
+  }
 }
 
 }  // namespace
@@ -74,6 +83,7 @@ BlockSystem BlockSystem::of(const orb::zero::Model& model) {
   for (const ModelElement element : model.elements(System::metaClass()))
     systems.emplace_back(element);
   if (systems.size() != 2 || !systems[1]->hasEquations()) fail();
+  for (const System& each : systems) refuseCycles(each);
 
   const Equation first{systems[1]->getEquations()[0]};
   BlockSystem system{

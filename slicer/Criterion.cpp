@@ -1,6 +1,7 @@
 #include "Criterion.h"
 
-#include <regex>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace torvan::slicer {
@@ -20,7 +21,7 @@ std::optional<std::size_t> findInput(const SystemBlock& block, std::size_t numbe
     for (std::size_t index = 0; index < block.ports.size(); ++index) {
       const BlockPort& port = block.ports[index];
       if (port.kind == kind && port.direction == Direction::In &&
-          static_cast<std::size_t>(port.number) == number)
+          std::cmp_equal(port.number, number))
         return index;
     }
   return std::nullopt;
@@ -28,6 +29,34 @@ std::optional<std::size_t> findInput(const SystemBlock& block, std::size_t numbe
 
 std::size_t parseNumber(const std::string& digits) {
   return digits.size() < 9 ? std::stoul(digits) : SIZE_MAX;
+}
+
+/// A criterion as it is written. Without an input, all of it is the name.
+struct Words {
+  std::string name, input, element;
+};
+
+/// Takes the digits off the end of the text.
+std::string takeDigits(std::string_view& text) {
+  const std::string_view digits = text.substr(text.find_last_not_of("0123456789") + 1);
+  text.remove_suffix(digits.size());
+  return std::string(digits);
+}
+
+Words split(const std::string& text) {
+  Words whole{text, {}, {}};
+  std::string_view rest = text;
+  std::string element;
+  if (rest.ends_with(']')) {
+    rest.remove_suffix(1);
+    element = takeDigits(rest);
+    if (element.empty() || !rest.ends_with('[')) return whole;
+    rest.remove_suffix(1);
+  }
+  const std::string input = takeDigits(rest);
+  if (input.empty() || !rest.ends_with(".in")) return whole;
+  rest.remove_suffix(3);
+  return {std::string(rest), input, element};
 }
 
 }  // namespace
@@ -50,22 +79,19 @@ std::size_t CriterionFinder::findBlock(const std::string& name) const {
 }
 
 Criterion CriterionFinder::find(const std::string& text) const {
-  static const std::regex shape(R"(([^]*?)(?:\.in(\d+)(?:\[(\d+)\])?)?)");
-  std::smatch match;
-  std::regex_match(text, match, shape);
-  Criterion criterion{findBlock(match[1]), {}, {}};
-  if (!match[2].matched) return criterion;
+  const auto [name, input, element] = split(text);
+  Criterion criterion{findBlock(name), {}, {}};
+  if (input.empty()) return criterion;
 
   const SystemBlock& block = blocks_[criterion.block];
-  criterion.port = findInput(block, parseNumber(match[2]));
-  if (!criterion.port) throw CriterionError("'" + block.name + "' has no input " + match[2].str());
-  if (!match[3].matched) return criterion;
+  criterion.port = findInput(block, parseNumber(input));
+  if (!criterion.port) throw CriterionError("'" + block.name + "' has no input " + input);
+  if (element.empty()) return criterion;
 
-  criterion.element = parseNumber(match[3]);
+  criterion.element = parseNumber(element);
   const std::size_t size = block.ports[*criterion.port].size;
   if (*criterion.element == 0 || (size > 0 && *criterion.element > size)) {
-    throw CriterionError("input " + match[2].str() + " of '" + block.name + "' has no element " +
-                         match[3].str());
+    throw CriterionError("input " + input + " of '" + block.name + "' has no element " + element);
   }
   return criterion;
 }

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <map>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -100,6 +101,7 @@ Orientation orientationOf(std::string_view style) {
 std::string kindOf(const pugi::xml_node& cell) {
   const std::string_view tag = cell.name();
   std::string given = cell.attribute("interfaceFunctionName").value();
+  std::replace(given.begin(), given.end(), '/', '_');  // as names of super-blocks end with it
   if (!given.empty()) return given;
   if (tag == "SuperBlock") return "SUPER_f";
   if (tag == "SplitBlock") return "SPLIT_f";
@@ -142,6 +144,7 @@ class SheetReader {
         readLabel(cell);
       }
     }
+    for (Block& block : diagram_.blocks) separatePorts(block);
     for (const pugi::xml_node& cell : root) {
       if (isLink(cell)) readLink(cell);
     }
@@ -204,6 +207,27 @@ class SheetReader {
     ports.push_back(readPort(cell, tag));
   }
 
+  /// Gives what has the number of another port one of its own. Not in a split, where they do not
+  /// count, nor in a super-block, whose ports meet what is inside by the numbers in the file.
+  void separatePorts(Block& block) {
+    if (block.isSplit || !block.inner.empty()) return;
+    for (const PortTag& tag : kPortTags) {
+      std::set<int> taken;
+      std::vector<Port*> doubles;
+      for (Port& port : block.ports)
+        if (port.kind == tag.kind && port.direction == tag.direction &&
+            !taken.insert(port.number).second)
+          doubles.push_back(&port);
+      int number = 0;
+      for (Port* const port : doubles) {
+        while (!taken.insert(++number).second) continue;
+        warn(block.name + ": another " + std::string(tag.tag) + " has the number " +
+             std::to_string(port->number) + " as well, taken as number " + std::to_string(number));
+        port->number = number;
+      }
+    }
+  }
+
   void readLabel(const pugi::xml_node& cell) {
     std::string_view id = cell.attribute("id").value();
     if (!id.ends_with(kLabelSuffix)) return;
@@ -253,10 +277,6 @@ class SheetReader {
 };
 
 }  // namespace
-
-Diagram readDiagram(const std::filesystem::path& file) {
-  return readDiagram(readFile(file), file.string());
-}
 
 Diagram readDiagram(std::string_view bytes, const std::string& name) {
   std::string content(bytes);

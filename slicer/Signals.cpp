@@ -13,19 +13,16 @@ namespace {
 
 constexpr std::size_t unknown = 0;
 constexpr std::size_t conflict = SIZE_MAX;
+constexpr std::size_t mostElements = UINT16_MAX;  // of an array
 
-/// The one size that all evidence gives.
-class Evidence {
- public:
-  void add(std::size_t size) {
-    if (size == unknown || size == size_) return;
-    size_ = size_ == unknown ? size : conflict;
-  }
-  std::size_t size() const { return size_; }
-
- private:
-  std::size_t size_ = unknown;
-};
+/// Adds to what is known of a size; true when that was new. A size only ever turns from unknown
+/// into known and from known into a conflict.
+bool learn(std::size_t& known, std::size_t size) {
+  const std::size_t before = known;
+  if (size != unknown && size != known)
+    known = known == unknown && size <= mostElements ? size : conflict;
+  return known != before;
+}
 
 bool isOneOf(std::string_view kind, std::initializer_list<std::string_view> kinds) {
   return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
@@ -103,22 +100,89 @@ std::vector<std::size_t> listedSizes(const Leaf& leaf, std::size_t ports) {
   return sizes;
 }
 
-bool has(const std::vector<std::size_t>& sizes, std::size_t size) {
-  return std::find(sizes.begin(), sizes.end(), size) != sizes.end();
+/// Spreads what is known of sizes along the nets, and through blocks, until nothing is new.
+class SizeSolver {
+ public:
+  explicit SizeSolver(const Network& network);
+
+  /// By leaf and port.
+  std::vector<std::vector<std::size_t>> solve();
+
+ private:
+  /// The size of one side of a block follows from the sizes on the other, once all are known: it is
+  /// their sum, or the one that they have in common.
+  struct Rule {
+    Direction from;
+    bool isSum;
+    std::size_t missing;
+    std::size_t sum = 0, common = unknown;
+  };
+
+  void learnOf(LeafPortIndex port, std::size_t size);
+  void learnOf(std::size_t leaf, Direction direction, std::size_t size);
+  void applyRule(std::size_t leaf, std::size_t size);
+
+  const Network& network_;
+  std::vector<std::vector<std::size_t>> sizes_;
+  std::vector<std::size_t> driven_;  // by net
+  std::vector<std::optional<Rule>> rules_;
+  std::vector<LeafPortIndex> news_;  // ports of which more is known
+};
+
+SizeSolver::SizeSolver(const Network& network)
+    : network_(network), driven_(network.nets().size(), unknown) {
+  for (std::size_t l = 0; l < network.leaves().size(); ++l) {
+    const Leaf& leaf = network.leaves()[l];
+    sizes_.emplace_back(leaf.ports.size(), unknown);
+    for (std::size_t port = 0; port < leaf.ports.size(); ++port)
+      if (leaf.ports[port].kind == SignalKind::Data) learnOf({l, port}, leaf.ports[port].size);
+    const bool isSum = isMux(leaf) || isDemux(leaf);
+    const Direction from = isDemux(leaf) ? Direction::Out : Direction::In;
+    const auto parts = dataPorts(leaf, from);
+    if (isSum) {
+      const auto listed = listedSizes(leaf, parts.size());
+      for (std::size_t i = 0; i < parts.size(); ++i) learnOf({l, parts[i]}, listed[i]);
+    } else if (isExtractor(leaf)) {
+      if (const auto indices = integers(leaf)) learnOf(l, Direction::Out, indices->size());
+    }
+    auto& rule = rules_.emplace_back();
+    if (isSum || isElementwise(leaf)) rule = {from, isSum, parts.size()};
+  }
 }
 
-/// Both are known when all sizes are; a conflict spreads.
-std::size_t sum(const std::vector<std::size_t>& sizes) {
-  if (has(sizes, conflict)) return conflict;
-  return has(sizes, unknown) ? unknown
-                             : std::accumulate(sizes.begin(), sizes.end(), std::size_t{0});
+void SizeSolver::learnOf(LeafPortIndex port, std::size_t size) {
+  if (learn(sizes_[port.leaf][port.port], size)) news_.push_back(port);
 }
-std::size_t common(const std::vector<std::size_t>& sizes) {
-  if (has(sizes, conflict)) return conflict;
-  if (has(sizes, unknown)) return unknown;
-  Evidence evidence;
-  for (const std::size_t size : sizes) evidence.add(size);
-  return evidence.size();
+
+void SizeSolver::learnOf(std::size_t leaf, Direction direction, std::size_t size) {
+  for (const std::size_t port : dataPorts(network_.leaves()[leaf], direction))
+    learnOf({leaf, port}, size);
+}
+
+void SizeSolver::applyRule(std::size_t leaf, std::size_t size) {
+  Rule& rule = *rules_[leaf];
+  const Direction to = rule.from == Direction::In ? Direction::Out : Direction::In;
+  if (size == conflict) {
+    rules_[leaf].reset();
+    return learnOf(leaf, to, conflict);
+  }
+  rule.sum += size;
+  learn(rule.common, size);
+  if (--rule.missing == 0) learnOf(leaf, to, rule.isSum ? rule.sum : rule.common);
+}
+
+std::vector<std::vector<std::size_t>> SizeSolver::solve() {
+  while (!news_.empty()) {
+    const LeafPortIndex at = news_.back();
+    news_.pop_back();
+    const LeafPort& port = network_.leaves()[at.leaf].ports[at.port];
+    const std::size_t size = sizes_[at.leaf][at.port];
+    if (rules_[at.leaf] && rules_[at.leaf]->from == port.direction) applyRule(at.leaf, size);
+    if (port.direction == Direction::In || !learn(driven_[port.net], size)) continue;
+    for (const LeafPortIndex reader : network_.nets()[port.net].readers)
+      learnOf(reader, driven_[port.net]);
+  }
+  return std::move(sizes_);
 }
 
 /// The ways through a block whose ports all have known sizes; none when they do not fit together.
@@ -141,44 +205,45 @@ std::vector<Route> routesOf(const Leaf& leaf, const std::vector<std::size_t>& si
   }
 
   // All other blocks move elements: the n-th element of the outputs is one of the inputs' elements.
-  std::size_t total = 0;
-  for (const std::size_t port : inputs) total += sizes[port];
+  std::vector<std::size_t> ends;  // of the inputs
+  std::size_t total = 0, sent = 0;
+  for (const std::size_t port : inputs) ends.push_back(total += sizes[port]);
+  for (const std::size_t port : outputs) sent += sizes[port];
   std::vector<std::size_t> sources;
-  if (isMux(leaf) || isDemux(leaf)) {
-    for (std::size_t element = 0; element < total; ++element) sources.push_back(element);
+  if ((isMux(leaf) || isDemux(leaf)) && total == sent) {
+    sources.resize(total);
+    std::iota(sources.begin(), sources.end(), std::size_t{0});
   } else if (isExtractor(leaf)) {
     for (const long index : integers(leaf).value_or(std::vector<long>{0})) {
       if (index <= 0 || static_cast<std::size_t>(index) > total) return {};
       sources.push_back(static_cast<std::size_t>(index) - 1);
     }
   }
-  std::size_t next = 0;
+  if (sources.size() != sent) return {};
+  auto next = sources.begin();
   for (const std::size_t output : outputs) {
     for (std::size_t element = 1; element <= sizes[output]; ++element, ++next) {
-      if (next == sources.size()) return {};
-      std::size_t source = sources[next], input = 0;
-      while (source >= sizes[inputs[input]]) source -= sizes[inputs[input++]];
+      const auto end = std::upper_bound(ends.begin(), ends.end(), *next);
+      const std::size_t input = inputs[static_cast<std::size_t>(end - ends.begin())];
+      const std::size_t first = *next - (*end - sizes[input]) + 1;
       Route* const last = routes.empty() ? nullptr : &routes.back();
-      if (last && last->output == output && last->input == inputs[input] &&
-          last->inputFirst + last->count == source + 1)
+      if (last && last->output == output && last->input == input &&
+          last->inputFirst + last->count == first)
         ++last->count;
       else
-        routes.push_back({output, element, inputs[input], source + 1, 1});
+        routes.push_back({output, element, input, first, 1});
     }
   }
-  return next == sources.size() ? routes : std::vector<Route>();
+  return routes;
 }
 
 }  // namespace
 
-Signals::Signals(const Network& network) : network_(network) {
-  for (const Leaf& leaf : network.leaves()) {
-    sizes_.emplace_back(leaf.ports.size(), unknown);
-    split_.emplace_back(leaf.ports.size(), false);
-  }
-  solveSizes();
-  for (std::size_t leaf = 0; leaf < network.leaves().size(); ++leaf)
+Signals::Signals(const Network& network) : network_(network), sizes_(SizeSolver(network).solve()) {
+  for (std::size_t leaf = 0; leaf < network.leaves().size(); ++leaf) {
+    split_.emplace_back(network.leaves()[leaf].ports.size(), false);
     routes_.push_back(routesOf(network.leaves()[leaf], sizes_[leaf]));
+  }
   splitOutputs();
 }
 
@@ -195,77 +260,36 @@ std::size_t Signals::drivenSize(LeafPortIndex input) const {
   return largest;
 }
 
-/// Goes round until nothing new is learnt. A size only ever turns from unknown into known and from
-/// known into a conflict.
-void Signals::solveSizes() {
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (std::size_t l = 0; l < network_.leaves().size(); ++l) {
-      const Leaf& leaf = network_.leaves()[l];
-      const auto inputs = dataPorts(leaf, Direction::In);
-      const auto outputs = dataPorts(leaf, Direction::Out);
-      const auto sizesOf = [&](const std::vector<std::size_t>& ports) {
-        std::vector<std::size_t> sizes;
-        for (const std::size_t port : ports) sizes.push_back(sizes_[l][port]);
-        return sizes;
-      };
-      std::vector<Evidence> evidence(leaf.ports.size());
-      for (const std::size_t port : inputs) {
-        evidence[port].add(leaf.ports[port].size);
-        for (const LeafPortIndex driver : network_.nets()[leaf.ports[port].net].drivers)
-          evidence[port].add(sizes_[driver.leaf][driver.port]);
-      }
-      for (const std::size_t port : outputs) evidence[port].add(leaf.ports[port].size);
-
-      if (isMux(leaf)) {
-        const auto listed = listedSizes(leaf, inputs.size());
-        for (std::size_t i = 0; i < inputs.size(); ++i) evidence[inputs[i]].add(listed[i]);
-        for (const std::size_t port : outputs) evidence[port].add(sum(sizesOf(inputs)));
-      } else if (isDemux(leaf)) {
-        const auto listed = listedSizes(leaf, outputs.size());
-        for (std::size_t i = 0; i < outputs.size(); ++i) evidence[outputs[i]].add(listed[i]);
-        for (const std::size_t port : inputs) evidence[port].add(sum(sizesOf(outputs)));
-      } else if (isExtractor(leaf)) {
-        const auto indices = integers(leaf);
-        for (const std::size_t port : outputs)
-          if (indices) evidence[port].add(indices->size());
-      } else if (isElementwise(leaf)) {
-        for (const std::size_t port : outputs) evidence[port].add(common(sizesOf(inputs)));
-      }
-      for (std::size_t port = 0; port < leaf.ports.size(); ++port) {
-        changed |= sizes_[l][port] != evidence[port].size();
-        sizes_[l][port] = evidence[port].size();
-      }
-    }
-  }
-}
-
-bool Signals::readsSplit(std::size_t leaf, const Route& route) const {
-  const LeafPort& input = network_.leaves()[leaf].ports[route.input];
-  const auto& drivers = network_.nets()[input.net].drivers;
-  return std::any_of(drivers.begin(), drivers.end(),
-                     [this](LeafPortIndex driver) { return isSplit(driver); });
-}
-
 /// A block has elements to keep apart if it puts several inputs together, or reads such elements.
 /// The routes of the others say nothing, as all their elements have one value.
 void Signals::splitOutputs() {
   std::vector<bool> isApart(network_.leaves().size(), false);
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (std::size_t leaf = 0; leaf < isApart.size(); ++leaf) {
-      if (isApart[leaf] || routes_[leaf].empty()) continue;
-      const bool joinsInputs = isMux(network_.leaves()[leaf]) && routes_[leaf].size() > 1;
-      if (!joinsInputs && std::none_of(routes_[leaf].begin(), routes_[leaf].end(),
-                                       [&](const Route& r) { return readsSplit(leaf, r); }))
-        continue;
-      isApart[leaf] = changed = true;
-      for (const Route& route : routes_[leaf])
-        split_[leaf][route.output] = sizes_[leaf][route.output] > 1;
+  std::vector<std::size_t> pending;
+  const auto keepApart = [&](std::size_t leaf) {
+    isApart[leaf] = true;
+    pending.push_back(leaf);
+  };
+  for (std::size_t leaf = 0; leaf < isApart.size(); ++leaf)
+    if (isMux(network_.leaves()[leaf]) && routes_[leaf].size() > 1) keepApart(leaf);
+  while (!pending.empty()) {
+    const std::size_t leaf = pending.back();
+    pending.pop_back();
+    for (const Route& route : routes_[leaf]) {
+      if (sizes_[leaf][route.output] <= 1 || split_[leaf][route.output]) continue;
+      split_[leaf][route.output] = true;
+      for (const LeafPortIndex reader :
+           network_.nets()[network_.leaves()[leaf].ports[route.output].net].readers)
+        if (!isApart[reader.leaf] && follows(reader)) keepApart(reader.leaf);
     }
   }
   for (std::size_t leaf = 0; leaf < isApart.size(); ++leaf)
     if (!isApart[leaf]) routes_[leaf].clear();
+}
+
+bool Signals::follows(LeafPortIndex input) const {
+  const auto& routes = routes_[input.leaf];
+  return std::any_of(routes.begin(), routes.end(),
+                     [=](const Route& route) { return route.input == input.port; });
 }
 
 }  // namespace torvan::slicer

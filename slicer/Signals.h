@@ -23,7 +23,8 @@ class Signals {
  public:
   explicit Signals(const Network& network);
 
-  /// Number of elements of a data port; 0 when it is unknown or the file contradicts itself.
+  /// Number of elements of a data port, up to 65535; 0 when it is unknown, larger, or the file
+  /// contradicts itself.
   std::size_t size(LeafPortIndex port) const;
   /// The elements that the driver of a data input sends; 0 when they are unknown.
   std::size_t drivenSize(LeafPortIndex input) const;
@@ -33,9 +34,8 @@ class Signals {
   const std::vector<Route>& routes(std::size_t leaf) const { return routes_[leaf]; }
 
  private:
-  void solveSizes();
   void splitOutputs();
-  bool readsSplit(std::size_t leaf, const Route& route) const;
+  bool follows(LeafPortIndex input) const;
 
   const Network& network_;
   std::vector<std::vector<std::size_t>> sizes_;

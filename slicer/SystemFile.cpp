@@ -1,7 +1,7 @@
 #include "SystemFile.h"
 
 #include <exception>
-#include <fstream>
+#include <filesystem>
 
 #include <torvan/datamodel/SessionFile.h>
 
@@ -10,10 +10,12 @@
 
 namespace torvan::slicer {
 
-bool isSystemFile(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  return (in >> std::ws).peek() == '{';
+bool looksLikeSystem(std::string_view bytes) {
+  const std::size_t first = bytes.find_first_not_of(" \t\r\n");
+  return first != std::string_view::npos && bytes[first] == '{';
 }
+
+std::vector<std::string> filesOf(const std::string& file) { return {file, file + ".values"}; }
 
 void saveSystem(const BlockSystem& system, const std::string& file) {
   const Uninterrupted whole;
@@ -21,6 +23,8 @@ void saveSystem(const BlockSystem& system, const std::string& file) {
 }
 
 BlockSystem loadSystem(const std::string& file) {
+  if (!std::filesystem::is_regular_file(file))
+    throw DiagramError(file, "a saved system is in two files, and cannot come through a pipe");
   const datamodel::Session session;
   datamodel::loadWithBits(session.model(), file);
   try {

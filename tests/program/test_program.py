@@ -4,6 +4,7 @@ usage: test_program.py TORVAN_SLICE DIAGRAM
 """
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -13,8 +14,8 @@ import xml.etree.ElementTree as ET
 PROGRAM, DIAGRAM = sys.argv[1:3]
 
 
-def run(*words):
-    return subprocess.run([PROGRAM, *map(str, words)], capture_output=True, text=True, check=False)
+def run(*words, **options):
+    return subprocess.run([PROGRAM, *map(str, words)], capture_output=True, text=True, check=False, **options)
 
 
 class ProgramTest(unittest.TestCase):
@@ -64,15 +65,49 @@ class ProgramTest(unittest.TestCase):
         for deps in ("data", "activation", "direct"):
             saved = self.folder / deps
             self.assertEqual(run(DIAGRAM, "--deps", deps, "--save", saved).returncode, 0)
-            for words in ([], ["--forward"], ["--equations"], ["--list", "sources"],
-                          [word for text in names + known for word in ("--criterion", text)]):
-                for form in ("text", "json"):
-                    wanted, found = (run(file, *words, "--deps", deps, "--format", form, "--stats")
-                                     for file in (DIAGRAM, saved))
-                    self.assertEqual(found.stdout, wanted.stdout)
-                    self.assertEqual(found.stderr.split("solved")[0], wanted.stderr.split("solved")[0])
+            for words in (["--stats"], ["--forward", "--stats"], ["--equations"], ["--list", "sources"],
+                          [word for text in names + known for word in ("--criterion", text)],
+                          ["--format", "json"]):
+                wanted, found = (run(file, *words, "--deps", deps) for file in (DIAGRAM, saved))
+                self.assertEqual(found.returncode, 0, found)
+                self.assertEqual(found.stdout, wanted.stdout)
+                self.assertEqual(found.stderr.split("solved")[0], wanted.stderr.split("solved")[0])
         for text in set(inputs) - set(known):
             self.assertEqual(run(saved, "--criterion", text).stderr, run(DIAGRAM, "--criterion", text).stderr)
+
+    def test_negative_port_numbers_are_saved(self):
+        odd, saved = self.folder / "odd.xcos", self.folder / "saved"
+        odd.write_text(pathlib.Path(DIAGRAM).read_text().replace('ordering="1"', 'ordering="-1"'))
+        wanted = run(odd, "--save", saved)
+        self.assertEqual((wanted.returncode, run(saved).stdout), (0, wanted.stdout))
+        self.assert_refused("has no input 9999999999", saved, "--criterion", "MUX#1.in9999999999")
+
+    def test_diagrams_come_through_pipes(self):
+        text = pathlib.Path(DIAGRAM).read_text()
+        self.assertEqual(run("/dev/stdin", "--list", "blocks", input=text).stdout,
+                         run(DIAGRAM, "--list", "blocks").stdout)
+        result = run("/dev/stdin", input="{}")
+        self.assertEqual(result.returncode, 2)
+        self.assertIn("cannot come through a pipe", result.stderr)
+
+    def test_what_is_in_use_is_not_overwritten(self):
+        diagram, saved, other = (self.folder / name for name in ("d.xcos", "saved", "other"))
+        diagram.write_text(pathlib.Path(DIAGRAM).read_text())
+        run(diagram, "--save", saved)
+        (self.folder / "link").symlink_to(diagram)
+        before = {file: file.read_bytes() for file in self.folder.iterdir()}
+        for words in ((diagram, "--save", diagram), (diagram, "-o", self.folder / "link"),
+                      (saved, "-o", f"{saved}.values"), (diagram, "--save", other, "-o", other)):
+            self.assert_refused("is not overwritten", *words)
+        self.assertEqual({file: file.read_bytes() for file in self.folder.iterdir()}, before)
+
+    def test_options_that_do_not_go_together_are_refused(self):
+        for words in (["--equations", "--format", "svg"], ["--equations", "--format", "json"],
+                      ["--list", "sinks", "--format", "json"], ["--list", "sinks", "--equations"],
+                      ["--list", "sinks", "--criterion", "MUX#1"], ["--list", "sinks", "--stats"]):
+            result = run(DIAGRAM, *words)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), words)
+            self.assertIn("excludes", result.stderr)
 
     def test_bad_systems_are_refused_in_one_line(self):
         saved, values = self.folder / "saved", self.folder / "saved.values"
@@ -88,14 +123,19 @@ class ProgramTest(unittest.TestCase):
         values.unlink()
         self.assert_refused("saved.values: cannot open", saved)
         values.write_text(text)
-        saved.write_text(saved.read_text().replace('"field":"in', '"field":"inside', 1))
+        text = saved.read_text()
+        saved.write_text(text.replace('"field":"in', '"field":"inside', 1))
         self.assert_refused("saved: ", saved)
+        saved.write_text(re.sub(r'(datamodel.Join":)("[^"]*")(.*"operands":\[)', r"\1\2\3\2,", text))
+        self.assert_refused("saved: The object contains itself", saved)
         saved.write_text("{}")
         self.assert_refused("saved", saved)
 
     def test_bad_input_is_refused_in_one_line(self):
         self.assert_refused("no-such-file.zcos", "no-such-file.zcos")
         self.assert_refused("there is no block 'NONE#1'", DIAGRAM, "--criterion", "NONE#1")
+        for text in ("N" * 100_000, "]", "MUX#1.in", "MUX#1.in1[]", "MUX#1.1[1]", ".in1.in1[1]"):
+            self.assert_refused("there is no block", DIAGRAM, "--criterion", text)
         self.assert_refused("'CONST_m' is ambiguous", DIAGRAM, "--criterion", "CONST_m")
         self.assert_refused("has no input 9", DIAGRAM, "--criterion", "MUX#1.in9")
         self.assert_refused("has no element 3", DIAGRAM, "--criterion", "DEMUX#1.in1[3]")

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include <filesystem>
 #include <map>
 #include <string>
 
@@ -47,9 +46,7 @@ std::string pack(const std::map<std::string, std::string>& entries) {
   return bytes;
 }
 
-std::string exampleText() {
-  return readFile(std::filesystem::path(TORVAN_EXAMPLES_DIR) / "room.xcos");
-}
+std::string exampleText() { return readFile(TORVAN_EXAMPLES_DIR "/room.xcos"); }
 
 // Fifty cuts all over the file, none of which leaves it whole.
 template <typename Read>
@@ -81,12 +78,13 @@ TEST(DiagramReaderTest, NamesBlocksByKindAndCount) {
   const Diagram diagram = read(sheet(
       block("BasicBlock", "a", "GAINBLK") + block("SuperBlock", "b", "", inner("")) +
       block("TextBlock", "c", "TEXT_f") + block("SplitBlock", "d", "") +
-      block("SuperBlock", "e", "SUPER_f", inner("")) + block("BasicBlock", "f", "GAINBLK") +
+      block("SuperBlock", "e", "SUPER_f", inner("")) + block("BasicBlock", "g", "SUPER_f#1/G") +
+      block("BasicBlock", "f", "GAINBLK") +
       "<mxCell id=\"f#identifier\" value=\"&lt;b&gt;a &amp;lt; b&lt;/b&gt;&lt;br&gt; fast\"/>"));
   std::vector<std::string> names;
   for (const Block& each : diagram.blocks) names.push_back(each.name);
   EXPECT_EQ(names, (std::vector<std::string>{"GAINBLK#1", "SUPER_f#1", "SPLIT_f#1", "SUPER_f#2",
-                                             "GAINBLK#2"}));
+                                             "SUPER_f#1_G#1", "GAINBLK#2"}));
   EXPECT_EQ(diagram.blocks.back().label, "a < b fast");
 }
 
@@ -105,6 +103,19 @@ TEST(DiagramReaderTest, WarnsOfWhatIsMissing) {
                 "ExplicitLink a.out1-a.event joins ports of different kinds"}));
   EXPECT_TRUE(diagram.blocks[1].isOpaque);
   EXPECT_TRUE(diagram.links.empty());
+}
+
+TEST(DiagramReaderTest, TellsPortsOfOneNumberApart) {
+  const std::string twins = output("a.x") + output("a.y") + input("a.z");
+  const Diagram diagram = read(sheet(block("BasicBlock", "a", "SRC") + twins + output("a.last", 2) +
+                                     block("SplitBlock", "s", "") + output("s.x") + output("s.y")));
+  std::vector<int> numbers;
+  for (const Block& each : diagram.blocks)
+    for (const Port& port : each.ports) numbers.push_back(port.number);
+  EXPECT_EQ(numbers, (std::vector{1, 3, 1, 2, 1, 1}));
+  EXPECT_EQ(diagram.warnings,
+            std::vector<std::string>{
+                "SRC#1: another ExplicitOutputPort has the number 1 as well, taken as number 3"});
 }
 
 TEST(DiagramReaderTest, KeepsOpenPortSizesApartFromGivenOnes) {
@@ -153,7 +164,7 @@ TEST(DiagramReaderTest, SaysWhatIsWrongWithAFile) {
   EXPECT_EQ(complainsAbout(pack({{"readme", "hello"}})), "test: has no content.xml");
   EXPECT_EQ(complainsAbout("PK but no more").find("test: not a zip archive"), 0U);
   EXPECT_EQ(complainsAbout("plain text").find("test: damaged XML"), 0U);
-  EXPECT_THROW(readDiagram(std::filesystem::path("/does/not/exist")), DiagramError);
+  EXPECT_THROW(readFile("/does/not/exist"), DiagramError);
   std::string nested;
   for (int i = 0; i < 1000; ++i) nested = block("SuperBlock", "s", "", inner(nested));
   EXPECT_EQ(complainsAbout(sheet(nested)), "test: super-blocks are nested too deeply");

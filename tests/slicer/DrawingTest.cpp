@@ -5,12 +5,12 @@
 #include <pugixml.hpp>
 
 #include <cmath>
-#include <filesystem>
 #include <initializer_list>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "Archive.h"
 #include "DiagramReader.h"
 #include "SheetText.h"
 
@@ -40,7 +40,7 @@ struct Picture {
 };
 
 Picture room() {
-  return Picture(readDiagram(std::filesystem::path(TORVAN_EXAMPLES_DIR) / "room.xcos"));
+  return Picture(readDiagram(readFile(TORVAN_EXAMPLES_DIR "/room.xcos"), "room.xcos"));
 }
 
 std::size_t count(const pugi::xml_document& svg, const std::string& path) {
