@@ -21,6 +21,8 @@ class TYVE_API Exception : public std::exception {
   const std::string& getCatalog() const noexcept { return catalog_; }
   const std::string& getIdentifier() const noexcept { return identifier_; }
   const std::vector<std::string>& getArguments() const noexcept { return arguments_; }
+  /// What `what()` shows up to the first NUL, whole.
+  const std::string& getText() const noexcept { return text_; }
   const char* what() const noexcept override { return text_.c_str(); }
 
  private:

@@ -21,8 +21,7 @@ Member::Member(Name className, Name name, std::string documentation)
       documentation_(std::move(documentation)) {}
 
 void Member::checkReceiver(const Value& object, bool mayBeGone) const {
-  std::optional<Value> made;
-  if (!classWord_.fits(object, made)) raiseWrong("1", class_, object);
+  if (!classWord_.isClassOf(object)) raiseWrong("1", class_, object);
   if (!object.is(Kind::Object)) return;  // a member of an enumeration is always there
   if (object.isEmpty() && !mayBeGone) raiseInvalidHandle();
   if (!object.isEmpty() && !object.isScalar()) raiseWrong("1", class_, object);

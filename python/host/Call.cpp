@@ -98,6 +98,13 @@ std::vector<PyObject*> Parameters::arrange(PyObject* const* given, std::size_t c
   return arranged;
 }
 
+std::size_t Parameters::withoutNones(PyObject* const* given, std::size_t count) const noexcept {
+  const Signature& signature = method_.getSignature();
+  const std::size_t most = signature.arguments.size(), least = most - signature.optional;
+  while (count > least && count <= most && given[count - 1] == Py_None) --count;
+  return count;
+}
+
 py::object call(const Parameters& parameters, PyObject* const* given, std::size_t count,
                 PyObject* names) {
   Domains::Busy busy;  // until the values are gone
@@ -106,6 +113,7 @@ py::object call(const Parameters& parameters, PyObject* const* given, std::size_
     for (PyObject* const object : parameters.arrange(given, count, names))
       values.add(fromPython(object));
   } else {
+    count = parameters.withoutNones(given, count);
     for (std::size_t i = 0; i < count; ++i) values.add(fromPython(given[i]));
   }
 

@@ -29,6 +29,9 @@ class Parameters {
   /// behind it move up, as they are told apart by their kind. Throws `TypeError` for names that are
   /// unknown, given twice or missing. The objects are those of the caller.
   std::vector<PyObject*> arrange(PyObject* const* given, std::size_t count, PyObject* names) const;
+  /// The same where none are named: how many are left without those at the end that may be left out
+  /// and are None. The others keep their places, which are all that tells them apart.
+  std::size_t withoutNones(PyObject* const* given, std::size_t count) const noexcept;
   bool areNamed() const noexcept { return !parameters_.empty(); }
 
  private:

@@ -11,7 +11,7 @@ void setError(const Exception& error) {
       arguments[i] = textToPython(error.getArguments()[i]);
     const py::object made =
         py::module_::import("tyve.errors")
-            .attr("error_of")(textToPython(error.what()), textToPython(error.getCatalog()),
+            .attr("error_of")(textToPython(error.getText()), textToPython(error.getCatalog()),
                               textToPython(error.getIdentifier()), arguments);
     PyErr_SetObject(py::type::handle_of(made).ptr(), made.ptr());
   } catch (py::error_already_set& failure) {

@@ -24,10 +24,17 @@ _words = {
     "cell": "list[Any]",
 }
 _results = _words | {"char": "str", "TyveFactoryString vector": "list[str]"}
-_header = """\
-from typing import Any, Collection, Iterator, Sequence as _Sequence
+_header = '''\
+from typing import Any, Collection, Generic as _Generic, Iterator, Sequence as _Sequence
+from typing import TypeVar as _TypeVar
 from uuid import UUID as _UUID
-"""
+_T = _TypeVar("_T")
+class _Reference(_Generic[_T]):
+    """A property that None unsets."""
+    def __get__(self, instance: object, owner: object) -> _T: ...
+    def __set__(self, instance: object, value: _T | None) -> None: ...
+'''
+_or_none = " or none"
 _arguments = _words | {
     "char": "str | _UUID",
     "TyveFactoryString vector": "_Sequence[str]",
@@ -48,6 +55,8 @@ class _Stub:
 
     def name_of(self, word: str, words: dict[str, str]) -> str:
         """The type that a type word stands for."""
+        if word.endswith(_or_none):
+            return self.name_of(word.removesuffix(_or_none), words) + " | None"
         name = word.removesuffix(" scalar").removesuffix(" property")
         if word in words:
             return words[word]
@@ -99,7 +108,7 @@ class _Stub:
             argument = names[place].removeprefix("opt_") if are_named else f"arg{place}"
             kind = self.name_of(word, _arguments)
             if place >= least:
-                kind += " | None = ..." if are_named else " = ..."
+                kind += " | None = ..."
             parameters.append(f"{argument}: {kind}")
         if not are_named and parameters:
             parameters.append("/")
@@ -110,12 +119,20 @@ class _Stub:
 
     def property(self, told: dict[str, Any]) -> Iterator[str]:
         name, kind = told["name"], self.name_of(told["result"] or "any", _results)
+        if not told["read_only"] and not told["type"] and _is_class(told["result"]):
+            yield f"{name}: _Reference[{kind}]"
+            yield f"{told['documentation']!r}"
+            return
         yield "@property"
         yield f"def {name}(self) -> {kind}:"
         yield f"    {told['documentation']!r}"
         if not told["read_only"]:
             yield f"@{name}.setter"
             yield f"def {name}(self, value: {kind}) -> None: ..."
+
+
+def _is_class(word: str) -> bool:
+    return "." in word and " " not in word
 
 
 def _extension_of(cls: type) -> dict[str, list[str]]:

@@ -44,10 +44,12 @@ TEST_F(SessionTest, SetsTakeAndGiveTheirBitsInSeveralForms) {
             "InvalidValue('pink',this is no element of the universe)");
   EXPECT_EQ(failure(Host::cell({number(4)})), "InvalidValue(4,this is no element of the universe)");
   EXPECT_EQ(failure(Host::cell({number(0)})), "InvalidValue(0,elements are counted from 1)");
-  for (const Host& wrong :
-       {number(-1), number(8), Host::scalar(0.5), Host::scalar(1e300), Host::scalar(true),
-        text("10"), text("012"), text("0x"), text("0x8"), text("0xg"), Host::cell({Host()}), Host(),
-        colours, Host::structure({"a"}, {number(1)})})
+  EXPECT_EQ(failure(number(-1)),
+            "InvalidValue(-1,a number that stands for bits is whole, from 0 to 2^53)");
+  EXPECT_EQ(failure(colours), "InvalidValue(a torvan.datamodel.PowerSetType,this is no set)");
+  for (const Host& wrong : {number(8), Host::scalar(0.5), Host::scalar(1e300), Host::scalar(true),
+                            text("10"), text("012"), text("0x"), text("0x8"), text("0xg"),
+                            Host::cell({Host()}), Host(), Host::structure({"a"}, {number(1)})})
     EXPECT_TRUE(failure(wrong).starts_with("InvalidValue")) << failure(wrong);
 
   const Host six = setOf(number(6));
@@ -135,6 +137,9 @@ TEST_F(SessionTest, FactoriesMakeWholeThingsOrNothing) {
   EXPECT_EQ(
       failure(types, "create_array_type", {text("A"), colours, number(-1)}),
       "other WrongArgument(torvan.session.TypeFactory,create_array_type,size,uint16 scalar,-1)");
+  for (const Host& wrong : {Host::scalar(65536.0), number(-1), Host::scalar(2.5)})
+    EXPECT_EQ(failure(types, "create_power_set_type", {text("F"), wrong}),
+              "InvalidValue(" + wrong.describe() + ",a universe has 0 to 65535 elements)");
   EXPECT_EQ(get(get(made, "model"), "size"), size);
 }
 

@@ -28,6 +28,8 @@ def test_sequences(colours):
     for wrong in (3, -4, 2**31, 10**30):
         with pytest.raises((IndexError, TypeError, OverflowError)):
             names[wrong]
+    with pytest.raises(IndexError, match="no element -5 among 3"):
+        names[-5]
     with pytest.raises(TypeError):
         names["red"]
 
@@ -37,7 +39,7 @@ def test_maps(array):
     assert isinstance(values, abc.Mapping) and list(values) == values.keys() == [3, 5, 7]
     assert values[7].index == 7 and values.get(8) is None and 7 in values
     assert all(wrong not in values for wrong in (8, "7", None, -1, 2**40))
-    assert dict(values) == dict(values.items())
+    assert dict(values) == dict(values.items()) and list(reversed(values)) == [7, 5, 3]
     with pytest.raises(KeyError):
         values[8]
     with pytest.raises(TypeError):

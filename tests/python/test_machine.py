@@ -185,7 +185,7 @@ class Surface(stateful.RuleBasedStateMachine):
             return draw(odd)
         if kind == 1:
             return self.interrupting(draw(st.integers(0, 6)), place)
-        name = word.removesuffix(" scalar")
+        name = word.removesuffix(" scalar").removesuffix(" or none")
         if name in CLASSES:
             return self.pick(place, CLASSES[name] if kind > 2 else tyve.Object)
         if name in ("uint16", "int32"):

@@ -59,7 +59,11 @@ def test_an_empty_handle_is_false_and_none_of_many_an_empty_list(model):
         (lambda c: c.isCompatible(c.top), "WrongArgument", TypeError),
         (lambda c: datamodel.PowerSetType.isCompatible(5, c), "WrongArgument", TypeError),
         (lambda c: type(c).name.__get__(c.top), "WrongArgument", TypeError),
+        (lambda c: orb.zero.Model.undo(c), "WrongArgument", TypeError),
+        (lambda c: orb.zero.Model.size.__get__(5), "WrongArgument", TypeError),
         (lambda c: c.universe.at(3), "IndexOutOfRange", IndexError),
+        (lambda c: datamodel.Array(c.model).at(1, None, None), "WrongArgumentCount", TypeError),
+        (lambda c: datamodel.Array(c.model).at(None), "WrongArgument", TypeError),
     ],
 )
 def test_errors_of_the_library(colours, use, identifier, kind):
@@ -70,6 +74,15 @@ def test_errors_of_the_library(colours, use, identifier, kind):
     catalogs = ("NUMBAT:class", "orb0:messages")
     assert error.catalog in catalogs and all(isinstance(each, str) for each in error.arguments)
     assert str(pickle.loads(pickle.dumps(error))) == str(error)
+
+
+def test_an_optional_argument_may_be_none(colours, model):
+    top = datamodel.PowerSet(model, {"type": colours})
+    assert repr(top.at(1, None)) == repr(top.at(1))
+    array = datamodel.Array(model)
+    array.createIntoValues({"index": 5}, None)
+    array.createIntoValues(None, None)
+    assert list(array.values) == [0, 5]
 
 
 def test_objects_cannot_be_copied_derived_from_or_given_attributes(model):

@@ -61,16 +61,22 @@ def test_what_cannot_be_loaded_cannot_be_imported():
 
 USE = """
 import orb.zero
-from torvan import datamodel
+from torvan import datamodel, session
 model = orb.zero.Model()
 colours = datamodel.PowerSetType(model, {"name": "colours"}, uuid=None)
 top: datamodel.LatticeValue = datamodel.PowerSet(model, init={"type": colours})
 if top.join(top.clone()).le(top) == datamodel.boolean3.T:
     print(colours.name.upper(), len(colours.universe), [name for name in colours.universe])
-for variable in datamodel.Equation(model).getRhsVariables():
+own = session.Session()
+equation = own.create_system_builder().add_equation(None, None)
+equation.lhs = own.expression_factory.create_variable(None, "x")
+print(equation.lhs.type, colours.top, datamodel.Array(model).createIntoValues({}, None))
+equation.lhs = None
+for variable in equation.getRhsVariables():
     print(variable.name.upper(), variable.StaticMetaClass().name)
 """
 MISUSE = "colours.name = 'x'\ntop.le(5)\ntop.no\ndatamodel.Variable()\n1 + top.clone()\n"
+MISUSE += "equation.lhs = top\ntop.join(None)\n"
 
 
 def test_stubs_fit_what_is_there(tmp_path):

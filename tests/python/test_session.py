@@ -24,15 +24,29 @@ def sets(session):
 
 
 def test_bits_of_pythons_own_kinds(session, sets):
-    for bits in ({"red", "blue"}, frozenset([1, 3]), ["red", 3], ("blue", "red")):
+    ends = session.type_factory.create_power_set_type("ends", ["blue", "red"]).universe
+    for bits in ({"red", "blue"}, frozenset([1, 3]), ["red", 3], ("blue", "red"), range(1, 4, 2),
+                 {"red": 1, "blue": 2}.keys(), ends):
         made = session.value_factory.create_power_set(sets, bits)
         assert Bits.text(made) == "101" and Bits.members(made) == ["red", "blue"]
     many = session.type_factory.create_power_set_type("many", 200)
     assert Bits.indices(session.value_factory.create_power_set(many, bits=2**150)) == [151]
     assert Bits.number(made) == 5
-    for wrong in ({4}, -1, True, 2.5, {"red": 1}):
-        with pytest.raises(tyve.Error):
+    for wrong, told in (({4}, "4 is"), (-1, "-1 is.*from 0"), (True, "true is"), (2.5, "2.5"),
+                        ({"red": 1}, "no set"), (["p\0k"], "'p\0k' is")):
+        with pytest.raises(tyve.Error, match=told):
             session.value_factory.create_power_set(sets, wrong)
+    with pytest.raises(TypeError):
+        session.value_factory.create_power_set(sets, b"101")
+
+
+def test_factories_take_none_for_no_element(session, sets):
+    make, builder = session.expression_factory, session.create_system_builder()
+    x = make.create_variable(None, "x")
+    assert not x.type and make.create_conditional(None, x, None).operandTrue == x
+    assert not builder.add_equation(None, rhs=x).lhs
+    with pytest.raises(tyve.WrongType, match="'torvan.datamodel.LatticeType or none', not 5"):
+        make.create_variable(5, "x")
 
 
 def test_transactions_are_contexts(session, sets):

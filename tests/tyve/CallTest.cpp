@@ -50,6 +50,10 @@ TEST(ConversionTest, ClassesTakeSubclassesAndEmptyObjects) {
   EXPECT_EQ(converted(dog, Zoo::makeAnimal("Cat", "c")), "-");
   EXPECT_EQ(converted(dog, Value::empty(intern(dog))), "test.zoo.Dog an empty test.zoo.Dog");
   EXPECT_EQ(converted(dog, Value()), "-");
+  EXPECT_EQ(converted("test.zoo.Dog or none", Value()), " an empty object");
+  EXPECT_EQ(converted("test.zoo.Dog or none", Zoo::makeAnimal("Puppy", "p")),
+            "test.zoo.Puppy a test.zoo.Puppy");
+  EXPECT_EQ(converted("test.zoo.Dog or none", Zoo::makeAnimal("Cat", "c")), "-");
 }
 
 TEST(ConversionTest, ARegisteredWordTakesWhatItLikes) {

@@ -4,9 +4,7 @@
 #include <limits>
 
 namespace tyve::factory {
-namespace {
 
-/// What an integral type word may be made of; every integer of the host is exact as a double.
 std::optional<double> numberOf(const Value& value) {
   if (!value.isScalar()) return std::nullopt;
   switch (value.kind()) {
@@ -20,8 +18,6 @@ std::optional<double> numberOf(const Value& value) {
       return std::nullopt;
   }
 }
-
-}  // namespace
 
 std::optional<bool> LogicalPolicy::fromHost(const Value& value) {
   if (!value.is(Kind::Logical) || !value.isScalar()) return std::nullopt;

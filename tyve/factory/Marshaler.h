@@ -33,6 +33,10 @@ class Marshaler {
   }
 };
 
+/// The number that a value is, exact as all integers of the host are as a double; nothing for a
+/// logical, an array and what is none.
+TYVE_API std::optional<double> numberOf(const Value& value);
+
 struct TYVE_API LogicalPolicy {
   using Native = bool;
   static constexpr std::string_view word = "logical scalar";

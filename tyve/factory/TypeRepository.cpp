@@ -22,15 +22,25 @@ TypeRepository::TypeRepository() {
                 IntegerPolicy<std::int32_t>>(*this);
 }
 
-bool TypeWord::fits(const Value& value, std::optional<Value>& made) const {
+TypeWord::TypeWord(Name name)
+    : name_(name), takesNone_(name.text().ends_with(orNone)), class_(name) {
+  if (takesNone_) class_ = intern(name.text().substr(0, name.text().size() - orNone.size()));
+}
+
+bool TypeWord::isClassOf(const Value& value) const {
   const Name given = value.className();
-  if (given == name_) return true;
+  if (given == class_) return true;
+  const COSClassInfo* const info = ClassSystem::getInstance().findClass(given);
+  return info && info->isSubclassOf(class_);
+}
+
+bool TypeWord::fits(const Value& value, std::optional<Value>& made) const {
+  if (value.className() == name_) return true;
   if (const Conversion* const conversion = conversion_.load(std::memory_order_acquire)) {
     made = (*conversion)(value);
     return made.has_value();
   }
-  const COSClassInfo* const info = ClassSystem::getInstance().findClass(given);
-  return info && info->isSubclassOf(name_);
+  return isClassOf(value) || (takesNone_ && !value.className());
 }
 
 void TypeRepository::addConversion(Name word, Conversion conversion) {

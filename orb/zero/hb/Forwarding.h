@@ -56,6 +56,20 @@ struct Passing<H> {
   static H fromHost(const tyve::Value& value) { return handleOf<H>(value); }
   static tyve::Value toHost(H element) { return hb::toHost(std::move(element), word()); }
 };
+/// An argument that is an element, or none: the empty object without a class means that, too.
+template <ElementHandle H>
+struct OrNone {
+  operator const H&() const noexcept { return element; }
+
+  H element;
+};
+template <ElementHandle H>
+struct Passing<OrNone<H>> {
+  static tyve::Name word() {
+    return tyve::intern(Passing<H>::word().text() + std::string(tyve::factory::orNone));
+  }
+  static OrNone<H> fromHost(const tyve::Value& value) { return {Passing<H>::fromHost(value)}; }
+};
 /// Several elements are one array of their common class; none are the classless empty object.
 template <ElementHandle H>
 struct Passing<std::vector<H>> {

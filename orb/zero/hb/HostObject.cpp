@@ -68,7 +68,7 @@ class HostClasses {
 
 void raiseToHost(const Exception& error) {
   throw tyve::Exception(error.getCatalog(), error.getIdentifier(), error.getArguments(),
-                        error.what());
+                        error.getText());
 }
 
 bool ElementObject::isValid() const noexcept { return static_cast<bool>(element_); }

@@ -67,6 +67,16 @@ const ValueMarshaler* keyMarshalerOf(const meta::PropertyInfo& property) {
   return nullptr;
 }
 
+/// The marshaler of a property that holds one text; null for others.
+const ValueMarshaler* textMarshalerOf(const meta::PropertyInfo& property) {
+  if (property.kind != meta::ValueKind::Single) return nullptr;
+  const ValueMarshaler* const marshaler =
+      MetaMarshalerRegistry::getInstance().findPropertyMarshaler(property);
+  const bool isText =
+      marshaler && marshaler->getTypeWord().text() == tyve::factory::StringPolicy::word;
+  return isText ? marshaler : nullptr;
+}
+
 }  // namespace
 
 WrapperInfo::WrapperInfo(const meta::ClassInfo& type, std::string documentation, Access access,
@@ -91,9 +101,8 @@ std::string WrapperInfo::print(const tyve::Value& object) const {
   if (!element) return (element.get() ? "a deleted " : "an empty ") + name;
   std::string text = "<" + name;
   if (const auto* const property = element->getPropertyByName("name"))
-    if (const Value given = element->getPropertyValue(*property); !given.isEmpty())
-      if (const auto* const marshaler =
-              MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property))
+    if (const auto* const marshaler = textMarshalerOf(*property))
+      if (const Value given = element->getPropertyValue(*property); !given.isEmpty())
         text += " '" + marshaler->toHost(given).text() + "'";
   return text + " " + to_string(element->getUuid()) + ">";
 }

@@ -34,7 +34,7 @@ class ORB_ZERO_HB_API WrapperInfo : public tyve::COSClassInfo {
 
   const meta::ClassInfo& metaClass() const noexcept { return class_; }
 
-  /// The class, the name, if the element has one, and the UUID.
+  /// The class, the name, if the element has one that is a text, and the UUID.
   std::string print(const tyve::Value& object) const override;
 
  private:

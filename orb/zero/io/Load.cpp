@@ -89,7 +89,7 @@ void load(const Model& model, std::istream& in, std::string_view name) {
   } catch (const Refusal& refusal) {
     loader.raiseAt(name, refusal.cause);
   } catch (const Exception& exception) {
-    loader.raiseAt(name, exception.what());
+    loader.raiseAt(name, exception.getText());
   }
   transaction.commit();
 }

@@ -213,7 +213,7 @@ std::string_view Saver::textOf(const Frame& frame, const Value& value) {
   try {
     serializer.append(value, text_);
   } catch (const Exception& exception) {
-    refuse(frame, exception.what());
+    refuse(frame, exception.getText());
   }
   const std::size_t size = text_.size();
   text_.append(4, '\0');  // which end a character that is cut off

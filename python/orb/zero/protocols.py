@@ -35,7 +35,9 @@ class Places(Listing):
         if isinstance(index, slice):
             return [self.at(place) for place in range(*index.indices(len(self)))]
         place = operator.index(index)
-        return self.at(place if place >= 0 else place + len(self))
+        if place < 0 and -place <= len(self):
+            place += len(self)
+        return self.at(place)
 
     def __iter__(self: Any) -> Iterator[Any]:
         return abc.Sequence.__iter__(self)
@@ -63,6 +65,9 @@ class Keys(Listing):
 
     def __iter__(self: Any) -> Iterator[Any]:
         return iter(self.keys())
+
+    def __reversed__(self: Any) -> Iterator[Any]:
+        return reversed(self.keys())
 
     def __contains__(self: Any, key: object) -> bool:
         try:

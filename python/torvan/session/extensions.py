@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import builtins
+from collections import abc
 
 import torvan.datamodel
 import tyve
@@ -18,11 +19,11 @@ _set: Any = session.Bits.set
 
 
 def _bits(given: Any) -> Any:
-    """Bits as the host takes them: it has neither sets nor integers of any size."""
-    if isinstance(given, (set, frozenset)):
-        return list(given)
-    if isinstance(given, int) and not isinstance(given, bool):
+    """Bits as the host takes them: its only collections are lists, its integers have a size."""
+    if isinstance(given, int) and not isinstance(given, bool) and given >= 0:
         return hex(given)
+    if isinstance(given, abc.Collection) and not isinstance(given, (str, bytes, abc.Mapping)):
+        return list(given)
     return given
 
 

@@ -15,6 +15,7 @@
 namespace torvan::datamodel::hb {
 namespace {
 
+using orb::zero::hb::OrNone;
 using tyve::Value;
 using Texts = std::vector<std::string>;
 
@@ -31,9 +32,10 @@ PowerSetType createPowerSetType(TypeFactory& factory, const std::string& name,
                                 const Value& universe) {
   using Number = tyve::factory::IntegerPolicy<std::uint16_t>;
   if (const auto size = Number::fromHost(universe)) return factory.createPowerSetType(name, *size);
-  const Texts names = itemsOf<std::string>(universe);
-  if (names.size() > std::numeric_limits<std::uint16_t>::max())
-    orb::zero::raise("InvalidValue", {universe.describe(), "the names are too many"});
+  const bool isNumber = tyve::factory::numberOf(universe).has_value();
+  const Texts names = isNumber ? Texts() : itemsOf<std::string>(universe);
+  if (isNumber || names.size() > std::numeric_limits<std::uint16_t>::max())
+    orb::zero::raise("InvalidValue", {universe.describe(), "a universe has 0 to 65535 elements"});
   return factory.createPowerSetType(name, names);
 }
 
@@ -133,11 +135,11 @@ ClassPointer makeValueFactoryClass() {
 ClassPointer makeExpressionFactoryClass() {
   auto info = std::make_unique<orb::zero::hb::NativeClass<ExpressionFactoryObject>>(
       "Makes expressions and gives them their types.");
-  info->method(
-      "create_variable", "type name", "An unknown of a system of equations.",
-      [](const ExpressionFactoryObject& session, const LatticeType& type, const std::string& name) {
-        return session->expressionFactory()->createVariable(type, name);
-      });
+  info->method("create_variable", "type name", "An unknown of a system of equations.",
+               [](const ExpressionFactoryObject& session, const OrNone<LatticeType>& type,
+                  const std::string& name) {
+                 return session->expressionFactory()->createVariable(type, name);
+               });
   info->method("create_join", "terms", "The join of a list of terms; empty ones keep their place.",
                [](const ExpressionFactoryObject& session, const Value& terms) {
                  return session->expressionFactory()->createJoin(itemsOf<Term>(terms));
@@ -147,27 +149,28 @@ ClassPointer makeExpressionFactoryClass() {
                  return session->expressionFactory()->createMeet(itemsOf<Term>(terms));
                });
   info->method("create_struct_ref", "expr field", "The field of a record.",
-               [](const ExpressionFactoryObject& session, const LExpression& expr,
+               [](const ExpressionFactoryObject& session, const OrNone<LExpression>& expr,
                   const std::string& field) {
                  return session->expressionFactory()->createStructRef(expr, field);
                });
   info->method("create_index_ref", "expr start opt_end",
                "The part at an index, or those of a range; both from 1 and inclusive.",
-               [](const ExpressionFactoryObject& session, const LExpression& expr,
+               [](const ExpressionFactoryObject& session, const OrNone<LExpression>& expr,
                   std::uint16_t start, std::optional<std::uint16_t> end) {
                  return session->expressionFactory()->createIndexRef(expr, start, end);
                },
                {.optional = 1});
   info->method("create_conditional", "ctrl operand_true operand_false",
                "One of two terms, as the control expression decides.",
-               [](const ExpressionFactoryObject& session, const Expression& ctrl,
-                  const Term& operandTrue, const Term& operandFalse) {
+               [](const ExpressionFactoryObject& session, const OrNone<Expression>& ctrl,
+                  const OrNone<Term>& operandTrue, const OrNone<Term>& operandFalse) {
                  return session->expressionFactory()->createConditional(ctrl, operandTrue,
                                                                         operandFalse);
                });
   info->method(
       "create_prune", "expr fields", "A record without the field that a path of names leads to.",
-      [](const ExpressionFactoryObject& session, const Expression& expr, const Value& fields) {
+      [](const ExpressionFactoryObject& session, const OrNone<Expression>& expr,
+         const Value& fields) {
         return session->expressionFactory()->createPrune(expr, itemsOf<std::string>(fields));
       });
   return info;
@@ -177,7 +180,8 @@ ClassPointer makeSystemBuilderClass() {
   auto info = std::make_unique<orb::zero::hb::NativeClass<SystemBuilderObject>>(
       "Assembles a system of equations, which exists from the start.");
   info->method("add_equation", "lhs rhs", "A new equation at the end of the system.",
-               [](const SystemBuilderObject& builder, const LExpression& lhs, const Term& rhs) {
+               [](const SystemBuilderObject& builder, const OrNone<LExpression>& lhs,
+                  const OrNone<Term>& rhs) {
                  return unit(builder->build()->getModel(),
                              [&] { return builder->addEquation(lhs, rhs); });
                });

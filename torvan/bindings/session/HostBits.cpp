@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <orb/zero/Exception.h>
+#include <tyve/factory/Marshaler.h>
 
 namespace torvan::datamodel::hb {
 namespace {
@@ -17,10 +18,7 @@ namespace {
 
 /// The number, when it is integral and from 0 to so many; or else raises an error with the problem.
 std::size_t numberIn(const tyve::Value& value, double most, const char* problem) {
-  const double number = value.is(tyve::Kind::UInt16)   ? value.number<std::uint16_t>()
-                        : value.is(tyve::Kind::Int32)  ? value.number<std::int32_t>()
-                        : value.is(tyve::Kind::Double) ? value.number<double>()
-                                                       : -1;
+  const double number = tyve::factory::numberOf(value).value_or(-1);
   if (!(number >= 0 && number <= most && number == std::trunc(number)))
     fail(value.describe(), problem);
   return static_cast<std::size_t>(number);
@@ -42,7 +40,7 @@ class BitsReader {
         for (const tyve::Value& item : value.cells()) addItem(item);
         break;
       default:
-        if (value.isScalar()) {
+        if (tyve::factory::numberOf(value)) {
           readNumber(value);
         } else if (value.is(tyve::Kind::Object) || value.is(tyve::Kind::Struct)) {
           fail(value.describe(), "this is no set");
@@ -77,7 +75,8 @@ class BitsReader {
   }
   void readNumber(const tyve::Value& value) {
     constexpr double most = 9007199254740992.0;  // what a double counts to
-    const std::size_t number = numberIn(value, most, "this is no set of so many elements");
+    const std::size_t number =
+        numberIn(value, most, "a number that stands for bits is whole, from 0 to 2^53");
     for (std::size_t bit = 0; bit < 64; ++bit)
       if (number >> bit & 1) set(bit);
   }

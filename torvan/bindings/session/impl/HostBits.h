@@ -18,10 +18,11 @@ struct Bits {
 ///
 /// | given | meaning |
 /// |---|---|
-/// | a list of texts and numbers | names of the universe (all elements of the name), and indices
-/// from 1 | | a text such as "101" | all bits, as they print: the last element first | | a text
-/// such as "0x5" | a hexadecimal number, the first element being the lowest bit | | one number |
-/// such a number, of 53 bits at most |
+/// | texts in a list | names of the universe, each for all elements of the name |
+/// | numbers in a list | indices from 1 |
+/// | a text such as "101" | all bits, as they print: the last element first |
+/// | a text such as "0x5" | a hexadecimal number, the first element being the lowest bit |
+/// | one number | such a number, from 0 to 2^53 |
 ///
 /// Raises "InvalidValue" with what is wrong, and "CannotCastIncompatibleTypes" without a type.
 BitSet bitsFromHost(const tyve::Value& value, const PowerSetType& type);
