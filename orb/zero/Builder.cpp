@@ -4,6 +4,7 @@
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/Targets.h>
+#include <orb/zero/Unit.h>
 #include <orb/zero/Value.h>
 
 namespace orb::zero {
@@ -86,16 +87,27 @@ void ModelElement::Builder::cascadeCreation(Impl& owner) {
   for (const Child& child : children_) child.property->services.add(owner, child.builder->create());
 }
 
-/// What was given to the builder may have been destroyed or moved to another owner since.
-void ModelElement::Builder::dropLost() noexcept {
+/// What was given to the builder may have been destroyed since, or have gone back to a former owner
+/// or key. What is owned is listed anew, as none of that can be told from the old list.
+void ModelElement::Builder::dropLost() {
+  Unit unit(*staged_);
   Targets targets;
   for (const meta::PropertyInfo* property : class_.all) {
     targets.found.clear();
     property->services.targets(*staged_, targets);
-    for (Impl* target : targets.found)
-      if (!target->isAlive() || (property->isOwning && target->container() != staged_.get()))
-        property->services.release(*staged_, *target);
+    const auto isLost = [&](const Impl* target) {
+      return !target->isAlive() || (property->isOwning && target->container() != staged_.get());
+    };
+    if (!property->isOwning) {
+      for (Impl* target : targets.found)
+        if (isLost(target)) property->services.release(*staged_, *target);
+      continue;
+    }
+    std::erase_if(targets.found, isLost);
+    property->services.clear(*staged_);
+    for (Impl* child : targets.found) property->services.add(*staged_, ModelElement(child));
   }
+  unit.commit();
 }
 
 ModelElement ModelElement::Impl::createInto(const meta::PropertyInfo& property, Builder& builder,

@@ -63,7 +63,7 @@ class ORB_ZERO_API ModelElement::Builder {
   static void checkModel(const Builder& builder, const Model& model);
   ModelElement adopt(const uuid& id);
   void cascadeCreation(Impl& owner);
-  void dropLost() noexcept;
+  void dropLost();
 
   Model model_;
   const meta::ClassInfo& class_;

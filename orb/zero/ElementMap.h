@@ -87,13 +87,16 @@ class ElementMap : public Collection {
   }
 
   /// Stores the child under another key, which is to become its own. Raises
-  /// "UniquenessConstraint" when there is another element under that key.
+  /// "UniquenessConstraint" when there is another element under that key. Does nothing for a child
+  /// that is not stored, as in a builder after a rollback.
   void rekey(const ModelElement::Impl& child, const K& key) {
     if (const auto found = content_.find(key); found != content_.end()) {
       if (found->second.get() == &child) return;
       raise("UniquenessConstraint");
     }
-    Renaming renaming{*this, storedAt(child)->first, key, key};
+    const Place place = storedAt(child);
+    if (place == content_.end()) return;
+    Renaming renaming{*this, place->first, key, key};
     (isRecorded() ? log(std::move(renaming)) : renaming).exchange(true);
   }
 
@@ -125,8 +128,11 @@ class ElementMap : public Collection {
     if (empty()) return {0, K(), nullptr};
     return {size(), begin()->first, begin()->second.get()};
   }
+  void link(bool links) noexcept {
+    for (const auto& [key, child] : content_) links ? adopt(*child.get()) : disown(*child.get());
+  }
   void reset() noexcept {
-    for (const auto& [key, child] : content_) disown(*child.get());
+    link(false);
     content_.clear();
     index_.drop();
   }
@@ -169,6 +175,7 @@ class ElementMap : public Collection {
     if (content_.empty() || content_.rbegin()->first < key) return content_.end();
     return content_.lower_bound(key);
   }
+  /// Where the child is, or the end.
   Place storedAt(const ModelElement::Impl& child) {
     const auto isChild = [&](const auto& entry) { return entry.second.get() == &child; };
     const Place found = content_.find(key_(child));

@@ -6,7 +6,8 @@
 namespace orb::zero {
 
 /// The creation or the destruction of an element. A destroyed element stays in its place as long as
-/// a record may revive it, and its slots keep their targets, so that reviving it is one step.
+/// a record may revive it, and its slots keep their targets, so that reviving it is one step. What
+/// goes with it keeps its owner; what it was given before its creation has none without it.
 class Existence final : public UndoRecord {
  public:
   enum class Change : bool { Creation, Destruction };
@@ -21,6 +22,9 @@ class Existence final : public UndoRecord {
     element().standing_.life = revives ? Life::Alive : Life::Destroyed;
     if (!element().isProxy()) revives ? ++model.alive_ : --model.alive_;
     isMade_ = !isMade_;
+    if (isDestruction()) return;
+    for (const meta::PropertyInfo* property : element().getMetaClass().all)
+      if (property->isOwning) property->services.link(element(), revives);
   }
   void settle() noexcept override {
     if (isMade_ == isDestruction()) element().model().end(element());

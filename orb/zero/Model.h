@@ -71,7 +71,8 @@ class ORB_ZERO_API Model {
   // "TransactionInProgress".
 
   /// Has the listener told of every committed outermost transaction, and of every single change
-  /// outside of one, through the work queue.
+  /// outside of one, through the work queue. A change of a collection is told with all that it held
+  /// before and holds now, and so takes time proportional to its size.
   void addListener(std::shared_ptr<ModelListener> listener) const;
   void removeListener(const std::shared_ptr<ModelListener>& listener) const;
 

@@ -51,12 +51,12 @@ class OwnedSequence : public Collection {
   void set(std::size_t place, const ModelElement& element) {
     owner().checkNoProxy();
     owner().template checkInsertion<E>(element);
-    const E before = (*this)[place];
-    if (before == element) return;
+    const auto order = static_cast<std::uint32_t>(locate(place));
+    if (content_[order] == element) return;
     if (contains(element)) raise("CannotAddSecondObject");
     ModelElement::Impl& child = *element.get();  // the handle may be the slot that it leaves
     Unit unit(owner());
-    move(child, [&] { replaceAt(before.get()->order(), child); });
+    move(child, [&] { replaceAt(order, child); });
     unit.commit();
   }
   /// Takes the element out, if it is held; it becomes a top-level element.
@@ -103,9 +103,12 @@ class OwnedSequence : public Collection {
     for (const E& child : *this) children.push_back(child.get());
     return children;
   }
+  void link(bool links) noexcept {
+    for (std::uint32_t order = 0; order < content_.size(); ++order)
+      if (content_[order].get()) links ? settle(order) : disown(*content_[order].get());
+  }
   void reset() noexcept {
-    for (const Slot<E>& child : content_)
-      if (child.get()) disown(*child.get());
+    link(false);
     content_.clear();
     gaps_ = 0;
     found_ = {};
@@ -196,7 +199,8 @@ class OwnedSequence : public Collection {
     if (gaps_ == 0) return;
     std::erase_if(content_, [](const Slot<E>& child) { return !child.get(); });
     for (std::uint32_t order = 0; order < content_.size(); ++order)
-      content_[order].get()->setOrder(order);
+      if (owns(*content_[order].get()))  // not so what went back from a builder
+        content_[order].get()->setOrder(order);
     gaps_ = 0;
     found_ = {};
   }

@@ -33,7 +33,7 @@ void Storage::flip() noexcept {
     if (isChanged(property->position) && property->services.exchange)
       property->services.exchange(changed, *this);
   const std::uint32_t given = changed.given_ & changed_;
-  changed.given_ = (changed.given_ & ~changed_) | given_;
+  changed.given_ = (changed.given_ & ~changed_) | (given_ & changed_);
   given_ = given;
 }
 
@@ -50,11 +50,33 @@ Value Storage::getOldValue(const meta::PropertyInfo& property, ProxyTag tag) con
 bool Storage::isUnchanged(const meta::PropertyInfo& property) const {
   const std::uint32_t bit = 1u << property.position;
   return (element().given_ & bit) == (given_ & bit) &&
+         (!property.services.size || mayBeUnchanged(property)) &&
          property.services.isUnchanged(element(), *this);
 }
 
+/// Spares most comparisons of whole contents: what changed once is not as it was, nor is what has
+/// another size.
+bool Storage::mayBeUnchanged(const meta::PropertyInfo& collection) const {
+  if (changesSince(collection.position).size() < 2) return false;
+  const std::size_t size = collection.services.size(element());
+  const Rewound rewound(*this, collection.position);
+  return collection.services.size(element()) == size;
+}
+
+/// The changes of a collection since the savepoint began, the newest first.
+std::vector<CollectionChange*> Storage::changesSince(int position) const {
+  std::vector<CollectionChange*> changes;
+  const Storage* storage = element().storage();
+  for (bool isDone = false; !isDone; storage = storage->previous()) {
+    for (CollectionChange* change = storage->last_; change; change = change->before_)
+      if (change->position_ == position) changes.push_back(change);
+    isDone = storage == this;
+  }
+  return changes;
+}
+
 void Storage::settleMarks() {
-  for (const Storage* outer = previous_; outer; outer = outer->previous_)
+  for (const Storage* outer = previous_; outer && changed_ != 0; outer = outer->previous_)
     changed_ &= ~outer->changed_;
   revertUnchanged();
 }
@@ -65,13 +87,7 @@ void Storage::revertUnchanged() {
       changed_ &= ~(1u << property->position);
 }
 
-Rewound::Rewound(const Storage& until, int position) {
-  const Storage* storage = until.element().storage();
-  for (bool isDone = false; !isDone; storage = storage->previous()) {
-    for (CollectionChange* change = storage->last_; change; change = change->before_)
-      if (change->position_ == position) changes_.push_back(change);
-    isDone = storage == &until;
-  }
+Rewound::Rewound(const Storage& until, int position) : changes_(until.changesSince(position)) {
   for (CollectionChange* change : changes_) change->exchange(false);
 }
 

@@ -23,7 +23,6 @@ class ORB_ZERO_API CollectionChange : public UndoRecord {
 
  private:
   friend class Storage;
-  friend class Rewound;
 
   int position_;
   CollectionChange* before_ = nullptr;  // of the same storage
@@ -40,6 +39,7 @@ class ORB_ZERO_API Storage : public UndoRecord {
   void unlink() noexcept override;
   Storage* asStorage() noexcept final { return this; }
 
+  bool isChanged() const noexcept { return changed_ != 0; }
   bool isChanged(int position) const noexcept { return (changed_ >> position) & 1; }
   /// Of the same element, made in an outer savepoint; null for the outermost one.
   Storage* previous() const noexcept { return previous_; }
@@ -68,6 +68,9 @@ class ORB_ZERO_API Storage : public UndoRecord {
  private:
   friend class CollectionChange;
   friend class Rewound;
+
+  bool mayBeUnchanged(const meta::PropertyInfo& collection) const;
+  std::vector<CollectionChange*> changesSince(int position) const;
 
   Storage* previous_ = nullptr;
   CollectionChange* last_ = nullptr;

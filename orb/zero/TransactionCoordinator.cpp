@@ -46,13 +46,14 @@ void TransactionCoordinator::commit(std::uint64_t era) {
 }
 
 void TransactionCoordinator::settleOutermost() {
-  ModelChanges changes;
-  if (listeners_ || history_) changes = describe();
-  const bool isRemembered = history_ && !changes.isEmpty();
-  if (isRemembered) {
-    history_->done.emplace_back();  // room, before anything is final
+  if (history_)
     for (auto record = log_.rbegin(); record != log_.rend(); ++record)
       if (Storage* const storage = (*record)->asStorage()) storage->settleMarks();
+  ModelChanges changes;
+  if (listeners_) changes = describe();
+  const bool isRemembered = history_ && hasChanged();
+  if (isRemembered) {
+    history_->done.emplace_back();  // room, before anything is final
   } else if (history_) {  // former steps name places in sequences, which are taken back as well
     for (auto record = log_.rbegin(); record != log_.rend(); ++record)
       if (!(*record)->element().isProxy()) (*record)->flip();
@@ -87,13 +88,27 @@ void TransactionCoordinator::log(std::unique_ptr<UndoRecord> record) noexcept {
 
 void TransactionCoordinator::grow() { log_.reserve(std::max<std::size_t>(64, 2 * log_.size())); }
 
+/// Whether there is anything to describe, once the marks are settled. Looks at no contents.
+bool TransactionCoordinator::hasChanged() const {
+  const std::uint32_t births = savepoints_.front().births;
+  for (std::uint32_t place = births; place < model_.births(); ++place)
+    if (const ModelElement::Impl* const element = model_.born(place))
+      if (element->isMember()) return true;
+  return std::any_of(log_.begin(), log_.end(), [=](const auto& record) {
+    const ModelElement::Impl& element = record->element();
+    if (!element.isOlderThan(births) || element.isProxy()) return false;
+    const Storage* const storage = record->asStorage();
+    return element.isAlive() ? storage && storage->isChanged() : record->isDestruction();
+  });
+}
+
 /// The changes of an element that was there before are told once, at its outermost storage.
 ModelChanges TransactionCoordinator::describe() {
   const std::uint32_t births = savepoints_.front().births;
   ModelChanges changes;
   for (std::uint32_t place = births; place < model_.births(); ++place)
     if (ModelElement::Impl* const element = model_.born(place))
-      if (element->isAlive() && !element->isProxy()) changes.created.emplace_back(element);
+      if (element->isMember()) changes.created.emplace_back(element);
   for (const auto& record : log_) {
     ModelElement::Impl& element = record->element();
     if (!element.isOlderThan(births) || element.isProxy()) continue;

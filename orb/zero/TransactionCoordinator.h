@@ -89,6 +89,7 @@ class ORB_ZERO_API TransactionCoordinator {
   void grow();
   void checkNoneOpen() const;
   void settleOutermost();
+  bool hasChanged() const;
   ModelChanges describe();
   void post(ModelChanges changes);
   bool flip(bool isUndo);

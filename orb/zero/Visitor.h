@@ -27,7 +27,7 @@ class Visitor {
   R dispatch(const ModelElement& element) const {
     if (!element) return R();
     const std::size_t place = placeFor(*element.get());
-    return place == functions_.size() ? R() : functions_[place].second(element);
+    return hasFunction(place) ? functions_[place].second(element) : R();
   }
 
  protected:
@@ -63,6 +63,8 @@ class Visitor {
     }
     return place;
   }
+  /// Whether there is a function at a place that `placeFor` has found.
+  bool hasFunction(std::size_t place) const noexcept { return place < functions_.size(); }
   /// Calls `visit(X::Impl&)` for the class at a place that `placeFor` has found; false for a place
   /// behind the list.
   template <class Visit, class... X>

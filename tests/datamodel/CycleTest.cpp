@@ -58,6 +58,18 @@ TEST_F(CycleTest, ExpressionsThatContainThemselvesAreRefused) {
   EXPECT_EQ(collector.getVariables().size(), 2U);
 }
 
+TEST_F(CycleTest, WhatTheWalkDoesNotEnterMayContainItself) {
+  const Variable x = variable("x");
+  const Struct record = make<Struct>();
+  record->getValues().insert(field("f", record));
+  std::vector<Term> operands(200, x);
+  operands.emplace_back(record);
+  const Term term = expressions.createJoin(operands);
+  const Equation equation = session.createSystemBuilder()->addEquation(x, term);
+  EXPECT_EQ(equation.getRhsVariables().size(), 200U);
+  EXPECT_RAISES(equation.print(), "CyclicValue");
+}
+
 TEST_F(CycleTest, WhatOnlyComesOftenIsPrinted) {
   Term term = variable("x");
   for (int level = 0; level < 12; ++level) term = expressions.createJoin({term, term});

@@ -79,6 +79,27 @@ TEST_F(BuilderTest, OutlivesWhatItWasGiven) {
   expectConsistent(model);
 }
 
+/// Nothing of what a builder does to others' elements is taken back at the builder.
+TEST_F(BuilderTest, KeepsOnlyWhatIsItsOwnAfterAnUndo) {
+  const Equation kept = make<Equation>(), back = make<Equation>();
+  const FieldType field = fieldType("a");
+  const System system = systemOf({back});
+  System::Builder builder(model);
+  StructType::Builder record(model);
+  {
+    const Transaction transaction(model);
+    for (const Equation& each : {make<Equation>(), back, kept}) builder->getEquations().add(each);
+    record->getFields().insert(field);
+    field->setName("b");
+  }
+  field->setName("c");
+  const System made = builder.create();
+  EXPECT_TRUE(made->getPropertyValue(System::equations()) == orb::zero::Value(std::vector{kept}));
+  EXPECT_TRUE(record.create()->getFields()["c"] == field);
+  EXPECT_TRUE(back->getContainer() == system);
+  expectConsistent(model);
+}
+
 TEST_F(BuilderTest, DroppedBuilderLeavesNothing) {
   const FieldElem part = field("a");
   const LatticeType type = sets(2);

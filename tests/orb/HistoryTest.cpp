@@ -59,6 +59,18 @@ TEST_F(HistoryTest, TellsListenersOfBothWays) {
                    "f.name:i>f R.fields:[g,f]>[f,g] g.name:f>g x.name:z>x"}));
 }
 
+TEST_F(HistoryTest, BringsBackWhetherAValueWasGiven) {
+  const Variable y = make<Variable>();
+  model.setHistoryLimit(1);
+  inTransaction([&] {
+    inTransaction([&] { y->setName("b"); });
+    inTransaction([&] { y->setPropertyValue(Variable::name(), {}); });
+    y->setType(p);
+  });
+  EXPECT_TRUE(model.undo() && !y->hasName());
+  EXPECT_TRUE(model.redo() && !y->hasName());
+}
+
 TEST_F(HistoryTest, KeepsTheLatestStepsUntilSomethingElseHappens) {
   EXPECT_FALSE(model.undo() || model.redo());
   model.setHistoryLimit(2);
@@ -92,6 +104,28 @@ TEST_F(HistoryTest, StaysValidWhenAChangeCameToNothing) {
   EXPECT_TRUE(model.undo());
   EXPECT_EQ(snapshot(model), before);
   expectConsistent(model);
+}
+
+TEST_F(HistoryTest, BringsBackWhatCreationsTookOver) {
+  const FieldType f = record->getFields()["f"];
+  const auto takeOver = [&] {
+    System::Builder places(model);
+    places->getEquations().add(equations[2]);
+    places.create();
+    StructType::Builder fields(model);
+    fields->getFields().insert(f);
+    return fields.create();
+  };
+  model.setHistoryLimit(9);
+  const std::string before = snapshot(model);
+  takeOver();
+  const StructType last = takeOver();
+  const std::string after = snapshot(model);
+  while (model.undo()) expectConsistent(model);
+  EXPECT_EQ(snapshot(model), before);
+  while (model.redo()) expectConsistent(model);
+  EXPECT_EQ(snapshot(model), after);
+  EXPECT_TRUE(f->getContainer() == last);
 }
 
 /// While places are recorded, gaps stay, and numbers count past them.

@@ -68,7 +68,8 @@ inline void expectConsistent(const orb::zero::Model& model) {
     ++count;
     EXPECT_TRUE(model.find(element->getUuid()) == element);
     if (element->getContainer()) ++contained;
-    EXPECT_EQ(element->container() != nullptr, static_cast<bool>(element->getContainer()));
+    const auto* const owner = element->container();  // may be in the making
+    EXPECT_TRUE(!owner || owner->isAlive() || owner->place() == UINT32_MAX);
     for (const Property* property : element->getMetaClass().all) {
       for (const auto* target : targetsOf(element, *property)) {
         EXPECT_TRUE(target->isAlive());

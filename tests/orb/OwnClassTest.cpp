@@ -8,7 +8,28 @@
 #include "tests/orb/Diary.h"
 #include "tests/orb/Failure.h"
 
-/// A model of two classes, declared as any library declares its own.
+/// A model of two classes and a type of values, declared as any library declares its own.
+namespace library {
+
+struct Page {
+  explicit Page(int n = 0) noexcept : number(n) {}
+  Page(const Page& other) noexcept : number(other.number) { ++copies; }
+  Page(Page&&) noexcept = default;
+  Page& operator=(Page&&) noexcept = default;
+  bool operator==(const Page& other) const noexcept { return number == other.number; }
+
+  int number;
+  static inline int copies = 0;
+};
+
+}  // namespace library
+
+template <>
+struct orb::zero::ValueTraits<library::Page> {
+  static constexpr std::string_view name() noexcept { return "library.Page"; }
+  static std::uint64_t hash(const library::Page&) noexcept { return 0; }
+};
+
 namespace library {
 
 namespace meta = orb::zero::meta;
@@ -28,6 +49,7 @@ class Book : public orb::zero::Handle<Book, ModelElement> {
 
   static const meta::PropertyInfo& name() { return property(1); }
   static const meta::PropertyInfo& sequel() { return property(2); }
+  static const meta::PropertyInfo& pages() { return property(3); }
 
   class Constrainables : public Handle::Constrainables {
    public:
@@ -50,12 +72,16 @@ class Shelf : public orb::zero::Handle<Shelf, ModelElement> {
 class Book::Impl : public orb::zero::ImplOf<Book> {
   std::string name_;
   orb::zero::Slot<Book> sequel_;
+  orb::zero::PrimitiveSequence<Page> pages_{*this, &Book::pages};
 
  public:
   static constexpr meta::Table table{
-      meta::Instances::Concrete, "library.Book", "0fd5ed53-99a2-4fd4-a0c6-08c6a1af5a01",
+      meta::Instances::Concrete,
+      "library.Book",
+      "0fd5ed53-99a2-4fd4-a0c6-08c6a1af5a01",
       meta::Row{&Impl::name_, "name", 1, "1b5d2c0e-61c8-4e8e-9f9f-0f14a1b8a702", Unique},
-      meta::Row{&Impl::sequel_, "sequel", 2, "d8a4ff34-1b7e-4f5c-8a83-6b0a5c1f7d03", Unique}};
+      meta::Row{&Impl::sequel_, "sequel", 2, "d8a4ff34-1b7e-4f5c-8a83-6b0a5c1f7d03", Unique},
+      meta::Row{&Impl::pages_, "pages", 3, "5f0c8a6e-97d1-4b25-8c43-f2e9b0d17a06", Ordered}};
 
   static const std::string& keyOf(const ModelElement::Impl& element) {
     return static_cast<const Impl&>(element).name_;
@@ -64,6 +90,7 @@ class Book::Impl : public orb::zero::ImplOf<Book> {
   void setName(std::string value) { set<&Impl::name_>(std::move(value)); }
   const Book& getSequel() const noexcept { return sequel_; }
   void setSequel(const Book& value) { set<&Impl::sequel_>(value); }
+  orb::zero::PrimitiveSequence<Page>& getPages() noexcept { return pages_; }
 };
 
 class Shelf::Impl : public orb::zero::ImplOf<Shelf> {
@@ -93,7 +120,10 @@ class LibraryPackage final : public meta::AbstractMetaPackage {
 
  private:
   LibraryPackage() : AbstractMetaPackage(u"http://example.org/library") {}
-  void instantiate(meta::MetaRegistry&) override { instantiateClasses(classesOf(Classes())); }
+  void instantiate(meta::MetaRegistry&) override {
+    createPrimitiveType("library.Page");
+    instantiateClasses(classesOf(Classes()));
+  }
   void weave(meta::MetaRegistry&, meta::PropertySerializerRegistry&) override {
     weaveClasses(packageAt(u"http://example.org/library"), classesOf(Classes()));
   }
@@ -149,6 +179,24 @@ TEST_F(OwnClassTest, IsStoredUnderTheNameThatItGets) {
   EXPECT_TRUE(books["c"] == first && !books.contains("a"));
   first->destroy();
   EXPECT_EQ(books.size(), 1U);
+}
+
+TEST_F(OwnClassTest, HistoryLooksAtNothingBesideTheChange) {
+  auto& pages = first->getPages();
+  for (int number = 0; number < 100; ++number) pages.add(Page(number));
+  model.setHistoryLimit(9);
+  const int copies = Page::copies;
+  pages.add(Page());
+  pages.set(5, Page());
+  pages.erase(50);
+  {
+    orb::zero::Transaction transaction(model);
+    pages.add(Page());
+    pages.add(Page());
+    transaction.commit();
+  }
+  EXPECT_EQ(Page::copies, copies);
+  EXPECT_EQ(model.undoSteps(), 4U);
 }
 
 TEST_F(OwnClassTest, IsReadByNameAndFound) {

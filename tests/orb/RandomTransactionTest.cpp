@@ -170,6 +170,14 @@ class RandomChanges {
     else
       owner->setPropertyValue(property, target);
   }
+  /// Goes on with an element in the making, which takes over what others own.
+  void build() {
+    if (!builder_ || below(8) == 0)
+      builder_ = (below(2) ? System::metaClass() : StructType::metaClass()).makeBuilder(model_);
+    for (const Property* property : builder_->getMetaClass().all)
+      if (property->isOwning) builder_->setOrAdd(*property, any(property->type()));
+    if (below(3) == 0) std::exchange(builder_, {})->create();
+  }
   /// Writes to the slot itself, which nobody notices, so that it cannot be taken back.
   void writeSlot() {
     if (conditions_.keepsHistory || !open_.empty()) return;
@@ -186,6 +194,8 @@ class RandomChanges {
   static constexpr void (*changes_[])(Self&) = {
       [](Self& r) { r.refer(); },
       [](Self& r) { r.refer(); },
+      [](Self& r) { r.build(); },
+      [](Self& r) { r.build(); },
       [](Self& r) { r.writeSlot(); },
       [](Self& r) { r.changeUniverse(); },
       [](Self& r) { r.any<Variable>()->setName(r.name()); },
@@ -213,6 +223,7 @@ class RandomChanges {
   const Conditions conditions_;
   const Model model_ = Model::create();
   std::array<ModelElement, 4> held_;  // some of all elements are held from outside
+  std::unique_ptr<ModelElement::Builder> builder_;
   std::list<Savepoint> open_;
   std::vector<OldValue> old_;
   std::vector<std::optional<std::string>> states_;  // by the number of steps that led there

@@ -64,7 +64,10 @@ class PrettyPrinter::Line {
   std::string write(const ModelElement& element) {
     if (!element) return {};
     Walk walk(element);
-    return write(element, SIZE_MAX, [&] { walk.step(); });
+    const auto enters = [this](Element& next) {
+      return visitAt(printer_.placeFor(next), next, Classes(), [](auto&) {});
+    };
+    return write(element, SIZE_MAX, [&] { walk.step(enters); });
   }
   /// The text as far as it has been written when it is longer than so many bytes.
   std::string writeSome(const ModelElement& element, std::size_t most) {

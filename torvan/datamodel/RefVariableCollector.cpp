@@ -15,8 +15,9 @@ void RefVariableCollector::collect(const ModelElement& term) {
   pending_.push_back(term.get());
   if (isWalking_) return;
   isWalking_ = true;
+  const auto enters = [this](const auto& element) { return hasFunction(placeFor(element)); };
   try {
-    for (Walk walk(term); !pending_.empty(); walk.step()) visitNext();
+    for (Walk walk(term); !pending_.empty(); walk.step(enters)) visitNext();
   } catch (...) {
     pending_.clear();
     isWalking_ = false;

@@ -14,9 +14,10 @@ namespace {
 /// endless.
 constexpr std::size_t most = 1 << 26;
 
-/// Whether the properties of an element, other than types, lead from it, or from what they lead to,
-/// back to where they came from.
-bool hasCycle(orb::zero::ModelElement::Impl& root) {
+/// Whether the properties of an element, other than types, lead from it, or from what they lead to
+/// and is entered, back to where they came from.
+template <class Enters>
+bool hasCycle(orb::zero::ModelElement::Impl& root, const Enters& enters) {
   enum class State { New, Open, Done };
   std::unordered_map<const orb::zero::ModelElement::Impl*, State> states;
   std::vector<orb::zero::ModelElement::Impl*> pending{&root};
@@ -30,14 +31,18 @@ bool hasCycle(orb::zero::ModelElement::Impl& root) {
     }
     state = State::Open;
     orb::zero::Targets targets;
-    for (const meta::PropertyInfo* property : element.getMetaClass().all)
-      if (*property != Term::type()) property->services.targets(element, targets);
-    for (auto* const target : targets.found) {
-      const auto known = states.find(target);
-      if (known == states.end())
-        pending.push_back(target);
-      else if (known->second == State::Open)
-        return true;
+    for (const meta::PropertyInfo* property : element.getMetaClass().all) {
+      if (*property == Term::type()) continue;
+      targets.found.clear();
+      property->services.targets(element, targets);
+      for (auto* const target : targets.found) {
+        if (!property->isOwning && !enters(*target)) continue;
+        const auto known = states.find(target);
+        if (known == states.end())
+          pending.push_back(target);
+        else if (known->second == State::Open)
+          return true;
+      }
     }
   }
   return false;
@@ -47,8 +52,8 @@ bool hasCycle(orb::zero::ModelElement::Impl& root) {
 
 Walk::Walk(const orb::zero::ModelElement& root) : root_(root), limit_(root->getModel().size()) {}
 
-void Walk::check() {
-  if (steps_ > most || hasCycle(*root_.get())) orb::zero::raise("CyclicValue");
+void Walk::check(const std::function<bool(Element&)>& enters) {
+  if (steps_ > most || hasCycle(*root_.get(), enters)) orb::zero::raise("CyclicValue");
   limit_ = std::max(limit_, most);
 }
 

@@ -83,6 +83,9 @@ struct PropertyServices {
   void (*targets)(const Element&, TargetVisitor&) = nullptr;
   /// Puts the element into the owned collection, checked; none for other properties.
   void (*add)(Element&, const ModelElement&) = nullptr;
+  /// Makes the element the owner of what its owned collection lists, or of none of it, while that
+  /// stays listed; none for other properties.
+  void (*link)(Element&, bool links) noexcept = nullptr;
   /// Takes the target out of the property; can be undone.
   void (*release)(Element&, Element& target) = nullptr;
   /// Puts another element in the place of the target; can be undone.

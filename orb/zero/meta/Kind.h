@@ -17,7 +17,7 @@
 ///                                      log every change by themselves
 ///   get, assign, snapshot              reads and replaces a collection, and what of it is compared
 ///   at, find, keys                     reads one entry of it by its place or key
-///   targets, add, release, replace, note, clear, forget
+///   targets, add, link, release, replace, note, clear, forget
 ///                                      see `PropertyServices`; absent where there is nothing
 namespace orb::zero::meta {
 
@@ -79,6 +79,7 @@ struct CollectionKind {
     collection.targets(visitor);
   }
   static void add(Collection& collection, const ModelElement& element) { collection.add(element); }
+  static void link(Collection& collection, bool links) noexcept { collection.link(links); }
   static void release(Collection& collection, Element&, int, Element& target) {
     collection.release(target);
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 #include <orb/zero/ModelElement.h>
 
@@ -11,17 +12,21 @@ namespace torvan::datamodel {
 /// finding out whether it ever ends.
 class Walk {
  public:
+  using Element = orb::zero::ModelElement::Impl;
+
   explicit Walk(const orb::zero::ModelElement& root);
 
   /// To be called once per visit. Raises "CyclicValue" when the walk would be endless, or nearly
-  /// so.
-  void step() {
+  /// so. `enters` tells whether the walk goes on from such an element, not only to it; what an
+  /// element owns is taken for a part of it.
+  template <class Enters>
+  void step(Enters enters) {
     if (++steps_ > limit_) [[unlikely]]
-      check();
+      check(enters);
   }
 
  private:
-  void check();
+  void check(const std::function<bool(Element&)>& enters);
 
   orb::zero::ModelElement root_;
   std::size_t steps_ = 0, limit_;
