@@ -12,10 +12,7 @@ namespace orb::zero {
 ModelElement::Builder::Builder(const Model& model, const meta::ClassInfo& type)
     : model_(model), class_(type), staged_(model->stage(type)), losses_(model->losses()) {}
 
-ModelElement::Builder::~Builder() {
-  if (!staged_) return;
-  for (const meta::PropertyInfo* property : class_.all) property->services.clear(*staged_);
-}
+ModelElement::Builder::~Builder() = default;
 
 void ModelElement::Builder::checkModel(const Builder& builder, const Model& model) {
   if (!(builder.model_ == model)) raise("CannotCreateCrossModelAssociation");
@@ -79,6 +76,7 @@ ModelElement ModelElement::Builder::make(const uuid& id) {
 
 ModelElement ModelElement::Builder::adopt(const uuid& id) {
   staged();
+  if (model_->transactions().isFrozen()) raise("CannotModifyFrozenModel");  // it may be tried again
   if (model_->losses() != losses_) dropLost();
   return model_->adopt(std::move(staged_), id);
 }

@@ -44,7 +44,7 @@ class ORB_ZERO_API ModelElement::Builder {
 
   /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
-  /// have one key.
+  /// have one key. A frozen model refuses it, and may be asked again when it is thawed.
   ModelElement create() { return make(); }
   ModelElement create(const uuid& id) { return make(id); }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <orb/zero/Slot.h>
 #include <orb/zero/Storage.h>
@@ -20,6 +21,13 @@ class ORB_ZERO_API Collection {
       : owner_(element), property_(descriptor) {}
   Collection(const Collection&) = delete;
   Collection& operator=(const Collection&) = delete;
+
+  /// Raises what adding one of the elements would.
+  template <class E>
+  void checkAll(const std::vector<E>& elements) const {
+    owner_.checkNoProxy();
+    for (const E& element : elements) owner_.checkInsertion<E>(element);
+  }
 
  protected:
   ~Collection() = default;

@@ -1,5 +1,6 @@
 #include <algorithm>
-#include <numeric>
+#include <compare>
+#include <cstdint>
 
 #include <orb/zero/Existence.h>
 #include <orb/zero/Targets.h>
@@ -52,39 +53,55 @@ void Model::Impl::disassociate(Element& target) {
   target.standing_.life = Element::Life::Alive;
 }
 
+namespace {
+
+/// A dying element, and the place of one that may refer to it.
+struct Link {
+  std::uint32_t place;
+  ModelElement::Impl* target;
+  auto operator<=>(const Link&) const = default;
+};
+
+}  // namespace
+
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
 void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Element* replacement) {
+  std::vector<Link> links;
   std::vector<std::uint32_t> places;
   const auto findAll = [&] {
-    places.clear();
-    for (const Element* target : targets) {
+    links.clear();
+    for (Element* target : targets) {
       if (target->isUntracked() && target->slotCount() > 0) return false;
+      places.clear();
       referrers_.find(*target, places);
+      for (const std::uint32_t place : places) links.push_back({place, target});
     }
     return true;
   };
-  if (findAll() || (referrers_.rebuild(), findAll()) || (referrers_.rebuildAll(), findAll())) {
-    std::sort(places.begin(), places.end());
-    places.erase(std::unique(places.begin(), places.end()), places.end());
-  } else {  // for lack of memory
-    places.resize(births());
-    std::iota(places.begin(), places.end(), 0U);
+  if (!findAll() && (referrers_.rebuild(), !findAll()) && (referrers_.rebuildAll(), !findAll())) {
+    links.clear();  // for lack of memory
+    Targets referred;
+    for (std::uint32_t place = 0; place < births(); ++place) {
+      if (!elements_[place]) continue;
+      referred.found.clear();
+      for (const meta::PropertyInfo* property : elements_[place]->getMetaClass().all)
+        if (!property->isOwning) property->services.targets(*elements_[place], referred);
+      for (Element* target : referred.found)
+        if (target->standing_.life == Element::Life::Dying) links.push_back({place, target});
+    }
   }
+  std::sort(links.begin(), links.end());
+  links.erase(std::unique(links.begin(), links.end()), links.end());
 
-  Targets referred;
-  for (const std::uint32_t place : places) {
+  for (const auto& [place, target] : links) {
     Element* const element = elements_[place];
     if (!element || !element->isAlive()) continue;  // the others keep theirs for a revival
     for (const meta::PropertyInfo* property : element->getMetaClass().all) {
       if (property->isOwning) continue;
-      referred.collect(*element, *property);
-      for (Element* target : referred.found) {
-        if (target->standing_.life != Element::Life::Dying) continue;
-        if (replacement && target == targets.front())
-          property->services.replace(*element, *target, *replacement);
-        else
-          property->services.release(*element, *target);
-      }
+      if (replacement && target == targets.front())
+        property->services.replace(*element, *target, *replacement);
+      else
+        property->services.release(*element, *target);
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <map>
 #include <utility>
+#include <vector>
 
 #include <orb/zero/Collection.h>
 #include <orb/zero/CollisionResolution.h>
@@ -98,6 +99,17 @@ class ElementMap : public Collection {
     if (place == content_.end()) return;
     Renaming renaming{*this, place->first, key, key};
     (isRecorded() ? log(std::move(renaming)) : renaming).exchange(true);
+  }
+
+  /// Raises what inserting the elements into an empty map would.
+  void checkAll(const std::vector<E>& elements) const {
+    Collection::checkAll(elements);
+    std::vector<const ModelElement::Impl*> byKey;
+    for (const E& element : elements) byKey.push_back(element.get());
+    std::sort(byKey.begin(), byKey.end(), [this](auto* a, auto* b) { return key_(*a) < key_(*b); });
+    const auto collide = [this](auto* a, auto* b) { return a != b && key_(*a) == key_(*b); };
+    if (std::adjacent_find(byKey.begin(), byKey.end(), collide) != byKey.end())
+      raise("UniquenessConstraint");
   }
 
   // What the owner's property does with it (see `meta::PropertyServices`).

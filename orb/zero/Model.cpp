@@ -50,16 +50,14 @@ std::size_t Model::redoSteps() const noexcept {
   return history ? history->undone.size() : 0;
 }
 
-void Model::Freezer::freeze(const Model& model) { model->transactions().setFrozen(true); }
+void Model::Freezer::freeze(const Model& model) { model->transactions().freeze(); }
 bool Model::Freezer::isFrozen(const Model& model) noexcept {
   return model->transactions().isFrozen();
 }
-Model::Freezer::Thaw::Thaw(const Model& model) : model_(model), wasFrozen_(isFrozen(model)) {
-  if (wasFrozen_) model->transactions().setFrozen(false);
+Model::Freezer::Thaw::Thaw(const Model& model) : model_(model) {
+  model_->transactions().beginThaw();
 }
-Model::Freezer::Thaw::~Thaw() {
-  if (wasFrozen_) freeze(model_);
-}
+Model::Freezer::Thaw::~Thaw() { model_->transactions().endThaw(); }
 
 Transaction Model::beginTransaction() const { return Transaction(*this); }
 

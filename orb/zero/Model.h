@@ -127,7 +127,8 @@ class ORB_ZERO_API Model::Freezer {
   static void freeze(const Model& model);
   static bool isFrozen(const Model& model) noexcept;
 
-  /// Lets a frozen model be changed as long as it lives.
+  /// Lets a frozen model be changed as long as one of these lives, and until the end of the
+  /// transaction that is open then.
   class ORB_ZERO_API Thaw {
    public:
     explicit Thaw(const Model& model);
@@ -137,7 +138,6 @@ class ORB_ZERO_API Model::Freezer {
 
    private:
     Model model_;
-    bool wasFrozen_;
   };
   [[nodiscard]] static Thaw thaw(const Model& model) { return Thaw(model); }
 };

@@ -46,7 +46,7 @@ void Model::Impl::dispose(Element& element) noexcept {
   pool_.deallocate(&element, size);
 }
 void ModelElement::Impl::Disposer::operator()(Impl* element) const noexcept {
-  element->model_->dispose(*element);
+  element->model_->retire(*element);
 }
 
 Model::Impl::Element* Model::Impl::find(const uuid& id) {
@@ -93,6 +93,10 @@ void Model::Impl::remove(Element& element) noexcept {
 
 void Model::Impl::end(Element& element) noexcept {
   remove(element);
+  retire(element);
+}
+
+void Model::Impl::retire(Element& element) noexcept {
   for (const meta::PropertyInfo* property : element.getMetaClass().all)
     property->services.clear(element);
   element.standing_.life = Element::Life::Ended;

@@ -88,8 +88,11 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   /// The last element of the creation order becomes a live one.
   ModelElement enroll(Element& element, const meta::ClassInfo& type) noexcept;
   void endYoungerThan(std::uint32_t births) noexcept;
-  /// Takes an element out of the model for good; its slots let go of what they name.
+  /// Takes an element out of the model for good.
   void end(Element& element) noexcept;
+  /// Has an element outside of the creation order let go of what it names, and frees its memory as
+  /// soon as nothing counts it.
+  void retire(Element& element) noexcept;
   /// Frees the memory of an ended element that nothing counts any more.
   void free(Element& element) noexcept;
   void compact() noexcept;

@@ -18,7 +18,7 @@ bool TransactionCoordinator::isOpen(std::uint64_t era) const noexcept {
 }
 
 std::uint64_t TransactionCoordinator::begin() {
-  if (isFrozen_) raise("CannotModifyFrozenModel");
+  if (isFrozen()) raise("CannotModifyFrozenModel");
   savepoints_.push_back({eras_ + 1, model_.births(), log_.size()});
   ++eras_;
   update();
@@ -34,7 +34,7 @@ void TransactionCoordinator::pop() noexcept {
 void TransactionCoordinator::update() noexcept {
   era_ = isOpen() ? savepoints_.back().era : 0;
   recordedBelow_ = !isOpen() ? 0 : history_ ? all : savepoints_.back().births;
-  needsUnit_ = !isOpen() && (isFrozen_ || listeners_ || history_);
+  needsUnit_ = !isOpen() && (isFrozen() || listeners_ || history_);
 }
 
 /// A committed savepoint leaves its part of the log to the outer one; the outermost settles all.
@@ -139,9 +139,9 @@ void TransactionCoordinator::checkNoneOpen() const {
   if (isOpen()) raise("TransactionInProgress");
 }
 
-void TransactionCoordinator::setFrozen(bool frozen) {
+void TransactionCoordinator::freeze() {
   checkNoneOpen();
-  isFrozen_ = frozen;
+  isFrozen_ = true;
   update();
 }
 
@@ -189,7 +189,7 @@ bool TransactionCoordinator::redo() { return flip(false); }
 
 bool TransactionCoordinator::flip(bool isUndo) {
   checkNoneOpen();
-  if (isFrozen_) raise("CannotModifyFrozenModel");
+  if (isFrozen()) raise("CannotModifyFrozenModel");
   if (!history_) return false;
   auto& from = isUndo ? history_->done : history_->undone;
   auto& to = isUndo ? history_->undone : history_->done;

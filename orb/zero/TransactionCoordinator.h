@@ -55,9 +55,20 @@ class ORB_ZERO_API TransactionCoordinator {
   }
   void log(std::unique_ptr<UndoRecord> record) noexcept;
 
+  /// Whether changes are refused.
+  bool isFrozen() const noexcept { return isFrozen_ && thaws_ == 0 && !isOpen(); }
+  /// See `Model::Freezer::Thaw`.
+  void beginThaw() noexcept {
+    ++thaws_;
+    update();
+  }
+  void endThaw() noexcept {
+    --thaws_;
+    update();
+  }
+
   // See `Model`, and `Model::Freezer`. All raise "TransactionInProgress" in an open transaction.
-  void setFrozen(bool frozen);
-  bool isFrozen() const noexcept { return isFrozen_; }
+  void freeze();
   void addListener(std::shared_ptr<ModelListener> listener);
   void removeListener(const std::shared_ptr<ModelListener>& listener);
   void setHistoryLimit(std::size_t steps);
@@ -100,6 +111,7 @@ class ORB_ZERO_API TransactionCoordinator {
   std::uint32_t recordedBelow_ = 0;
   bool needsUnit_ = false;
   bool isFrozen_ = false;
+  std::size_t thaws_ = 0;
   std::vector<Savepoint> savepoints_;
   std::vector<std::unique_ptr<UndoRecord>> log_;
   std::unique_ptr<History> history_;

@@ -4,6 +4,8 @@
 namespace torvan::datamodel {
 namespace {
 
+using orb::zero::Value;
+
 class BuilderTest : public SessionTest {
  protected:
   static std::unique_ptr<ModelElement::Builder> fieldBuilder(const Model& owner,
@@ -100,14 +102,53 @@ TEST_F(BuilderTest, KeepsOnlyWhatIsItsOwnAfterAnUndo) {
   expectConsistent(model);
 }
 
+TEST_F(BuilderTest, RefusedByAFrozenModelMayBeAskedAgain) {
+  const Variable lost = variable("x");
+  const FieldElem part = field("a");
+  Join::Builder join(model);
+  join->getOperands().add(lost);
+  Struct::Builder record(model);
+  record->getValues().insert(part);
+  lost->destroy();
+  Model::Freezer::freeze(model);
+  EXPECT_RAISES(join.create(), "CannotModifyFrozenModel");
+  EXPECT_RAISES(record.create(), "CannotModifyFrozenModel");
+  const auto thaw = Model::Freezer::thaw(model);
+  EXPECT_FALSE(join.create()->hasOperands());
+  EXPECT_TRUE(record.create() == part->getContainer());
+}
+
+TEST_F(BuilderTest, RefusedSequenceChangesNothing) {
+  const Variable x = variable("x"), y = variable("y");
+  const Variable alien = Variable::Builder(Model::create()).create();
+  Join::Builder join(model);
+  join.setOrAdd(Join::operands(), Value(std::vector<ModelElement>{x, y, x}));
+  EXPECT_RAISES(join.setOrAdd(Join::operands(), Value(std::vector<ModelElement>{y, alien})),
+                "CannotCreateCrossModelAssociation");
+  EXPECT_EQ(join.create()->getOperands().size(), 3U);
+
+  const Struct owner = make<Struct>();
+  const FieldElem moved = field("a"), kept = field("c");
+  owner->getValues().insert(moved);
+  Struct::Builder record(model);
+  record.setOrAdd(Struct::values(), Value(std::vector<ModelElement>{kept, kept}));
+  const std::vector<ModelElement> colliding{moved, kept, field("b"), field("a")};
+  EXPECT_RAISES(record.setOrAdd(Struct::values(), Value(colliding)), "UniquenessConstraint");
+  EXPECT_TRUE(moved->getContainer() == owner && owner->getValues()["a"] == moved);
+  const Struct made = record.create();
+  EXPECT_TRUE(made->getValues().size() == 1 && made->getValues()["c"] == kept);
+}
+
 TEST_F(BuilderTest, DroppedBuilderLeavesNothing) {
   const FieldElem part = field("a");
   const LatticeType type = sets(2);
   const auto before = snapshot(model);
+  ModelElement staged;
   {
     Struct::Builder dropped(model), undone(model);
     dropped->setType(type);
     dropped->getValues().insert(part);
+    staged = part->getContainer();
     dropped.add(Struct::values(), fieldBuilder(model, "b"));
     const Transaction transaction(model);
     undone->getValues().insert(part);
@@ -115,6 +156,8 @@ TEST_F(BuilderTest, DroppedBuilderLeavesNothing) {
   }
   EXPECT_EQ(snapshot(model), before);
   EXPECT_FALSE(part->getContainer());
+  const Struct next = make<Struct>();
+  EXPECT_FALSE(staged || staged == next);
   expectConsistent(model);
 }
 

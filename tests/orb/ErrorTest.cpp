@@ -3,6 +3,7 @@
 #include <orb/zero/meta/MetaRegistry.h>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "tests/datamodel/SessionTest.h"
@@ -119,6 +120,19 @@ TEST_F(ErrorTest, ModelWideSwitchesWaitForTransactions) {
                                            [&] { equation->inverseRemove(x, Equation::rhs()); }};
   for (const auto& call : changes) EXPECT_EQ(failureOf(call), "CannotModifyFrozenModel");
   EXPECT_TRUE(model.size() == 2 && equation->getRhs() == x);
+
+  auto thaw = std::make_optional<Model::Freezer::Thaw>(model);
+  {
+    const auto longer = Model::Freezer::thaw(model);
+    thaw.reset();
+    x->setName("y");
+    thaw.emplace(model);
+  }
+  Transaction last(model);
+  thaw.reset();
+  x->destroy();
+  last.commit();
+  EXPECT_EQ(failureOf(changes[0]), "CannotModifyFrozenModel");
 }
 
 TEST_F(ErrorTest, TextHoldsTheArguments) {

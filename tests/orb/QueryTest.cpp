@@ -133,6 +133,23 @@ TEST_F(QueryTest, RefusesWhatItCannotAsk) {
                 "InvalidValue(torvan.datamodel.PowerSet.value)");
 }
 
+TEST_F(QueryTest, ConditionsMayBeOfAnyLength) {
+  const Variable x = variable("x"), y = variable("y");
+  variable("z");
+  Query<Variable> search(model);
+  const auto named = in<Variable>(search).name();
+  Constraint left = named == "y", right = left, both = left;
+  for (int i = 0; i < 50000; ++i) {
+    left = left || named == "x";
+    right = named == "x" || right;
+    both = (both && named != "x") || named == "x";
+  }
+  search.where(left);
+  search.where(right);
+  search.where(both);
+  EXPECT_EQ(search.execute(), (std::vector{x, y}));
+}
+
 /// The accessors of X name its own properties, each of the property's kind.
 template <class X, class Accessors>
 void expectAccessors(Accessors accessors) {

@@ -222,5 +222,37 @@ TEST_F(RegistryTest, FailedFirstUseIsTriedAgain) {
   EXPECT_TRUE(registry.findType("torvan.datamodel.Array"));
 }
 
+/// Needs another package, of which it fails to describe more.
+class HuePackage final : public meta::AbstractMetaPackage {
+ public:
+  explicit HuePackage(meta::AbstractMetaPackage& colours)
+      : AbstractMetaPackage(u"http://example.org/hue"), colours_(colours) {}
+
+ private:
+  void instantiate(MetaRegistry& registry) override {
+    colours_.ensureInitialized();
+    const meta::Type colour = registry.findType("Colour");
+    colours_.ensureInitialized();
+    EXPECT_TRUE(colour);
+  }
+  void weave(MetaRegistry& registry, meta::PropertySerializerRegistry&) override {
+    registry.requireType("Hue");
+  }
+
+  meta::AbstractMetaPackage& colours_;
+};
+
+TEST_F(RegistryTest, FailedInitialisationTakesBackWhatItNeeded) {
+  ColourPackage colours;
+  HuePackage hues(colours);
+  EXPECT_RAISES(hues.ensureInitialized(), "NoSuchType(Hue)");
+  EXPECT_FALSE(registry.findType("Colour"));
+  colours.ensureInitialized();
+  EXPECT_TRUE(registry.findType("Colour"));
+  EXPECT_RAISES(hues.ensureInitialized(), "NoSuchType(Hue)");
+  EXPECT_TRUE(registry.findType("Colour"));
+  registry.unregisterRootPackage(u"http://example.org/colour");
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

@@ -35,11 +35,11 @@ void AbstractMetaPackage::ensureInitialized() {
   if (isInitialized_.load(std::memory_order_acquire)) return;
   MetaRegistry& registry = MetaRegistry::getInstance();
   const std::lock_guard lock(registry.getMutex());
-  if (!isInitialized_) registerIn(registry);
+  if (!isInitialized_ && !registry.isMaking(*this)) registerIn(registry);
 }
 
 void AbstractMetaPackage::registerIn(MetaRegistry& registry) {
-  MetaRegistry::Update update(registry);
+  MetaRegistry::Update update(registry, *this);
   registry_ = &registry;
   types_.clear();
   registry.unregisterRootPackage(uri_);
@@ -48,7 +48,6 @@ void AbstractMetaPackage::registerIn(MetaRegistry& registry) {
   instantiate(registry);
   weave(registry, registry.getSerializers());
   update.commit();
-  isInitialized_.store(true, std::memory_order_release);
 }
 
 template <class X>

@@ -104,6 +104,7 @@ struct CollectionKind {
   static void assign(Collection& collection, const Value& value) {
     using Elements = std::vector<typename Collection::Entry>;
     const Elements elements = value.isEmpty() ? Elements() : value.getValue<Elements>();
+    collection.checkAll(elements);  // what is staged cannot be taken back
     collection.clear();
     for (const ModelElement& element : elements) collection.add(element);
   }

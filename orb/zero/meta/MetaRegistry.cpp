@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <orb/zero/Exception.h>
+#include <orb/zero/meta/AbstractMetaPackage.h>
 #include <orb/zero/meta/impl/StandardPackage.h>
 
 namespace orb::zero::meta {
@@ -150,15 +151,28 @@ void MetaRegistry::registerTypeNames(const Type& type, std::string_view qualifie
     tables_.types.insert_or_assign(std::string(name), type);
 }
 
-MetaRegistry::Update::Update(MetaRegistry& registry)
+bool MetaRegistry::isMaking(const AbstractMetaPackage& package) const {
+  const Lock lock(mutex_);
+  for (const Update* update = update_; update; update = update->outer_)
+    if (std::find(update->made_.begin(), update->made_.end(), &package) != update->made_.end())
+      return true;
+  return false;
+}
+
+MetaRegistry::Update::Update(MetaRegistry& registry, AbstractMetaPackage& package)
     : lock_(registry.mutex_),
       registry_(registry),
       thaw_(registry.model_),
       transaction_(registry.model_),
       before_(registry.tables_),
-      serializersBefore_(registry.serializers_.types_) {}
+      serializersBefore_(registry.serializers_.types_),
+      outer_(registry.update_),
+      made_{&package} {
+  registry.update_ = this;
+}
 
 MetaRegistry::Update::~Update() {
+  registry_.update_ = outer_;
   if (isCommitted_) return;
   std::swap(registry_.tables_, before_);
   std::swap(registry_.serializers_.types_, serializersBefore_);
@@ -167,6 +181,9 @@ MetaRegistry::Update::~Update() {
 void MetaRegistry::Update::commit() {
   transaction_.commit();
   isCommitted_ = true;
+  if (outer_) return outer_->made_.splice(outer_->made_.end(), made_);
+  for (AbstractMetaPackage* package : made_)
+    package->isInitialized_.store(true, std::memory_order_release);
 }
 
 }  // namespace orb::zero::meta

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,6 +17,8 @@
 
 namespace orb::zero::meta {
 
+class AbstractMetaPackage;
+
 /// Describes all models of the process by elements of a model of its own: packages, and in them
 /// classes with their properties and operations, enumerations and primitive types. Made on first
 /// use, with the package of the framework itself, and never destroyed.
@@ -26,7 +29,8 @@ namespace orb::zero::meta {
 class ORB_ZERO_API MetaRegistry {
  public:
   /// One change of the registry, by a package. Until it is left, the mutex is locked and the model
-  /// may be written; if it is left without `commit`, the registry is as it was before.
+  /// may be written; if it is left without `commit`, the registry is as it was before. Inside
+  /// another one it is part of that one.
   class Update;
 
   static MetaRegistry& getInstance();
@@ -76,6 +80,8 @@ class ORB_ZERO_API MetaRegistry {
   void registerType(const Type& type, CollectionAccessor collectionAccessor,
                     BuilderFactory builderFactory);
   void registerTypeNames(const Type& type, std::string_view qualified, std::string_view native);
+  /// Whether the package is made by an open update.
+  bool isMaking(const AbstractMetaPackage& package) const;
 
  private:
   struct Tables {
@@ -91,24 +97,30 @@ class ORB_ZERO_API MetaRegistry {
   Model model_ = Model::create();
   Tables tables_;
   PropertySerializerRegistry serializers_{mutex_};
+  Update* update_ = nullptr;  // the innermost open one
 };
 
 class ORB_ZERO_API MetaRegistry::Update {
  public:
-  explicit Update(MetaRegistry& registry);
+  Update(MetaRegistry& registry, AbstractMetaPackage& package);
   Update(const Update&) = delete;
   Update& operator=(const Update&) = delete;
   ~Update();
 
+  /// The outermost one makes its packages, and those of inner ones, count as initialised.
   void commit();
 
  private:
+  friend class MetaRegistry;
+
   Lock lock_;
   MetaRegistry& registry_;
   Model::Freezer::Thaw thaw_;
   Transaction transaction_;
   Tables before_;
   PropertySerializerRegistry::Types serializersBefore_;
+  Update* outer_;
+  std::list<AbstractMetaPackage*> made_;
   bool isCommitted_ = false;
 };
 
