@@ -74,6 +74,9 @@ class ElementMap : public Collection {
     unit.commit();
   }
   void add(const ModelElement& element) { insert(element); }
+  /// Stores a new element of the owner's model, which has no owner yet and a key behind all others.
+  /// For units of many: nothing is checked, and the change is no unit of its own.
+  void append(ModelElement::Impl& child) { put(content_.end(), key_(child), child); }
 
   /// Takes out what is stored under the key, if anything is; it becomes a top-level element.
   void erase(const K& key) {

@@ -13,6 +13,13 @@
 namespace torvan::datamodel {
 namespace {
 
+ArrayElem makeElem(orb::zero::Model::Impl& model, std::uint16_t index, const LatticeValue& value) {
+  return ArrayElem::Impl::make(model, [&](ArrayElem::Impl& made) {
+    made.basicSetIndex(index);
+    made.basicSetValue(value);
+  });
+}
+
 /// The value at an index that is not stored, to be computed with: the bottom of the array's type.
 /// One that lacks the index itself would be read for ever.
 const LatticeValue& missing(const Array::Impl& array, std::uint16_t index) {
@@ -62,7 +69,7 @@ Array combine(const Array::Impl& array, const LatticeValue& other, Operation ope
   Array result = Array::Impl::make(array.model(),
                                    [&](Array::Impl& made) { made.basicSetType(array.getType()); });
   forIndices(array, other, [&](std::uint16_t index, const auto& left, const auto& right) {
-    result->add(index, operation(left, right));
+    result->append(index, operation(left, right));
     return true;
   });
   unit.commit();
@@ -156,14 +163,11 @@ void Array::Impl::store(std::uint16_t index, const LatticeValue& value) {
   checkCompatibleModel(value ? value.get() : nullptr);
   if (values_.contains(index)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
-  add(index, value);
+  values_.insert(makeElem(model(), index, value ? value : LatticeValue()));
 }
 
-void Array::Impl::add(std::uint16_t index, const LatticeValue& value) {
-  values_.insert(ArrayElem::Impl::make(model(), [&](ArrayElem::Impl& made) {
-    made.basicSetIndex(index);
-    made.setValue(value);
-  }));
+void Array::Impl::append(std::uint16_t index, const LatticeValue& value) {
+  values_.append(*makeElem(model(), index, value).get());
 }
 
 }  // namespace torvan::datamodel

@@ -11,6 +11,14 @@
 namespace torvan::datamodel {
 namespace {
 
+FieldElem makeElem(orb::zero::Model::Impl& model, const std::string& name,
+                   const LatticeValue& value) {
+  return FieldElem::Impl::make(model, [&](FieldElem::Impl& made) {
+    made.basicSetName(name);
+    made.basicSetValue(value);
+  });
+}
+
 Struct makeLike(const Struct::Impl& value) {
   return Struct::Impl::make(value.model(),
                             [&](Struct::Impl& made) { made.basicSetType(value.getType()); });
@@ -67,7 +75,7 @@ Struct combine(const Struct::Impl& record, const LatticeValue& other, Operation 
   orb::zero::Transaction unit(record.getModel());
   Struct result = makeLike(record);
   forFields(record, other, [&](const auto& name, const auto& left, const auto& right) {
-    result->add(name, operation(left, right));
+    result->append(name, operation(left, right));
     return true;
   });
   unit.commit();
@@ -139,14 +147,11 @@ void Struct::Impl::store(const std::string& name, const LatticeValue& value) {
   checkCompatibleModel(value ? value.get() : nullptr);
   if (values_.contains(name)) orb::zero::raise("UniquenessConstraint");
   const orb::zero::Batch batch(*this);
-  add(name, value);
+  values_.insert(makeElem(model(), name, value ? value : LatticeValue()));
 }
 
-void Struct::Impl::add(const std::string& name, const LatticeValue& value) {
-  values_.insert(FieldElem::Impl::make(model(), [&](FieldElem::Impl& made) {
-    made.basicSetName(name);
-    made.setValue(value);
-  }));
+void Struct::Impl::append(const std::string& name, const LatticeValue& value) {
+  values_.append(*makeElem(model(), name, value).get());
 }
 
 }  // namespace torvan::datamodel

@@ -37,8 +37,8 @@ class TORVAN_DATAMODEL_API Array::Impl : public orb::zero::ImplOf<Array> {
 
   /// Stores a new element; raises "UniquenessConstraint" when there is one at that index.
   void store(std::uint16_t index, const LatticeValue& value);
-  /// The same in a unit of the caller, where there is none at that index.
-  void add(std::uint16_t index, const LatticeValue& value);
+  /// The same with a live value of this model, behind all that are stored, in a unit of the caller.
+  void append(std::uint16_t index, const LatticeValue& value);
 
  private:
   /// The value at the index, or the bottom of the array's type.

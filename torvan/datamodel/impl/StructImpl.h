@@ -43,8 +43,8 @@ class TORVAN_DATAMODEL_API Struct::Impl : public orb::zero::ImplOf<Struct> {
 
   /// Stores a new field; raises "UniquenessConstraint" when there is one of that name.
   void store(const std::string& name, const LatticeValue& value);
-  /// The same in a unit of the caller, where there is none under that name.
-  void add(const std::string& name, const LatticeValue& value);
+  /// The same with a live value of this model, behind all that are stored, in a unit of the caller.
+  void append(const std::string& name, const LatticeValue& value);
 };
 
 }  // namespace torvan::datamodel
