@@ -1,6 +1,7 @@
 #include <algorithm>
-#include <compare>
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 #include <orb/zero/Existence.h>
 #include <orb/zero/Targets.h>
@@ -53,20 +54,9 @@ void Model::Impl::disassociate(Element& target) {
   target.standing_.life = Element::Life::Alive;
 }
 
-namespace {
-
-/// A dying element, and the place of one that may refer to it.
-struct Link {
-  std::uint32_t place;
-  ModelElement::Impl* target;
-  auto operator<=>(const Link&) const = default;
-};
-
-}  // namespace
-
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
 void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Element* replacement) {
-  std::vector<Link> links;
+  std::vector<std::pair<std::uint32_t, Element*>> links;  // from the place of one that may refer
   std::vector<std::uint32_t> places;
   const auto findAll = [&] {
     links.clear();
@@ -74,7 +64,7 @@ void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Ele
       if (target->isUntracked() && target->slotCount() > 0) return false;
       places.clear();
       referrers_.find(*target, places);
-      for (const std::uint32_t place : places) links.push_back({place, target});
+      for (const std::uint32_t place : places) links.emplace_back(place, target);
     }
     return true;
   };
@@ -87,7 +77,7 @@ void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Ele
       for (const meta::PropertyInfo* property : elements_[place]->getMetaClass().all)
         if (!property->isOwning) property->services.targets(*elements_[place], referred);
       for (Element* target : referred.found)
-        if (target->standing_.life == Element::Life::Dying) links.push_back({place, target});
+        if (target->standing_.life == Element::Life::Dying) links.emplace_back(place, target);
     }
   }
   std::sort(links.begin(), links.end());
