@@ -16,7 +16,6 @@ FixpointSolver::FixpointSolver(System system) : model_(system->getModel()) {
   const auto& equations = system->getEquations();
   program_.reserve(equations.size());
   for (const Equation& equation : equations) program_.add(equation);
-  program_.shrink();
   statistics_.equations = program_.equations();
   statistics_.variables = program_.variables();
 

@@ -91,11 +91,6 @@ void Program::reserve(std::size_t equations) {
   values_.reserve(equations);
 }
 
-void Program::shrink() {
-  const auto shrinkAll = [](auto&... lists) { (lists.shrink_to_fit(), ...); };
-  shrinkAll(values_, kinds_, rules_, operations_, operands_, summands_, constants_);
-}
-
 void Program::add(const Equation& equation) {
   Element* const variable = addPlaces(equation->getLhs());
   if (!variable) return;

@@ -30,8 +30,6 @@ class Program {
   /// An equation that writes no variable is left out. What its terms become later is not seen.
   void add(const datamodel::Equation& equation);
   void reserve(std::size_t equations);
-  /// Gives back the room for more equations.
-  void shrink();
   std::size_t equations() const { return rules_.size() - 1; }
   std::size_t variables() const { return numbering_.elements(); }
   /// All numbers are smaller.
