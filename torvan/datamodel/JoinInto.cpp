@@ -49,7 +49,10 @@ bool joinInto(LatticeValue& value, const LatticeValue& more, Sharing sharing) {
   }
   LatticeValue joined = value.join(more);
   if (joined.eq(value)) return false;
-  value = mayShare && joined.eq(more) ? more : std::move(joined);
+  if (mayShare && joined.eq(more))
+    value = more;
+  else
+    value = std::move(joined);
   return true;
 }
 
