@@ -10,23 +10,18 @@ constexpr std::size_t largestChunk = 1 << 18;
 
 }  // namespace
 
-/// Chunks end with a line.
 void* ElementPool::carve(std::size_t size) {
-  const std::size_t gap = size > fine ? left_ % sizeof(Line) : 0;
-  if (left_ >= size + gap) {
-    next_ += gap;
-    left_ -= gap;
-  } else {
+  Rest& rest = size % sizeof(Line) == 0 ? lines_ : odd_;
+  if (rest.size < size) {
     const std::size_t doubled = firstChunk << std::min<std::size_t>(chunks_.size(), 6);
     const std::size_t bytes = std::max(size, std::min(doubled, largestChunk));
     const std::size_t lines = (bytes + sizeof(Line) - 1) / sizeof(Line);
     chunks_.push_back(std::make_unique_for_overwrite<Line[]>(lines));
-    next_ = chunks_.back()[0].bytes;
-    left_ = lines * sizeof(Line);
+    rest = {chunks_.back()[0].bytes, lines * sizeof(Line)};
   }
-  void* const block = next_;
-  next_ += size;
-  left_ -= size;
+  void* const block = rest.next;
+  rest.next += size;
+  rest.size -= size;
   return block;
 }
 

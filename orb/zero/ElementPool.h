@@ -12,8 +12,8 @@
 namespace orb::zero {
 
 /// The memory of the elements of one model. Blocks are kept by size: one that is given back serves
-/// the next element of about that size. Those above 512 bytes begin with a line of the processor's
-/// caches. All memory goes with the pool.
+/// the next element of about that size. Those that fill whole lines of the processor's caches begin
+/// with one. All memory goes with the pool.
 class ORB_ZERO_API ElementPool {
  public:
   void* allocate(std::size_t size) {
@@ -56,12 +56,16 @@ class ORB_ZERO_API ElementPool {
   struct alignas(64) Line {
     std::byte bytes[64];
   };
+  /// What is left of a chunk.
+  struct Rest {
+    std::byte* next = nullptr;
+    std::size_t size = 0;
+  };
   void* carve(std::size_t size);
 
   std::array<Free*, fine / step + std::size_t{8} * 5 + 1> free_{};
   std::vector<std::unique_ptr<Line[]>> chunks_;
-  std::byte* next_ = nullptr;
-  std::size_t left_ = 0;
+  Rest lines_, odd_;  // for blocks of whole lines, and for others
 };
 
 }  // namespace orb::zero
