@@ -44,42 +44,40 @@ void FixpointSolver::solve(const Progress& progress) {
   std::vector<Number> ring(size);  // at most all of them wait
   std::iota(ring.begin(), ring.end(), Number{0});
   std::vector<bool> isPending(size, true);
-  std::size_t first = 0, end = 0;
-  const auto next = [=](std::size_t place) { return place + 1 == size ? 0 : place + 1; };
-  for (std::size_t pending = size; pending > 0; --pending) {
+  std::size_t first = 0, waiting = size;
+  const auto at = [&](std::size_t place) -> Number& {
+    place += first;
+    return ring[place < size ? place : place - size];
+  };
+  while (waiting > 0) {
     const Number equation = ring[first];
-    first = next(first);
+    if (++first == size) first = 0;
+    --waiting;
     isPending[equation] = false;
-    if (pending > 4 * stride) {
-      const auto ahead = [&](std::size_t strides) {
-        const std::size_t place = first + strides * stride - 1;
-        return ring[place < size ? place : place - size];
-      };
-      const auto prefetch = [&](Number later, Program::Prefetch what) {
-        program_.prefetch(later, later >= settled_, what);
-      };
-      prefetch(ahead(4), Program::Prefetch::Rule);
-      prefetch(ahead(3), Program::Prefetch::Summands);
-      prefetch(ahead(2), Program::Prefetch::Handles);
-      prefetch(ahead(1), Program::Prefetch::Values);
-      __builtin_prefetch(&firstReaders_[program_.target(ahead(2))]);
-      __builtin_prefetch(readers_.data() + firstReaders_[program_.target(ahead(1))]);
+    if (waiting >= 4 * stride) {
+      using enum Program::Prefetch;
+      const auto ahead = [&](std::size_t strides) { return at(strides * stride - 1); };
+      const Number later = ahead(2), next = ahead(1);
+      program_.prefetch<Rule>(ahead(4));
+      program_.prefetch<Summands>(ahead(3));
+      program_.prefetch<Handles>(later, later >= settled_);
+      program_.prefetch<Values>(next, next >= settled_);
+      __builtin_prefetch(&firstReaders_[program_.target(later)]);
+      __builtin_prefetch(readers_.data() + firstReaders_[program_.target(next)]);
     }
     const bool isNew = equation == settled_;
     const bool hasGrown = program_.evaluate(equation, isNew);
     if (isNew) ++settled_;
     if (hasGrown) {
       const Number target = program_.target(equation);
-      for (std::size_t at = firstReaders_[target]; at < firstReaders_[target + 1]; ++at) {
-        if (isPending[readers_[at]]) continue;
-        isPending[readers_[at]] = true;
-        ring[end] = readers_[at];
-        end = next(end);
-        ++pending;
+      for (std::size_t i = firstReaders_[target]; i < firstReaders_[target + 1]; ++i) {
+        if (isPending[readers_[i]]) continue;
+        isPending[readers_[i]] = true;
+        at(waiting++) = readers_[i];
       }
     }
     if (++statistics_.evaluations % 64 == 0) reclaim();
-    if (statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, pending - 1);
+    if (statistics_.evaluations % 1024 == 0 && progress) progress(statistics_, waiting);
   }
 }
 

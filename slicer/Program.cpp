@@ -22,16 +22,6 @@ auto& as(ModelElement::Impl& term) {
 
 const LatticeType& typeOf(ModelElement::Impl& term) { return as<Term>(term).getType(); }
 
-/// Has the handle brought, or the value. Always inside of its callers, as the compiler leaves out
-/// calls of what has no effect.
-[[gnu::always_inline]] inline void bring(const LatticeValue& value, bool isValue) {
-  if (!isValue) return __builtin_prefetch(&value);
-  const auto* const element = reinterpret_cast<const std::byte*>(value.get());
-  __builtin_prefetch(element);
-  __builtin_prefetch(element + 64);
-  __builtin_prefetch(element + sizeof(PowerSet::Impl) - 1);
-}
-
 }  // namespace
 
 Program::Code Program::codeOf(const Element& term) {
@@ -85,10 +75,14 @@ bool Program::hasOneType(Element& term, Code code) {
 }
 
 // ---------------------------------------------------------------- compilation
+/// Room that is not needed costs no memory, while lists that grow leave their former places behind.
 void Program::reserve(std::size_t equations) {
   rules_.reserve(equations + 1);
   numbering_.reserve(equations);
   values_.reserve(equations);
+  kinds_.reserve(equations);
+  summands_.reserve(2 * equations);
+  constants_.reserve(equations);
 }
 
 void Program::add(const Equation& equation) {
@@ -102,6 +96,8 @@ void Program::add(const Equation& equation) {
   }
   compile(equation->getRhs(), Stage::Summand);
   summands_.insert(summands_.end(), stack_.begin(), stack_.end());
+  const std::size_t summands = summands_.size() - rule.summands;
+  room_.resize(std::max(room_.size(), summands + constants_.size() - rule.constants));
   rules_.push_back({0, static_cast<std::uint32_t>(operations_.size()),
                     static_cast<std::uint32_t>(summands_.size()),
                     static_cast<std::uint32_t>(constants_.size())});
@@ -189,39 +185,23 @@ Program::Number Program::newTemporary() {
 // ---------------------------------------------------------------- evaluation
 bool Program::evaluate(Number equation, bool withConstants) {
   const Rule &rule = rules_[equation], &next = rules_[equation + 1];
-  const auto joinAll = [&](auto joinOne) {
-    bool hasGrown = false;
-    for (const Number summand : summandsOf(rule, next))
-      hasGrown |= joinOne(values_[summand], kinds_[summand]);
-    if (withConstants)
-      for (const LatticeValue& constant : constantsOf(rule, next))
-        hasGrown |= joinOne(constant, Kind::Constant);
-    return hasGrown;
-  };
   const auto operations = operationsOf(rule, next);
   for (const Operation& operation : operations) compute(operation);
-  bool hasGrown;
-  if (operations.empty() || operations.front().code != Code::Place) {
-    hasGrown = joinAll(
-        [&](const LatticeValue& more, const Kind& kind) { return join(rule.target, more, kind); });
-  } else {
-    datamodel::Ref place = placeOf(rule.target, operations);
-    hasGrown = joinAll([&](const LatticeValue& more, Kind) { return joinPart(place, more); });
-  }
+  const bool isWhole = operations.empty() || operations.front().code != Code::Place;
+  const LatticeValue& value = values_[rule.target];
+  const LatticeValue** sumEnd = room_.data();
+  const auto add = [&](const LatticeValue& more) {
+    if (more && !(isWhole && more == value)) *sumEnd++ = &more;
+  };
+  for (const Number summand : summandsOf(rule, next)) add(values_[summand]);
+  if (withConstants)
+    for (const LatticeValue& constant : constantsOf(rule, next)) add(constant);
+  const Sum sum{room_.data(), sumEnd};
+  const bool hasGrown = isWhole ? !sum.empty() && join(rule.target, sum, !operations.empty())
+                                : joinParts(rule.target, sum, operations);
   for (const Operation& operation : operations)
     if (operation.code != Code::Place) values_[operation.result] = {};
   return hasGrown;
-}
-
-void Program::prefetch(Number equation, bool withConstants, Prefetch what) const {
-  const Rule &rule = rules_[equation], &next = rules_[equation + 1];
-  if (what == Prefetch::Rule) return __builtin_prefetch(&rule), __builtin_prefetch(&next);
-  if (what == Prefetch::Summands) return __builtin_prefetch(summands_.data() + rule.summands);
-  const bool isValue = what == Prefetch::Values;
-  bring(values_[rule.target], isValue);
-  for (const Number summand : summandsOf(rule, next)) bring(values_[summand], isValue);
-  if (withConstants)
-    for (const LatticeValue& constant : constantsOf(rule, next)) bring(constant, isValue);
 }
 
 LatticeValue Program::evaluate(const Term& term) const {
@@ -256,18 +236,15 @@ void Program::compute(const Operation& operation) {
   values_[operation.result] = std::move(result);
 }
 
-/// A value that others have as well is left to them; where the other one is all that the target
-/// becomes, they share it. A temporary may be part of a variable of parts. The kind is by reference
-/// as it is not in the cache and mostly not needed.
-bool Program::join(Number target, const LatticeValue& more, const Kind& kind) {
+/// A value that others have as well is left to them; where one summand is all that the target
+/// becomes, they share it. A temporary may be part of a variable of parts.
+bool Program::join(Number target, Sum sum, bool hasTemporaries) {
   LatticeValue& value = values_[target];
-  if (more == value || !more) return false;
-  if (isHeldAlone(value)) return joinInto(value, more);
-  const bool mayShare =
-      kinds_[target] == Kind::Variable && (kind == Kind::Variable || kind == Kind::Constant);
-  if (value) return joinInto(value, more, mayShare ? Sharing::Allowed : Sharing::None);
-  value = mayShare ? more : more.clone();
-  return true;
+  if (isHeldAlone(value)) return joinAllInto(value, sum);
+  const bool mayShare = kinds_[target] == Kind::Variable && !hasTemporaries;
+  const bool isFirst = !value;
+  if (isFirst) value = mayShare ? *sum.front() : sum.front()->clone();
+  return joinAllInto(value, sum, mayShare ? Sharing::Allowed : Sharing::None) || isFirst;
 }
 
 /// The place that the left side names. Empty places on the way become bottom.
@@ -288,13 +265,17 @@ Ref Program::placeOf(Number variable, std::span<const Operation> operations) {
   return place;
 }
 
-bool Program::joinPart(Ref& place, const LatticeValue& value) {
-  return value && place.update(value, [](Ref& part, const LatticeValue& more) {
-    const LatticeValue before = part.deref();
-    if (before && more.le(before) == boolean3::T) return false;
-    part.assign(before ? before.join(more) : more.clone());
-    return true;
-  });
+bool Program::joinParts(Number variable, Sum sum, std::span<const Operation> operations) {
+  Ref place = placeOf(variable, operations);
+  bool hasGrown = false;
+  for (const LatticeValue* const more : sum)
+    hasGrown |= place.update(*more, [](Ref& part, const LatticeValue& given) {
+      const LatticeValue before = part.deref();
+      if (before && given.le(before) == boolean3::T) return false;
+      part.assign(before ? before.join(given) : given.clone());
+      return true;
+    });
+  return hasGrown;
 }
 
 }  // namespace torvan::slicer

@@ -53,7 +53,21 @@ class Program {
   /// Has memory brought that an evaluation will look at, each kind some time after the one before,
   /// which leads there.
   enum class Prefetch : std::uint8_t { Rule, Summands, Handles, Values };
-  void prefetch(Number equation, bool withConstants, Prefetch what) const;
+  template <Prefetch what>
+  void prefetch(Number equation, bool withConstants = false) const {
+    const Rule &rule = rules_[equation], &next = rules_[equation + 1];
+    if constexpr (what == Prefetch::Rule) {
+      __builtin_prefetch(&rule);
+      __builtin_prefetch(&next);
+    } else if constexpr (what == Prefetch::Summands) {
+      __builtin_prefetch(summands_.data() + rule.summands);
+    } else {
+      bring<what>(values_[rule.target]);
+      for (const Number summand : summandsOf(rule, next)) bring<what>(values_[summand]);
+      if (withConstants)
+        for (const auto& constant : constantsOf(rule, next)) bring<what>(constant);
+    }
+  }
   /// The value of a term under the present values of the variables.
   datamodel::LatticeValue evaluate(const datamodel::Term& term) const;
 
@@ -85,6 +99,8 @@ class Program {
     Number target;
     std::uint32_t operations, summands, constants;
   };
+  /// What an evaluation joins into the target, empty values left out.
+  using Sum = std::span<const datamodel::LatticeValue* const>;
   enum class Stage : std::uint8_t { Summand, Operand, Complete };
   /// A term in the making; when it is complete, its operands are on the stack from `base` on.
   struct Step {
@@ -128,9 +144,16 @@ class Program {
   std::span<const datamodel::LatticeValue> constantsOf(const Rule& rule, const Rule& next) const {
     return slice(constants_, rule.constants, next.constants);
   }
+  template <Prefetch what>
+  static void bring(const datamodel::LatticeValue& value) {
+    if constexpr (what == Prefetch::Handles)
+      __builtin_prefetch(&value);
+    else if (value.get())
+      value.get()->prefetch();
+  }
   void compute(const Operation& operation);
-  bool join(Number target, const datamodel::LatticeValue& more, const Kind& kind);
-  static bool joinPart(datamodel::Ref& place, const datamodel::LatticeValue& value);
+  bool join(Number target, Sum sum, bool hasTemporaries);
+  bool joinParts(Number variable, Sum sum, std::span<const Operation> operations);
   datamodel::Ref placeOf(Number variable, std::span<const Operation> operations);
 
   const Program* outer_ = nullptr;
@@ -144,7 +167,8 @@ class Program {
 
   std::vector<Step> pending_;  // the next one last
   std::vector<Number> stack_;
-  std::vector<Number> temporaries_;  // equations use the same ones
+  std::vector<const datamodel::LatticeValue*> room_;  // for the sum of any equation
+  std::vector<Number> temporaries_;                   // equations use the same ones
   std::size_t usedTemporaries_ = 0;
 };
 

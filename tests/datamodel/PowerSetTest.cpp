@@ -199,6 +199,34 @@ TEST_F(PowerSetTest, JoinIntoSharesAllThatResultsWhereAllowed) {
   EXPECT_EQ(valueOf(other), bitsOf(4, {1, 2}));
 }
 
+TEST_F(PowerSetTest, JoinAllIntoDoesWhatJoiningOneByOneDoes) {
+  for (const std::uint16_t size : std::initializer_list<std::uint16_t>{60, 200, 300}) {
+    const PowerSetType type = sets(size);
+    const LatticeValue one = set(type, {1}), two = set(type, {2}), both = set(type, {1, 2}),
+                       none = set(type, {}), longer = set(sets(400), {3, 400});
+    const LatticeValue* const all[] = {&one, &two, &longer};
+    const std::span<const LatticeValue* const> others(all, 2);
+    LatticeValue value = none;
+    EXPECT_TRUE(joinAllInto(value, others, Sharing::Allowed));
+    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2}));
+    EXPECT_EQ(valueOf(none), bitsOf(size, {}));
+    EXPECT_FALSE(joinAllInto(value, others));
+    const auto* const element = value.get();
+    EXPECT_TRUE(joinAllInto(value, all));
+    EXPECT_EQ(value.get(), element) << "held alone";
+    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2, 3}));
+
+    const LatticeValue* const largest[] = {&one, &both, &two};
+    LatticeValue shared = none, own = none;
+    EXPECT_TRUE(joinAllInto(shared, largest, Sharing::Allowed));
+    EXPECT_EQ(shared, both);
+    EXPECT_TRUE(joinAllInto(own, largest));
+    EXPECT_NE(own, both);
+    EXPECT_TRUE(own.eq(both));
+    EXPECT_FALSE(joinAllInto(own, {}));
+  }
+}
+
 TEST_F(PowerSetTest, JoinIntoRaisesWhatJoinDoes) {
   const LatticeValue set = sets(1)->getTop(),
                      record = types.createStructType("S", {}, {})->getTop();
@@ -207,6 +235,10 @@ TEST_F(PowerSetTest, JoinIntoRaisesWhatJoinDoes) {
   EXPECT_RAISES(joinInto(value, set), castFailure<Struct>());
   value = set;
   EXPECT_RAISES(joinInto(value, record), castFailure<PowerSet>());
+  LatticeValue bottom = sets(1)->getBottom().clone();
+  const LatticeValue* const others[] = {&set, &record};
+  EXPECT_RAISES(joinAllInto(bottom, others), castFailure<PowerSet>());
+  EXPECT_TRUE(bottom.eq(set)) << "what came before has been joined";
 }
 
 }  // namespace

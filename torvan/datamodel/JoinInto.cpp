@@ -1,5 +1,6 @@
 #include <torvan/datamodel/JoinInto.h>
 
+#include <optional>
 #include <utility>
 
 #include <torvan/datamodel/PowerSet.h>
@@ -16,14 +17,19 @@ bool isMore(const Bits& more, const Bits& before, orb::zero::ElementPool& pool) 
   return !(joined == before);
 }
 
+template <class Fill>
+void changeInPlace(PowerSet::Impl& set, Fill fill) {
+  orb::zero::Unit unit(set);
+  set.notifyModifying(PowerSet::value().position);
+  set.fill(fill);
+  unit.commit();
+}
+
 bool joinInPlace(PowerSet::Impl& set, const Bits& more) {
   set.checkNoProxy();
   orb::zero::ElementPool& pool = set.model().pool();
   if (!isMore(more, set.bits(), pool)) return false;
-  orb::zero::Unit unit(set);
-  set.notifyModifying(PowerSet::value().position);
-  set.fill([&](Bits& bits) { bits.add(more, pool); });
-  unit.commit();
+  changeInPlace(set, [&](Bits& bits) { bits.add(more, pool); });
   return true;
 }
 
@@ -32,28 +38,64 @@ bool areSetsOfOneLength(const LatticeValue& a, const LatticeValue& b) {
   return set && other && set->bits().size() == other->bits().size();
 }
 
-}  // namespace
-
-bool joinInto(LatticeValue& value, const LatticeValue& more, Sharing sharing) {
-  auto* const element = value.operator->();
-  if (isHeldAlone(value) && element->classNumber() == PowerSet::classNumber) [[likely]]
-    return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(more).bits());
-  const bool isAlike = more && more.get()->classNumber() == element->classNumber();
-  const boolean3 order = isAlike ? more.le(value) : boolean3::NA;  // or else `join` refuses it
-  if (order == boolean3::T) return false;
-  const bool mayShare =
-      order == boolean3::F && sharing == Sharing::Allowed && element->getType() == more->getType();
-  if (mayShare && areSetsOfOneLength(value, more)) {
-    value = more;
+/// Joins sets that are short and of one length in one step, if that is what there is.
+std::optional<bool> joinShort(LatticeValue& value, std::span<const LatticeValue* const> others,
+                              Sharing sharing) {
+  auto* const set = PowerSet::exactImplOf(value);
+  if (!set || !set->bits().isShort()) return std::nullopt;
+  const std::size_t size = set->bits().size();
+  const Bits::Short before = set->bits().shortWords();
+  Bits::Short joined = before;
+  for (const LatticeValue* const other : others) {
+    const auto* const more = PowerSet::exactImplOf(*other);
+    if (!more || !more->bits().isShort() || more->bits().size() != size) return std::nullopt;
+    joined |= more->bits().shortWords();
+  }
+  if (joined == before) return false;
+  if (isHeldAlone(value)) {
+    changeInPlace(*set, [&](Bits& bits) { bits.setShort(joined); });
     return true;
   }
-  LatticeValue joined = value.join(more);
+  if (sharing == Sharing::Allowed)
+    for (const LatticeValue* const other : others) {
+      const PowerSet::Impl& more = PowerSet::implOf(*other);
+      if (joined == more.bits().shortWords() && set->getType() == more.getType())
+        return value = *other, true;
+    }
+  value = set->makeLike([&](Bits& bits) { bits.setShort(joined, size); });
+  return true;
+}
+
+}  // namespace
+
+bool joinInto(LatticeValue& value, const LatticeValue& other, Sharing sharing) {
+  auto* const element = value.operator->();
+  if (isHeldAlone(value) && element->classNumber() == PowerSet::classNumber) [[likely]]
+    return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(other).bits());
+  const bool isAlike = other && other.get()->classNumber() == element->classNumber();
+  const boolean3 order = isAlike ? other.le(value) : boolean3::NA;  // or else `join` refuses it
+  if (order == boolean3::T) return false;
+  const bool mayShare =
+      order == boolean3::F && sharing == Sharing::Allowed && element->getType() == other->getType();
+  if (mayShare && areSetsOfOneLength(value, other)) {
+    value = other;
+    return true;
+  }
+  LatticeValue joined = value.join(other);
   if (joined.eq(value)) return false;
-  if (mayShare && joined.eq(more))
-    value = more;
+  if (mayShare && joined.eq(other))
+    value = other;
   else
     value = std::move(joined);
   return true;
+}
+
+bool joinAllInto(LatticeValue& value, std::span<const LatticeValue* const> others,
+                 Sharing sharing) {
+  if (const auto hasGrown = joinShort(value, others, sharing)) return *hasGrown;
+  bool hasGrown = false;
+  for (const LatticeValue* const other : others) hasGrown |= joinInto(value, *other, sharing);
+  return hasGrown;
 }
 
 }  // namespace torvan::datamodel

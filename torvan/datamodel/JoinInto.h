@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include <torvan/datamodel/Api.h>
 #include <torvan/datamodel/LatticeValue.h>
 
@@ -13,8 +15,13 @@ enum class Sharing : bool { None, Allowed };
 /// recorded as by its setter; otherwise the handle gets a new value, if it is more, and what it
 /// referred to stays as it is. Where sharing is allowed, that is the other value itself if it is of
 /// the same type and all that results. Raises what `LatticeValue::join` does.
-TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& more,
+TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& other,
                                    Sharing sharing = Sharing::None);
+/// The same of several values, one after the other. When one raises, those before it have been
+/// joined.
+TORVAN_DATAMODEL_API bool joinAllInto(LatticeValue& value,
+                                      std::span<const LatticeValue* const> others,
+                                      Sharing sharing = Sharing::None);
 
 /// Whether nothing but this handle refers to the value.
 inline bool isHeldAlone(const LatticeValue& value) noexcept {

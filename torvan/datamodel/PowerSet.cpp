@@ -7,27 +7,18 @@
 namespace torvan::datamodel {
 namespace {
 
-/// A set of the same type and model, with the bits that are filled in.
-template <class Fill>
-PowerSet makeLike(const PowerSet::Impl& like, Fill fill) {
-  return PowerSet::Impl::make(like.model(), [&](PowerSet::Impl& made) {
-    made.basicSetType(like.getType());
-    made.fill(fill);
-  });
-}
-
 const Bits& bitsOf(const LatticeValue& value) { return PowerSet::implOf(value).bits(); }
 
 }  // namespace
 
 LatticeValue PowerSet::Impl::join(const LatticeValue& other) const {
   const Bits& given = bitsOf(other);
-  return makeLike(*this, [&](Bits& bits) { bits.join(value_, given, model().pool()); });
+  return makeLike([&](Bits& bits) { bits.join(value_, given, model().pool()); });
 }
 
 LatticeValue PowerSet::Impl::meet(const LatticeValue& other) const {
   const Bits& given = bitsOf(other);
-  return makeLike(*this, [&](Bits& bits) { bits.meet(value_, given, model().pool()); });
+  return makeLike([&](Bits& bits) { bits.meet(value_, given, model().pool()); });
 }
 
 boolean3 PowerSet::Impl::le(const LatticeValue& other) const {
@@ -37,7 +28,7 @@ boolean3 PowerSet::Impl::le(const LatticeValue& other) const {
 bool PowerSet::Impl::eq(const LatticeValue& other) const { return value_ == bitsOf(other); }
 
 LatticeValue PowerSet::Impl::clone() const {
-  return makeLike(*this, [&](Bits& bits) { bits.assign(value_, model().pool()); });
+  return makeLike([&](Bits& bits) { bits.assign(value_, model().pool()); });
 }
 
 LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {

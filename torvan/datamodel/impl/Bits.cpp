@@ -35,11 +35,11 @@ inline void Bits::keep(BitSet* bits) noexcept {
 Bits::Bits(const BitSet& bits) : Bits(BitSet(bits)) {}
 
 Bits::Bits(BitSet&& bits) : Bits() {
-  if (bits.num_blocks() > wordsInside) {
+  if (bits.num_blocks() > Short::count) {
     keep(new BitSet(std::move(bits)));
   } else {
     size_ = static_cast<std::uint32_t>(bits.size());
-    to_block_range(bits, words_);
+    to_block_range(bits, short_.words());
   }
 }
 
@@ -52,7 +52,7 @@ Bits& Bits::operator=(Bits&& other) {  // NOLINT(performance-noexcept-move-const
 }
 
 void Bits::swap(Bits& other) noexcept {
-  std::swap_ranges(words_, words_ + wordsInside, other.words_);
+  std::swap(short_, other.short_);
   std::swap(size_, other.size_);
   std::swap(form_, other.form_);
 }
@@ -84,12 +84,12 @@ BitSet& Bits::stored() {
 
 /// Room for bits of this size.
 Bits::Word* Bits::allocate(std::size_t size, orb::zero::ElementPool& pool) {
-  if (countFor(size) > wordsInside) return makeBlock(size, pool), block_;
+  if (countFor(size) > Short::count) return makeBlock(size, pool), block_;
   size_ = static_cast<std::uint32_t>(size);
-  return words_;
+  return short_.words();
 }
 
-void Bits::assign(const Bits& other, orb::zero::ElementPool& pool) {
+void Bits::assignBlock(const Bits& other, orb::zero::ElementPool& pool) {
   if (other.form_ == Form::Shared && other.blockEnd().pool == &pool) {
     block_ = other.block_;
     size_ = other.size_;

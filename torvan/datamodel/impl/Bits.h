@@ -25,7 +25,38 @@ class TORVAN_DATAMODEL_API Bits {
   using Word = words::Word;
   static_assert(std::is_same_v<Word, BitSet::block_type>);
 
-  Bits() noexcept : words_{} {}
+  /// The words of bits that are few enough for room of their own; what is beyond the size is 0.
+  /// In pairs, as the compiler would write single words and read pairs, which stalls.
+  struct Short {
+    using Pair [[gnu::vector_size(16), gnu::aligned(8)]] = Word;
+    static constexpr std::size_t count = 4;
+    Pair low, high;
+
+    Word first() const noexcept { return low[0]; }
+    Word* words() noexcept { return reinterpret_cast<Word*>(this); }
+    const Word* words() const noexcept { return reinterpret_cast<const Word*>(this); }
+    Short& operator|=(const Short& more) noexcept {
+      low |= more.low;
+      high |= more.high;
+      return *this;
+    }
+    Short& operator&=(const Short& other) noexcept {
+      low &= other.low;
+      high &= other.high;
+      return *this;
+    }
+    bool isSubsetOf(const Short& other) const noexcept {
+      return isZero((low & ~other.low) | (high & ~other.high));
+    }
+    friend bool operator==(const Short& a, const Short& b) noexcept {
+      return isZero((a.low ^ b.low) | (a.high ^ b.high));
+    }
+
+   private:
+    static bool isZero(const Pair& pair) noexcept { return (pair[0] | pair[1]) == 0; }
+  };
+
+  Bits() noexcept : short_{} {}
   Bits(const BitSet& bits);
   Bits(BitSet&& bits);
   Bits(Bits&& other) noexcept : Bits() { swap(other); }
@@ -40,7 +71,7 @@ class TORVAN_DATAMODEL_API Bits {
   std::size_t size() const noexcept { return form_ == Form::Stored ? stored_->size() : size_; }
   std::size_t count() const noexcept { return countFor(size()); }
   const Word* words() const noexcept {
-    return form_ == Form::Inside ? words_ : form_ == Form::Shared ? block_ : storedWords();
+    return form_ == Form::Inside ? short_.words() : form_ == Form::Shared ? block_ : storedWords();
   }
   bool operator[](std::size_t bit) const noexcept {
     return words()[bit / wordBits] >> bit % wordBits & 1;
@@ -48,6 +79,16 @@ class TORVAN_DATAMODEL_API Bits {
   BitSet copy() const;
   BitSet& stored();
   const BitSet& stored() const { return const_cast<Bits*>(this)->stored(); }
+
+  /// Whether they are in no other room.
+  bool isShort() const noexcept { return form_ == Form::Inside; }
+  const Short& shortWords() const noexcept { return short_; }
+  /// Other words for short bits, or the words and the size of bits that are empty.
+  void setShort(const Short& words) noexcept { short_ = words; }
+  void setShort(const Short& words, std::size_t size) noexcept {
+    short_ = words;
+    size_ = static_cast<std::uint32_t>(size);
+  }
 
   // The other operand is taken at the length of the first. All but `add` fill bits that are empty.
   // Blocks come from the pool, which has to live as long.
@@ -59,35 +100,38 @@ class TORVAN_DATAMODEL_API Bits {
   }
   /// Adds the other bits, as far as these reach.
   void add(const Bits& more, orb::zero::ElementPool& pool) {
-    if (isInside() && more.isInside() && size_ == more.size_) {
-      for (std::size_t i = 0; i < wordsInside; ++i) words_[i] |= more.words_[i];
+    if (isShortAs(more)) {
+      short_ |= more.short_;
     } else {
       Bits joined;
       joined.join(*this, more, pool);
       *this = std::move(joined);
     }
   }
-  void assign(const Bits& other, orb::zero::ElementPool& pool);
+  void assign(const Bits& other, orb::zero::ElementPool& pool) {
+    other.isShort() ? setShort(other.short_, other.size_) : assignBlock(other, pool);
+  }
   void assign(const BitSet& bits, orb::zero::ElementPool& pool);
 
   /// How it lies to the other in the order of inclusion; bits that one of them lacks read as 0.
   boolean3 compare(const Bits& other) const noexcept {
     if (size_ <= wordBits && other.size_ <= wordBits) {
-      const Word mine = words_[0], others = other.words_[0];
+      const Word mine = short_.first(), others = other.short_.first();
       return (mine & ~others) == 0   ? boolean3::T
              : (others & ~mine) == 0 ? boolean3::F
                                      : boolean3::NA;
     }
-    if (isInside() && other.isInside())
-      return rest(other) == 0 ? boolean3::T : other.rest(*this) == 0 ? boolean3::F : boolean3::NA;
+    if (isShort() && other.isShort())
+      return short_.isSubsetOf(other.short_)   ? boolean3::T
+             : other.short_.isSubsetOf(short_) ? boolean3::F
+                                               : boolean3::NA;
     if (hasBlockLike(other)) return words::compare(block_, other.block_, countFor(size_));
     return compareBlocks(other);
   }
   bool isSubsetOf(const Bits& other) const noexcept { return compare(other) == boolean3::T; }
   friend bool operator==(const Bits& a, const Bits& b) noexcept {
-    if (a.size_ == b.size_ && a.size_ <= wordBits) return a.words_[0] == b.words_[0];
-    if (a.isInside() && b.isInside())
-      return a.size_ == b.size_ && std::memcmp(a.words_, b.words_, sizeof a.words_) == 0;
+    if (a.size_ == b.size_ && a.size_ <= wordBits) return a.short_.first() == b.short_.first();
+    if (a.isShort() && b.isShort()) return a.size_ == b.size_ && a.short_ == b.short_;
     if (a.hasBlockLike(b)) return words::isEqual(a.block_, b.block_, countFor(a.size_));
     return a.isEqualBlock(b);
   }
@@ -96,7 +140,6 @@ class TORVAN_DATAMODEL_API Bits {
   enum class Form : std::uint8_t { Inside, Shared, Stored };
   enum class Operation : bool { Join, Meet };
   static constexpr std::size_t wordBits = 64;
-  static constexpr std::size_t wordsInside = 4;
   static constexpr std::uint32_t sizeOfStored = UINT32_MAX;
   static constexpr std::size_t countFor(std::size_t size) noexcept {
     return (size + wordBits - 1) / wordBits;
@@ -112,12 +155,8 @@ class TORVAN_DATAMODEL_API Bits {
     return count * sizeof(Word) + sizeof(BlockEnd);
   }
 
-  bool isInside() const noexcept { return form_ == Form::Inside; }
-  /// What it has and the other lacks; both are inside.
-  Word rest(const Bits& other) const noexcept {
-    Word rest = 0;
-    for (std::size_t i = 0; i < wordsInside; ++i) rest |= words_[i] & ~other.words_[i];
-    return rest;
+  bool isShortAs(const Bits& other) const noexcept {
+    return isShort() && other.isShort() && size_ == other.size_;
   }
   /// Both have blocks, of one size.
   bool hasBlockLike(const Bits& other) const noexcept {
@@ -127,17 +166,16 @@ class TORVAN_DATAMODEL_API Bits {
   bool isEqualBlock(const Bits& other) const noexcept;
   template <Operation operation>
   void combine(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
-    if (a.isInside() && b.isInside() && a.size_ == b.size_) [[likely]] {
-      size_ = a.size_;
-      for (std::size_t i = 0; i < wordsInside; ++i)
-        words_[i] =
-            operation == Operation::Join ? a.words_[i] | b.words_[i] : a.words_[i] & b.words_[i];
+    if (a.isShortAs(b)) [[likely]] {
+      setShort(a.short_, a.size_);
+      operation == Operation::Join ? short_ |= b.short_ : short_ &= b.short_;
     } else {
       combineBlocks<operation>(a, b, pool);
     }
   }
   template <Operation operation>
   void combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool);
+  void assignBlock(const Bits& other, orb::zero::ElementPool& pool);
   void makeBlock(std::size_t size, orb::zero::ElementPool& pool);
   void keep(BitSet* bits) noexcept;
   BlockEnd& blockEnd() const noexcept {
@@ -149,11 +187,11 @@ class TORVAN_DATAMODEL_API Bits {
   void release() noexcept;
 
   union {
-    Word words_[wordsInside];  // those beyond the size are 0
+    Short short_;
     Word* block_;
     BitSet* stored_;
   };
-  // Up to `wordBits` tells that all is in the first word inside. A `BitSet` has its own size.
+  // Up to `wordBits` tells that all is in the first of the short words. A `BitSet` has its own size.
   std::uint32_t size_ = 0;
   Form form_ = Form::Inside;
 };

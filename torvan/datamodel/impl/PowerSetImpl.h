@@ -30,6 +30,14 @@ class TORVAN_DATAMODEL_API PowerSet::Impl : public orb::zero::ImplOf<PowerSet> {
     into(value_);
     setGiven(value().position, true);
   }
+  /// A set of the same type and model, with the bits that are filled in.
+  template <class Fill>
+  PowerSet makeLike(Fill fill) const {
+    return make(model(), [&](Impl& made) {
+      made.basicSetType(getType());
+      made.fill(fill);
+    });
+  }
   void setValue(BitSet value) { set<&Impl::value_>(Bits(std::move(value))); }
 
   LatticeValue join(const LatticeValue& other) const override;
