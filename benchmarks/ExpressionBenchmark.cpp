@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -136,9 +137,13 @@ Side printing(auto print) {
   return {.run = [=] { *text = print(); },
           .result = [=] { return std::hash<std::string>()(*text); }};
 }
-Side counting(auto count) {
-  const auto found = std::make_shared<std::size_t>();
-  return {.run = [=] { *found = count(); }, .result = [=] { return *found; }};
+/// How many there are; what has been collected is let go of after the run.
+template <class Collect>
+Side counting(Collect collect) {
+  const auto found = std::make_shared<std::invoke_result_t<Collect>>();
+  return {.run = [=] { *found = collect(); },
+          .finish = [=] { *found = {}; },
+          .result = [=] { return found->size(); }};
 }
 
 void addShape(Cases& cases, const std::string& name, Expressions::Shape shape, std::size_t nodes) {
@@ -165,11 +170,9 @@ void addShape(Cases& cases, const std::string& name, Expressions::Shape shape, s
                    .targets = {timesOf(3, "raw")},
                    .sides = {{"ours", print}, {"raw", append}}});
   const auto collect = [=] {
-    return counting([all = expressions()] { return all->equation().getRhsVariables().size(); });
+    return counting([all = expressions()] { return all->equation().getRhsVariables(); });
   };
-  const auto walk = [=] {
-    return counting([all = expressions()] { return all->rawVariables().size(); });
-  };
+  const auto walk = [=] { return counting([all = expressions()] { return all->rawVariables(); }); };
   cases.push_back({.name = "expression.variables, " + name,
                    .size = nodes,
                    .items = nodes,
