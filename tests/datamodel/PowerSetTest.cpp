@@ -1,6 +1,8 @@
 #include "tests/datamodel/SessionTest.h"
 
+#include <initializer_list>
 #include <random>
+#include <span>
 #include <utility>
 
 namespace torvan::datamodel {
