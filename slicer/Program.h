@@ -51,10 +51,11 @@ class Program {
   /// constants are to be joined once.
   bool evaluate(Number equation, bool withConstants);
   /// Has memory brought that an evaluation will look at, each kind some time after the one before,
-  /// which leads there.
+  /// which leads there. Always inside of its callers, as the compiler leaves out calls of what has
+  /// no effect.
   enum class Prefetch : std::uint8_t { Rule, Summands, Handles, Values };
   template <Prefetch what>
-  void prefetch(Number equation, bool withConstants = false) const {
+  [[gnu::always_inline]] void prefetch(Number equation, bool withConstants = false) const {
     const Rule &rule = rules_[equation], &next = rules_[equation + 1];
     if constexpr (what == Prefetch::Rule) {
       __builtin_prefetch(&rule);
@@ -63,6 +64,8 @@ class Program {
       __builtin_prefetch(summands_.data() + rule.summands);
     } else {
       bring<what>(values_[rule.target]);
+      // To change a value, its model is asked, which is in the first line of the element.
+      if constexpr (what == Prefetch::Values) __builtin_prefetch(values_[rule.target].get());
       for (const Number summand : summandsOf(rule, next)) bring<what>(values_[summand]);
       if (withConstants)
         for (const auto& constant : constantsOf(rule, next)) bring<what>(constant);
@@ -145,7 +148,7 @@ class Program {
     return slice(constants_, rule.constants, next.constants);
   }
   template <Prefetch what>
-  static void bring(const datamodel::LatticeValue& value) {
+  [[gnu::always_inline]] static void bring(const datamodel::LatticeValue& value) {
     if constexpr (what == Prefetch::Handles)
       __builtin_prefetch(&value);
     else if (value.get())

@@ -38,8 +38,9 @@ class ORB_ZERO_API ModelElement::Impl {
   }
   /// That of its class, see `meta::classAt`.
   std::uint32_t classNumber() const noexcept { return standing_.classNumber; }
-  /// Has the memory brought near, before the class and the first properties are looked at.
-  void prefetch() const noexcept { __builtin_prefetch(&standing_); }
+  /// Has the memory brought near, before the class and the first properties are looked at. Always
+  /// inside of its callers, as the compiler leaves out calls of what has no effect.
+  [[gnu::always_inline]] void prefetch() const noexcept { __builtin_prefetch(&standing_); }
   /// Whether it is of the class, which has this number, or of one derived from it.
   bool isOf(std::uint32_t number, const meta::ClassInfo& type) const noexcept {
     return standing_.classNumber == number || getMetaClass().isKindOf(type);
