@@ -214,6 +214,14 @@ TEST_F(PowerSetTest, JoinAllIntoDoesWhatJoiningOneByOneDoes) {
     EXPECT_EQ(valueOf(none), bitsOf(size, {}));
     EXPECT_FALSE(joinAllInto(value, others));
     const auto* const element = value.get();
+    {
+      const LatticeValue three = set(type, {3});
+      const LatticeValue* const alike[] = {&three, &one};
+      const Transaction undone(model);
+      EXPECT_TRUE(joinAllInto(value, alike));
+      EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2, 3}));
+    }
+    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2}));
     EXPECT_TRUE(joinAllInto(value, all));
     EXPECT_EQ(value.get(), element) << "held alone";
     EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2, 3}));

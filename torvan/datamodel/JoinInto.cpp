@@ -53,7 +53,11 @@ std::optional<bool> joinShort(LatticeValue& value, std::span<const LatticeValue*
   }
   if (joined == before) return false;
   if (isHeldAlone(value)) {
-    changeInPlace(*set, [&](Bits& bits) { bits.setShort(joined); });
+    changeInPlace(*set, [&](Bits& bits) {  // which have other room once they are recorded
+      Bits all;
+      all.setShort(joined, size);
+      bits.add(all, set->model().pool());
+    });
     return true;
   }
   if (sharing == Sharing::Allowed)

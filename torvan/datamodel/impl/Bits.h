@@ -83,8 +83,7 @@ class TORVAN_DATAMODEL_API Bits {
   /// Whether they are in no other room.
   bool isShort() const noexcept { return form_ == Form::Inside; }
   const Short& shortWords() const noexcept { return short_; }
-  /// Other words for short bits, or the words and the size of bits that are empty.
-  void setShort(const Short& words) noexcept { short_ = words; }
+  /// Fills bits that are empty.
   void setShort(const Short& words, std::size_t size) noexcept {
     short_ = words;
     size_ = static_cast<std::uint32_t>(size);
