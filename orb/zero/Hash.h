@@ -17,22 +17,49 @@ constexpr std::uint64_t hashCombine(std::uint64_t hash, std::uint64_t word) noex
   return (hash ^ word) * multiplier + 0xe6546b64;
 }
 
-/// Spreads texts over a table. A short one, as names are, is mixed from its two ends, which
-/// overlap.
+/// The first and the last bytes of a text of 1 to 16 bytes, which overlap.
+struct TextEnds {
+  explicit TextEnds(std::string_view text) noexcept {
+    if (const std::size_t size = text.size(); size >= 8)
+      read<std::uint64_t>(text);
+    else if (size >= 4)
+      read<std::uint32_t>(text);
+    else if (size >= 2)
+      read<std::uint16_t>(text);
+    else
+      read<std::uint8_t>(text);
+  }
+  static bool reach(std::string_view text) noexcept { return text.size() - 1 < 16; }
+
+  std::uint64_t first, last;
+
+ private:
+  template <class Word>
+  void read(std::string_view text) noexcept {
+    Word word;
+    std::memcpy(&word, text.data(), sizeof word);
+    first = word;
+    std::memcpy(&word, text.data() + text.size() - sizeof word, sizeof word);
+    last = word;
+  }
+};
+
+/// Spreads texts over a table. A short one, as names are, is mixed from its two ends.
 inline std::uint64_t hashText(std::string_view text) noexcept {
-  const char* const bytes = text.data();
-  const std::size_t size = text.size();
-  const auto mix = [=](auto first, auto last) {
-    std::memcpy(&first, bytes, sizeof first);
-    std::memcpy(&last, bytes + size - sizeof last, sizeof last);
-    const std::uint64_t word = (first + size) * 0x9E3779B97F4A7C15;
-    return (word ^ (word >> 32) ^ last) * 0xBF58476D1CE4E5B9;
-  };
-  if (size > 16) return std::hash<std::string_view>()(text);
-  if (size >= 8) return mix(std::uint64_t{}, std::uint64_t{});
-  if (size >= 4) return mix(std::uint32_t{}, std::uint32_t{});
-  if (size >= 2) return mix(std::uint16_t{}, std::uint16_t{});
-  return size == 1 ? mix(std::uint8_t{}, std::uint8_t{}) : 0;
+  if (!TextEnds::reach(text)) return std::hash<std::string_view>()(text);
+  __extension__ using Wide = unsigned __int128;
+  const TextEnds ends(text);
+  const Wide product =
+      Wide{(ends.first + text.size()) ^ 0x9E3779B97F4A7C15} * (ends.last ^ 0xBF58476D1CE4E5B9);
+  return static_cast<std::uint64_t>(product >> 64) ^ static_cast<std::uint64_t>(product);
+}
+
+/// Whether they are equal; without a call for a short one.
+inline bool isSameText(std::string_view a, std::string_view b) noexcept {
+  if (a.size() != b.size()) return false;
+  if (!TextEnds::reach(a)) return a == b;
+  const TextEnds mine(a), others(b);
+  return ((mine.first ^ others.first) | (mine.last ^ others.last)) == 0;
 }
 
 }  // namespace orb::zero

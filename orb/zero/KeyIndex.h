@@ -38,7 +38,7 @@ class KeyIndex {
   Node* find(const Key& key) const noexcept {
     const std::uint64_t hash = hashOf(key);
     for (std::size_t at = home(hash); table_[at].isTaken(); at = next(at))
-      if (table_[at].mayBe(hash) && table_[at].node()->first == key) return table_[at].node();
+      if (table_[at].mayBe(hash) && isSame(table_[at].node()->first, key)) return table_[at].node();
     return nullptr;
   }
   /// Needs no memory but to grow; without any it is dropped.
@@ -81,11 +81,18 @@ class KeyIndex {
     std::uintptr_t word_ = 0;
   };
 
+  static constexpr bool isText = std::is_convertible_v<const Key&, std::string_view>;
   static std::uint64_t hashOf(const Key& key) noexcept {
-    if constexpr (std::is_convertible_v<const Key&, std::string_view>)
+    if constexpr (isText)
       return hashText(key);
     else
       return std::hash<Key>()(key) * 0x9E3779B97F4A7C15;
+  }
+  static bool isSame(const Key& a, const Key& b) noexcept {
+    if constexpr (isText)
+      return isSameText(a, b);
+    else
+      return a == b;
   }
   /// The highest bits of a product are the ones that all of its factors have a part in.
   std::size_t home(std::uint64_t hash) const noexcept {
