@@ -37,6 +37,8 @@ class ORB_ZERO_API Value {
   Value() noexcept = default;
   template <class T, class = std::enable_if_t<Valuable<std::remove_cvref_t<T>>>>
   Value(T&& value);
+  /// A handle to the element.
+  explicit Value(ModelElement::Impl* element) noexcept;
   Value(const Value& other) : type_(other.type_) {
     if (type_ && type_->clone)
       type_->clone(other.bytes_, bytes_);
@@ -169,6 +171,10 @@ Value::Value(T&& value) {
   else
     Stored<Held>::put(bytes_, std::forward<T>(value));
   type_ = &Stored<Held>::type;
+}
+
+inline Value::Value(ModelElement::Impl* element) noexcept : type_(&Stored<ModelElement>::type) {
+  Stored<ModelElement>::put(bytes_, element);
 }
 
 template <Valuable T>
