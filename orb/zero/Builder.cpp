@@ -101,7 +101,8 @@ void ModelElement::Builder::dropLost() {
         if (isLost(target)) property->services.release(*staged_, *target);
       continue;
     }
-    std::erase_if(targets.found, isLost);
+    targets.found.erase(std::remove_if(targets.found.begin(), targets.found.end(), isLost),
+                        targets.found.end());
     property->services.clear(*staged_);
     for (Impl* child : targets.found) property->services.add(*staged_, ModelElement(child));
   }

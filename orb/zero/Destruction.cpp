@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <utility>
-#include <vector>
+
+#include <boost/container/small_vector.hpp>
 
 #include <orb/zero/Existence.h>
 #include <orb/zero/Targets.h>
@@ -39,14 +41,15 @@ void Model::Impl::destroy(Element& root, Element* replacement) {
     element.standing_.life = Element::Life::Dying;
     if (!element.isProxy()) --alive_;
   }
-  disassociateIncoming(doomed.found, replacement);
+  disassociateIncoming({doomed.found.data(), doomed.found.size()}, replacement);
   for (Element* element : doomed.found) element->standing_.life = Element::Life::Destroyed;
 }
 
 void Model::Impl::disassociate(Element& target) {
+  Element* const only = &target;
   target.standing_.life = Element::Life::Dying;
   try {
-    disassociateIncoming({&target}, nullptr);
+    disassociateIncoming(std::span(&only, 1), nullptr);
   } catch (...) {
     target.standing_.life = Element::Life::Alive;
     throw;
@@ -55,16 +58,14 @@ void Model::Impl::disassociate(Element& target) {
 }
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
-void Model::Impl::disassociateIncoming(const std::vector<Element*>& targets, Element* replacement) {
-  std::vector<std::pair<std::uint32_t, Element*>> links;  // from the place of one that may refer
-  std::vector<std::uint32_t> places;
+void Model::Impl::disassociateIncoming(std::span<Element* const> targets, Element* replacement) {
+  using Link = std::pair<std::uint32_t, Element*>;  // from the place of one that may refer
+  boost::container::small_vector<Link, 8> links;
   const auto findAll = [&] {
     links.clear();
     for (Element* target : targets) {
       if (target->isUntracked() && target->slotCount() > 0) return false;
-      places.clear();
-      referrers_.find(*target, places);
-      for (const std::uint32_t place : places) links.emplace_back(place, target);
+      referrers_.visit(*target, [&](std::uint32_t place) { links.emplace_back(place, target); });
     }
     return true;
   };

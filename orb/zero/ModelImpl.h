@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -98,7 +99,7 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   void compact() noexcept;
   /// Takes the element out of the creation order and the index.
   void remove(Element& element) noexcept;
-  void disassociateIncoming(const std::vector<Element*>& targets, Element* replacement);
+  void disassociateIncoming(std::span<Element* const> targets, Element* replacement);
   static void copyKey(const Element& original, Element& copy);
 
   ElementPool pool_;

@@ -92,7 +92,7 @@ void ModelElement::Impl::convertReferencesToProxies(bool owned,
   for (std::size_t i = 0; owned && i < converted.found.size(); ++i)  // grows while it runs
     for (const meta::PropertyInfo* property : converted.found[i]->getMetaClass().all)
       if (property->isOwning) property->services.targets(*converted.found[i], converted);
-  std::vector<Impl*> inside = converted.found;
+  auto inside = converted.found;
   std::sort(inside.begin(), inside.end());
 
   Transaction unit(getModel());

@@ -21,11 +21,6 @@ void Referrers::noteTargets(const Element& element) noexcept {
   element.getMetaClass().note(element, *this);
 }
 
-void Referrers::find(const Element& target, std::vector<std::uint32_t>& places) const {
-  for (std::uint32_t at = target.referrers_; at != 0; at = entries_[at - 1].next)
-    if (entries_[at - 1].place < all_.size()) places.push_back(entries_[at - 1].place);
-}
-
 /// Grows with the references; what chains have lost is collected before it outweighs them.
 bool Referrers::hasRoom() noexcept {
   if (entries_.size() >= std::max(4 * all_.size() + 1024, bound_)) rebuild();

@@ -31,8 +31,12 @@ class ORB_ZERO_API Referrers {
   }
   /// All that the element refers to.
   void noteTargets(const Element& element) noexcept;
-  /// Appends the places of the elements that may refer to the target, which must be tracked.
-  void find(const Element& target, std::vector<std::uint32_t>& places) const;
+  /// Shows the places of the elements that may refer to the target, which must be tracked.
+  template <class Visit>
+  void visit(const Element& target, Visit visit) const {
+    for (std::uint32_t at = target.referrers_; at != 0; at = entries_[at - 1].next)
+      if (entries_[at - 1].place < all_.size()) visit(entries_[at - 1].place);
+  }
   /// Starts anew from what the model holds now; tracks every target but the popular ones.
   void rebuild() noexcept;
   /// The same, with the popular ones, and follows them from now on.

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <vector>
+
+#include <boost/container/small_vector.hpp>
 
 #include <orb/zero/meta/ClassInfo.h>
 
@@ -18,7 +19,7 @@ struct Targets final : meta::TargetVisitor {
     found.erase(std::unique(found.begin(), found.end()), found.end());
   }
 
-  std::vector<ModelElement::Impl*> found;
+  boost::container::small_vector<ModelElement::Impl*, 8> found;
 };
 
 }  // namespace orb::zero

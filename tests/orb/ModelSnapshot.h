@@ -16,7 +16,7 @@ inline std::vector<orb::zero::ModelElement::Impl*> targetsOf(const ModelElement&
                                                              const Property& property) {
   orb::zero::Targets targets;
   property.services.targets(*element.get(), targets);
-  return targets.found;
+  return {targets.found.begin(), targets.found.end()};
 }
 
 /// The value as text, with elements as `nameOf` calls them.

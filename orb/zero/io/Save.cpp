@@ -282,7 +282,7 @@ void save(std::span<const ModelElement> roots, std::ostream& out) {
     root->checkCompatibleModel(roots.front().get());
     part.found.push_back(root.get());
   }
-  std::vector<Element*> tops = part.found;
+  auto tops = part.found;
   for (std::size_t i = 0; i < part.found.size(); ++i) {  // grows while it runs
     const Element& element = *part.found[i];
     if (!element.isMember() || saver.isIncluded(element)) continue;
