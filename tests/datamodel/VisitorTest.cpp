@@ -16,6 +16,19 @@ class Note::Impl : public orb::zero::ImplOf<Note> {
                                                 "7c9b6d0e-5f0c-4f0f-8d53-1f6d1b0a6c11"};
 };
 
+/// One of a class that all know.
+class Negation : public orb::zero::Handle<Negation, Join> {
+ public:
+  class Impl;
+  using Handle::Handle;
+};
+class Negation::Impl : public orb::zero::ImplOf<Negation> {
+ public:
+  static constexpr orb::zero::meta::Table table{orb::zero::meta::Instances::Concrete,
+                                                "test.Negation",
+                                                "1f0f8a52-6c1e-4f0e-9a3d-5f1c2f7b9d24"};
+};
+
 namespace {
 
 /// What is printed of an element, and the variables that are collected from it.
@@ -114,6 +127,33 @@ TEST_F(VisitorTest, DerivedOnesKnowMoreClassesEverywhere) {
   Collector collector({expressions.createMeet({y, z}), x});
   collector.dispatch(join);
   EXPECT_EQ(collector.getVariables(), (std::vector<Variable>{x, y, z, x, y, z, x}));
+}
+
+TEST_F(VisitorTest, FunctionsMayBuildOnThoseOfTheBase) {
+  struct Printer : PrettyPrinter {
+    Printer() {
+      add(Negation::Uuid(), [this](auto& element) { return "not " + visit(Join{element}); });
+      add(Note::Uuid(), [this](auto& element) { return dispatch(element); });
+    }
+  };
+  struct Collector : RefVariableCollector {
+    Collector() {
+      add(Negation::Uuid(), [this](auto& element) { visit(Join{element}); });
+    }
+  };
+  const auto negation = make<Negation>();
+  for (const Variable& operand : {x, y}) negation->getOperands().add(operand);
+  const Join join = expressions.createJoin({negation, z});
+  expect(join, "Join(Join(x,y),z)", "xyz");
+  EXPECT_EQ(Printer().dispatch(join), "Join(not Join(x,y),z)");
+  Collector collector;
+  collector.dispatch(join);
+  EXPECT_EQ(collector.getVariables(), (std::vector<Variable>{x, y, z}));
+
+  negation->getOperands().add(join);
+  EXPECT_RAISES(Printer().dispatch(join), "CyclicValue");
+  EXPECT_RAISES(Printer().dispatch(make<Note>()), "CyclicValue");
+  EXPECT_RAISES(collector.dispatch(join), "CyclicValue");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include <torvan/datamodel/impl/Nesting.h>
 #include <torvan/datamodel/impl/Walk.h>
 
 namespace torvan::datamodel {
@@ -61,17 +62,20 @@ class PrettyPrinter::Line {
  public:
   explicit Line(const PrettyPrinter& printer) : printer_(printer) {}
 
-  std::string write(const ModelElement& element) {
+  /// The text of the element as an X, of whatever class it is.
+  template <class X>
+  std::string write(const X& element) {
     if (!element) return {};
     Walk walk(element);
     const auto enters = [this](Element& next) {
       return visitAt(printer_.placeFor(next), next, Classes(), [](auto&) {});
     };
-    return write(element, SIZE_MAX, [&] { walk.step(enters); });
+    Element* const first = begin(static_cast<const typename X::Impl&>(*element.get()));
+    return writeRest(first, SIZE_MAX, [&] { walk.step(enters); });
   }
   /// The text as far as it has been written when it is longer than so many bytes.
   std::string writeSome(const ModelElement& element, std::size_t most) {
-    return write(element, most, [] {});
+    return writeRest(element.get(), most, [] {});
   }
 
  private:
@@ -96,8 +100,7 @@ class PrettyPrinter::Line {
   };
 
   template <class Step>
-  std::string write(const ModelElement& element, std::size_t most, Step step) {
-    Element* next = element.get();
+  std::string writeRest(Element* next, std::size_t most, Step step) {
     while ((next || !open_.empty()) && text_.size() <= most) {
       if (!next) {
         next = goOn(open_.back());
@@ -259,21 +262,27 @@ std::string PrettyPrinter::excerpt(const ModelElement& element, std::size_t most
   return text.substr(0, most) + "...";
 }
 
-std::string PrettyPrinter::write(const ModelElement& element) const {
-  return Line(*this).write(element);
+std::string PrettyPrinter::dispatch(const ModelElement& element) const {
+  const Nesting nesting;
+  return Visitor::dispatch(element);
 }
-std::string PrettyPrinter::visit(const Variable& variable) const { return write(variable); }
-std::string PrettyPrinter::visit(const Join& join) const { return write(join); }
-std::string PrettyPrinter::visit(const Meet& meet) const { return write(meet); }
-std::string PrettyPrinter::visit(const StructRef& ref) const { return write(ref); }
-std::string PrettyPrinter::visit(const IndexRef& ref) const { return write(ref); }
+
+std::string PrettyPrinter::visit(const Variable& variable) const {
+  return Line(*this).write(variable);
+}
+std::string PrettyPrinter::visit(const Join& join) const { return Line(*this).write(join); }
+std::string PrettyPrinter::visit(const Meet& meet) const { return Line(*this).write(meet); }
+std::string PrettyPrinter::visit(const StructRef& ref) const { return Line(*this).write(ref); }
+std::string PrettyPrinter::visit(const IndexRef& ref) const { return Line(*this).write(ref); }
 std::string PrettyPrinter::visit(const Conditional& conditional) const {
-  return write(conditional);
+  return Line(*this).write(conditional);
 }
-std::string PrettyPrinter::visit(const Prune& prune) const { return write(prune); }
-std::string PrettyPrinter::visit(const PowerSet& set) const { return write(set); }
-std::string PrettyPrinter::visit(const Array& array) const { return write(array); }
-std::string PrettyPrinter::visit(const Struct& record) const { return write(record); }
-std::string PrettyPrinter::visit(const Equation& equation) const { return write(equation); }
+std::string PrettyPrinter::visit(const Prune& prune) const { return Line(*this).write(prune); }
+std::string PrettyPrinter::visit(const PowerSet& set) const { return Line(*this).write(set); }
+std::string PrettyPrinter::visit(const Array& array) const { return Line(*this).write(array); }
+std::string PrettyPrinter::visit(const Struct& record) const { return Line(*this).write(record); }
+std::string PrettyPrinter::visit(const Equation& equation) const {
+  return Line(*this).write(equation);
+}
 
 }  // namespace torvan::datamodel

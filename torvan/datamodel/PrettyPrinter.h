@@ -30,7 +30,8 @@ namespace torvan::datamodel {
 /// A list without items has no opening parenthesis: "Join)". Nesting of any depth is written
 /// without recursion, in time proportional to the text; what contains itself raises "CyclicValue".
 /// A printer does not change; it may be used often. A function that a derived printer adds for a
-/// class of its own counts for the parts of what is printed as well.
+/// class of its own counts for the parts of what is printed as well; such functions may call each
+/// other through `dispatch` a thousand levels deep.
 class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string> {
  public:
   PrettyPrinter();
@@ -39,6 +40,9 @@ class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string
   /// is longer. What contains itself is such a text.
   static std::string excerpt(const ModelElement& element, std::size_t most);
 
+  std::string dispatch(const ModelElement& element) const;
+
+  /// The text of that class, also for an element of one derived from it.
   std::string visit(const Variable& variable) const;
   std::string visit(const Join& join) const;
   std::string visit(const Meet& meet) const;
@@ -55,8 +59,6 @@ class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string
   using Classes = orb::zero::meta::ClassList<Variable, Join, Meet, StructRef, IndexRef, Conditional,
                                              Prune, PowerSet, Array, Struct, Equation>;
   class Line;
-
-  std::string write(const ModelElement& element) const;
 };
 
 }  // namespace torvan::datamodel

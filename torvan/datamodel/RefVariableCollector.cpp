@@ -9,10 +9,30 @@ namespace torvan::datamodel {
 
 RefVariableCollector::RefVariableCollector() { addVisits(*this, Classes()); }
 
-/// Called in a walk, by a function that was added, it has the walk come to the term later.
-void RefVariableCollector::collect(const ModelElement& term) {
+void RefVariableCollector::dispatch(const ModelElement& term) {
   if (!term) return;
   pending_.push_back(term.get());
+  walk(term);
+}
+
+template <class X>
+void RefVariableCollector::enterAs(const X& term) {
+  if (!term) return;
+  const auto first = static_cast<std::ptrdiff_t>(pending_.size());
+  enter(static_cast<const typename X::Impl&>(*term.get()));
+  if (isWalking_) std::reverse(pending_.begin() + first, pending_.end());  // see `visitNext`
+  walk(term);
+}
+void RefVariableCollector::visit(const Variable& variable) { enterAs(variable); }
+void RefVariableCollector::visit(const Join& join) { enterAs(join); }
+void RefVariableCollector::visit(const Meet& meet) { enterAs(meet); }
+void RefVariableCollector::visit(const StructRef& ref) { enterAs(ref); }
+void RefVariableCollector::visit(const IndexRef& ref) { enterAs(ref); }
+void RefVariableCollector::visit(const Conditional& conditional) { enterAs(conditional); }
+void RefVariableCollector::visit(const Prune& prune) { enterAs(prune); }
+
+/// Called in a walk, by a function that was added, it leaves what is pending to that walk.
+void RefVariableCollector::walk(const ModelElement& term) {
   if (isWalking_) return;
   isWalking_ = true;
   const auto enters = [this](const auto& element) { return hasFunction(placeFor(element)); };
@@ -33,7 +53,7 @@ void RefVariableCollector::visitNext() {
   const auto visitKnown = [this](auto& known) { enter(known); };
   if (visitAt(placeFor(next), next, Classes(), visitKnown)) return;
   const auto first = static_cast<std::ptrdiff_t>(pending_.size());
-  dispatch(ModelElement(&next));
+  Visitor::dispatch(ModelElement(&next));
   std::reverse(pending_.begin() + first, pending_.end());
 }
 

@@ -18,7 +18,7 @@ namespace torvan::datamodel {
 /// a variable is listed as often as it occurs. Values and empty operands contribute nothing.
 /// Nesting of any depth is walked without recursion; an expression that contains itself raises
 /// "CyclicValue". A function that a derived collector adds for a class of its own may dispatch on
-/// parts of the element: the walk comes to them next.
+/// parts of the element, or visit it as its base: the walk comes to what that holds next.
 class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void> {
  public:
   RefVariableCollector();
@@ -27,19 +27,23 @@ class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void
   const std::vector<Variable>& getVariables() const noexcept { return variables_; }
   std::vector<Variable> takeVariables() noexcept { return std::move(variables_); }
 
-  void visit(const Variable& variable) { collect(variable); }
-  void visit(const Join& join) { collect(join); }
-  void visit(const Meet& meet) { collect(meet); }
-  void visit(const StructRef& ref) { collect(ref); }
-  void visit(const IndexRef& ref) { collect(ref); }
-  void visit(const Conditional& conditional) { collect(conditional); }
-  void visit(const Prune& prune) { collect(prune); }
+  void dispatch(const ModelElement& term);
+  /// The same with the function of that class, also for an element of one derived from it.
+  void visit(const Variable& variable);
+  void visit(const Join& join);
+  void visit(const Meet& meet);
+  void visit(const StructRef& ref);
+  void visit(const IndexRef& ref);
+  void visit(const Conditional& conditional);
+  void visit(const Prune& prune);
 
  private:
   using Classes =
       orb::zero::meta::ClassList<Variable, Join, Meet, StructRef, IndexRef, Conditional, Prune>;
 
-  void collect(const ModelElement& term);
+  template <class X>
+  void enterAs(const X& term);
+  void walk(const ModelElement& term);
   void visitNext();
   void enter(const Variable::Impl& variable);
   void enter(const Join::Impl& join);
