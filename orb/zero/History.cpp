@@ -48,6 +48,8 @@ ModelChanges HistoryStep::flip(bool isUndo, bool isDescribed) {
       } else if (one.wasAlive && !element.isAlive()) {
         changes.destroyed.push_back({element.getUuid(), &element.getMetaClass()});
       } else if (element.isAlive() && !one.properties.empty()) {
+        std::ranges::sort(one.properties, {},
+                          [](const auto& change) { return change.property->position; });
         for (PropertyChange& change : one.properties)
           change.after = element.getPropertyValue(*change.property, ProxyTag::Keep);
         changes.changed.push_back({ModelElement(&element), std::move(one.properties)});

@@ -65,10 +65,7 @@ class ORB_ZERO_API ModelElement::Impl {
   /// The property at this position, or of this name; null when there is none.
   const meta::PropertyInfo* getPropertyByIndex(int position) const noexcept;
   const meta::PropertyInfo* getPropertyByName(std::string_view name) const noexcept {
-    const meta::Name wanted(name);
-    for (const meta::PropertyInfo* property : getMetaClass().all)
-      if (property->lookup == wanted) return property;
-    return nullptr;
+    return getMetaClass().find(name);
   }
   /// A single primitive value that is not set is an empty `Value`; references are handles, empty
   /// ones included; a collection is a sequence, in its order.
@@ -88,7 +85,7 @@ class ORB_ZERO_API ModelElement::Impl {
   /// What it changed of this element since the innermost savepoint that did; null for nothing, and
   /// for an element that is younger than the savepoint.
   Storage* storage() const noexcept { return storage_; }
-  /// The value before the outermost transaction.
+  /// The value before the outermost transaction; the present one of an element that is younger.
   Value getOldValue(const meta::PropertyInfo& property, ProxyTag tag = ProxyTag::Resolve) const;
   /// What the transaction has changed so far, as listeners would be told.
   ElementChange createChanges() const;

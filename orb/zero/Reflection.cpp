@@ -7,11 +7,13 @@
 namespace orb::zero {
 namespace {
 
-/// The storage of the outermost savepoint that changed the property; null for none.
-const Storage* outermostOf(const Storage* newest, int position) {
+/// The storage of the outermost savepoint that changed the property; null for none, and for an
+/// element of the open transaction, of which not all changes are recorded.
+const Storage* outermostOf(const ModelElement::Impl& element, int position) {
+  if (element.model().transactions().isNew(element.place())) return nullptr;
   const Storage* outermost = nullptr;
-  for (; newest; newest = newest->previous())
-    if (newest->isChanged(position)) outermost = newest;
+  for (const Storage* storage = element.storage(); storage; storage = storage->previous())
+    if (storage->isChanged(position)) outermost = storage;
   return outermost;
 }
 
@@ -50,7 +52,7 @@ void ModelElement::Impl::setPropertyValue(const meta::PropertyInfo& property, co
 
 Value ModelElement::Impl::getOldValue(const meta::PropertyInfo& property, ProxyTag tag) const {
   checkOwn(property);
-  const Storage* const outermost = outermostOf(storage_, property.position);
+  const Storage* const outermost = outermostOf(*this, property.position);
   return outermost ? outermost->getOldValue(property, tag) : getPropertyValue(property, tag);
 }
 
@@ -58,7 +60,7 @@ ElementChange ModelElement::Impl::createChanges() const {
   ElementChange change{ModelElement(const_cast<Impl*>(this)), {}};
   if (!storage_) return change;
   for (const meta::PropertyInfo* property : getMetaClass().all) {
-    const Storage* const outermost = outermostOf(storage_, property->position);
+    const Storage* const outermost = outermostOf(*this, property->position);
     if (!outermost || outermost->isUnchanged(*property)) continue;
     change.properties.push_back({property, outermost->getOldValue(*property, ProxyTag::Keep),
                                  getPropertyValue(*property, ProxyTag::Keep)});

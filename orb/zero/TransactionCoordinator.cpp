@@ -96,9 +96,10 @@ bool TransactionCoordinator::hasChanged() const {
       if (element->isMember()) return true;
   return std::any_of(log_.begin(), log_.end(), [=](const auto& record) {
     const ModelElement::Impl& element = record->element();
-    if (!element.isOlderThan(births) || element.isProxy()) return false;
+    if (!element.isOlderThan(births)) return false;
+    if (!element.isAlive()) return record->isDestruction();  // of a proxy, which a step may name
     const Storage* const storage = record->asStorage();
-    return element.isAlive() ? storage && storage->isChanged() : record->isDestruction();
+    return storage && storage->isChanged() && !element.isProxy();
   });
 }
 

@@ -40,6 +40,10 @@ class ORB_ZERO_API TransactionCoordinator {
   std::uint64_t era() const noexcept { return era_; }
   /// Number of elements of the creation order that are older than the innermost open transaction.
   std::uint32_t births() const noexcept { return isOpen() ? savepoints_.back().births : 0; }
+  /// Whether the element with this place in the creation order is one of the open transaction.
+  bool isNew(std::uint32_t index) const noexcept {
+    return isOpen() && index >= savepoints_.front().births;
+  }
 
   /// Opens a savepoint and returns its era. Raises "CannotModifyFrozenModel" in a frozen model.
   std::uint64_t begin();

@@ -38,6 +38,7 @@ TEST_F(HistoryTest, TellsListenersOfBothWays) {
     x->setName("y");
     Transaction inner(model);
     x->setName("z");
+    x->setType(record);
     p->setName("Q");
     inner.commit();
     p->setName("P");
@@ -47,16 +48,17 @@ TEST_F(HistoryTest, TellsListenersOfBothWays) {
   while (model.undo()) continue;
   model.addListener(diary);
   while (model.redo()) continue;
-  EXPECT_EQ(diary->news(), (Lines{"i.name:f>i R.fields:[i,f]>[f,i] f.name:g>f z.name:x>z",
-                                  "-Equation -Variable System.equations:[gone,Equation,Equation,"
-                                  "Equation]>[Equation,Equation,Equation]",
-                                  "+new"}));
+  EXPECT_EQ(diary->news(),
+            (Lines{"i.name:f>i R.fields:[i,f]>[f,i] f.name:g>f z.type:P>R z.name:x>z",
+                   "-Equation -Variable System.equations:[gone,Equation,Equation,"
+                   "Equation]>[Equation,Equation,Equation]",
+                   "+new"}));
   while (model.undo()) continue;
   EXPECT_EQ(diary->news(),
             (Lines{"-Variable",
                    "+z +Equation System.equations:[Equation,Equation,Equation]>[Equation,Equation,"
                    "Equation,Equation]",
-                   "f.name:i>f R.fields:[g,f]>[f,g] g.name:f>g x.name:z>x"}));
+                   "f.name:i>f R.fields:[g,f]>[f,g] g.name:f>g x.type:R>P x.name:z>x"}));
 }
 
 TEST_F(HistoryTest, BringsBackWhetherAValueWasGiven) {

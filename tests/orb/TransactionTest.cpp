@@ -1,3 +1,5 @@
+#include <orb/zero/ModelChanges.h>
+
 #include "tests/datamodel/SessionTest.h"
 
 namespace torvan::datamodel {
@@ -41,6 +43,16 @@ TEST_F(TransactionTest, StorageKeepsTheValuesBeforeTheInnermost) {
   }
   type->setName("c");
   EXPECT_EQ(oldName(type.get()->storage()), "P");
+}
+
+TEST_F(TransactionTest, WhatIsNewHasNoOldValues) {
+  const Transaction outer(model);
+  const Equation equation = make<Equation>();
+  const System made = make<System>();
+  inTransaction([&] { made->getEquations().add(equation); });
+  made->getEquations().remove(equation);
+  EXPECT_TRUE(made->getOldValue(System::equations()) == made->getPropertyValue("equations"));
+  EXPECT_TRUE(made->createChanges().properties.empty());
 }
 
 TEST_F(TransactionTest, SlotsAndBitsStayWhereTheyAre) {

@@ -214,6 +214,12 @@ struct ClassInfo {
     const auto place = static_cast<std::size_t>(property.position) - 1;
     return place < all.size() && (all[place] == &property || *all[place] == property);
   }
+  /// The property of this name, its own or an inherited one; null when there is none.
+  const PropertyInfo* find(const Name& wanted) const noexcept {
+    for (const PropertyInfo* property : all)
+      if (property->lookup == wanted) return property;
+    return nullptr;
+  }
   friend bool operator==(const ClassInfo& a, const ClassInfo& b) { return a.id == b.id; }
 
   /// The element that describes the class in the registry. The first use initialises the package
