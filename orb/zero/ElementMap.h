@@ -57,7 +57,11 @@ class ElementMap : public Collection {
     owner().template checkInsertion<E>(element);
     ModelElement::Impl& child = *element.get();
     const K& key = key_(child);
-    const Place place = placeOf(key);
+    Place place = placeOf(key);
+    if (place != content_.end() && place->first == key && !owns(*place->second.get())) {
+      extract(place);  // in a builder, from which a rollback has taken it
+      place = placeOf(key);
+    }
     if (place != content_.end() && place->first == key) {
       if (place->second == element || resolution == CollisionResolution::Keep) return;
       if (resolution == CollisionResolution::Report) raise("UniquenessConstraint");
@@ -120,10 +124,11 @@ class ElementMap : public Collection {
     for (const auto& [key, child] : content_) visitor.visit(*child.get());
   }
   void release(const ModelElement::Impl& child) {
-    if (const Place found = storedAt(child); found != content_.end()) take(found);
+    if (owns(child)) take(storedAt(child));
   }
   void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
-    erase(key_(child));
+    if (!owns(child)) return;
+    take(storedAt(child));
     add(ModelElement(&other));
   }
   template <class F>

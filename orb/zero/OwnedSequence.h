@@ -213,7 +213,8 @@ class OwnedSequence : public Collection {
   mutable Found found_;  // by the last search
 };
 
-/// Goes over the children, past the gaps. While one is in use, children may be removed.
+/// Goes over the children, past the gaps. While one is in use, children may be removed, but none
+/// asked for by its place.
 template <class E>
 class OwnedSequence<E>::Iterator {
  public:

@@ -95,6 +95,17 @@ TEST_F(BuilderTest, KeepsOnlyWhatIsItsOwnAfterAnUndo) {
     field->setName("b");
   }
   field->setName("c");
+  const FieldType owned = fieldType("a");
+  const StructType owner = make<StructType>();
+  owner->getFields().insert(owned);
+  StructType::Builder again(model);
+  {
+    const Transaction transaction(model);
+    again->getFields().insert(owned);
+  }
+  EXPECT_TRUE(owned->getContainer() == owner);
+  again->getFields().insert(owned);
+  EXPECT_TRUE(again.create()->getFields()["a"] == owned && !owner->hasFields());
   const System made = builder.create();
   EXPECT_TRUE(made->getPropertyValue(System::equations()) == orb::zero::Value(std::vector{kept}));
   EXPECT_TRUE(record.create()->getFields()["c"] == field);

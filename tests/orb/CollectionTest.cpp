@@ -49,6 +49,8 @@ TEST_F(CollectionTest, RenamingMovesTheKey) {
   EXPECT_EQ(type->getFields().size(), 2U);
   a->setPropertyValue(FieldType::name(), {});
   EXPECT_TRUE(type->getFields()[""] == a && !a->hasName());
+  type->inverseRemove(sets(1), StructType::fields());  // of a class without that key
+  EXPECT_EQ(type->getFields().size(), 2U);
 }
 
 TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {

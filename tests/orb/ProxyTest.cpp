@@ -142,6 +142,33 @@ TEST_F(ProxyTest, HistoryTakesConversionsBackAndMakesThemAgain) {
   EXPECT_TRUE(Struct::createProxy(model, value.get()->getUuid()) == outer->getValue());
 }
 
+TEST_F(ProxyTest, HistoryKeepsWhatItsStepsRefersTo) {
+  const Equation equation = make<Equation>();
+  const Variable x = variable("x");
+  const std::string before = snapshot(model);
+  model.setHistoryLimit(9);
+  const Variable proxy{x->convertToProxy()};
+  equation->setLhs(proxy);
+  equation->setLhs({});
+  proxy->destroy();
+  for (int round = 0; round < 2; ++round) {
+    while (model.undo()) continue;
+    EXPECT_EQ(snapshot(model), before);
+    expectConsistent(model);
+    while (model.redo()) continue;
+    EXPECT_FALSE(x || proxy || equation->hasLhs());
+  }
+}
+
+TEST_F(ProxyTest, TakesThePlaceOfTheElementWhateverItsKey) {
+  const StructType record = types.createStructType("R", {"a", "b"}, {sets(1), sets(1)});
+  const FieldType a = record->getFields()["a"], b = record->getFields()["b"];
+  a->basicSetName("b");
+  EXPECT_RAISES(a->convertToProxy(), "UniquenessConstraint");
+  EXPECT_TRUE(a && record->getFields()["b"] == b);
+  expectConsistent(model);
+}
+
 TEST_F(ProxyTest, ReferencesBecomeProxies) {
   const LatticeType type = make<PowerSetType>();
   const Variable x = variable("x", type), y = variable("y", type);
