@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+
 #include <orb/zero/ModelElement.h>
 
 namespace orb::zero {
@@ -42,10 +44,17 @@ class Batch {
   explicit Batch(const ModelElement::Impl& element) : unit_(element) {}
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
-  ~Batch() noexcept(false) { unit_.commit(); }
+  ~Batch() noexcept(false) {
+    try {
+      unit_.commit();
+    } catch (...) {
+      if (std::uncaught_exceptions() == errors_) throw;  // or else the first error is told
+    }
+  }
 
  private:
   Unit unit_;
+  int errors_ = std::uncaught_exceptions();
 };
 
 }  // namespace orb::zero

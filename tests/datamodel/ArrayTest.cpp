@@ -34,9 +34,11 @@ TEST_F(ArrayTest, PartSharesValuesUnderANewAnonymousType) {
   EXPECT_TRUE(Array{partType->getTop()}.at(2) == p->getTop());
   EXPECT_FALSE(full.at(2, 3)->getType() == partType);
   const Array all{full.at(1, 4)}, none{full.at(3, 2)};
+  const Array untyped{values.createArray({}, {1}, {elements[1]}).at(3, 2)};
   EXPECT_FALSE(all == full || all->getType() == type);
-  EXPECT_EQ(indicesOf(all) + indicesOf(none), "1 2 3 4 ");
+  EXPECT_EQ(indicesOf(all) + indicesOf(none) + indicesOf(untyped), "1 2 3 4 ");
   EXPECT_EQ(ArrayType(none->getType())->getNumElems(), 0);
+  EXPECT_FALSE(ArrayType(untyped->getType())->getElemType());
   EXPECT_TRUE(full.ref(3, 2).getLatticeValuePtrVec().empty());
 }
 

@@ -168,5 +168,26 @@ TEST_F(ListenerTest, QueueOfOnesOwnRunsLater) {
   EXPECT_EQ(diary->news(), (Lines{"c.name:unset>a", "c.name:a>b"}));
 }
 
+TEST_F(ListenerTest, OperationsTellTheFirstOfTheirErrors) {
+  struct Full final : orb::zero::WorkQueue {
+    void post(std::function<void()>) override { throw std::runtime_error("full"); }
+  };
+  const Model own =
+      Model::create(orb::zero::uuid{}, {}, [](auto*) { return std::make_shared<Full>(); });
+  own.addListener(diary);
+  EXPECT_RAISES(ValueFactory(own).createStruct({}, {"a", "a"}, {{}, {}}), "UniquenessConstraint");
+}
+
+TEST_F(ListenerTest, WhatItTakesAwayAtOnceCannotBeReferredTo) {
+  const Struct record = make<Struct>();
+  const Array array = make<Array>();
+  model.addListener(std::make_shared<Reaction>([&](auto&) {
+    record->getValues().clear();
+    array->getValues().clear();
+  }));
+  EXPECT_RAISES(record.ref("a"), castFailure<FieldElem>());
+  EXPECT_RAISES(array.ref(1, 2), castFailure<ArrayElem>());
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

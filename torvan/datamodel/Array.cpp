@@ -122,7 +122,7 @@ LatticeValue Array::Impl::at(std::uint16_t start, std::uint16_t end) const {
 
   LatticeType elemType;  // before anything is made, as an array without a type may have none
   if (count == 0)
-    elemType = ArrayType(getType())->getElemType();
+    elemType = hasType() ? ArrayType(getType())->getElemType() : LatticeType();
   else if (const LatticeValue first = read(start))
     elemType = first->getType();
   const orb::zero::Batch batch(*this);
@@ -154,7 +154,7 @@ Ref Array::Impl::ref(std::uint16_t start, std::uint16_t end) {
   }
   std::vector<LatticeValue*> slots;
   slots.reserve(count);
-  for (unsigned k = 0; k < count; ++k) slots.push_back(values_.find(indexAt(k))->ref());
+  for (unsigned k = 0; k < count; ++k) slots.push_back(values_[indexAt(k)].ref());
   return count == 1 ? Ref(slots.front()) : Ref(slots);
 }
 

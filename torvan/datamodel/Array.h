@@ -13,9 +13,8 @@ namespace torvan::datamodel {
 ///
 /// `at(i)` is the stored value itself. `at(start, end)` of several indices is a new array, with
 /// indices from 1, of a new anonymous type, whose elements are the stored values themselves; an
-/// empty range gives an array without elements, and needs an array that has a type. `ref` refers to
-/// the slots of the range; indices that are not stored are stored first, with clones of the array
-/// type's bottom.
+/// empty range gives an array without elements. `ref` refers to the slots of the range; indices
+/// that are not stored are stored first, with clones of the array type's bottom.
 class TORVAN_DATAMODEL_API Array : public orb::zero::Handle<Array, IndexableValue> {
  public:
   class Impl;

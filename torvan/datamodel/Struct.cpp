@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <orb/zero/Hash.h>
 #include <orb/zero/Transaction.h>
 #include <torvan/datamodel/Ref.h>
 #include <torvan/datamodel/StructType.h>
@@ -36,19 +37,22 @@ class FieldReader {
   /// The stored value, or the bottom of the field's type: of the record's own, or of the type that
   /// is read for, if the record's lacks the field.
   const LatticeValue& at(const std::string& name, const FieldType& field) {
-    const bool isStored = skipTo(name);
+    const FieldElem* const stored = find(name);
     const bool isOther = !isOwnType_ && type_;
     const FieldType::Impl* const own = isOther ? type_->getFields().find(name) : nullptr;
-    if (isStored && (!isOther || own)) return next_->second->getValue();
+    if (stored && (!isOther || own)) return (*stored)->getValue();
     return (own && own->hasElemType() ? own : field.operator->())->getElemType()->getBottom();
   }
 
  private:
-  /// Whether there is a field of this name.
-  bool skipTo(const std::string& name) {
-    for (; next_ != end_; ++next_)
-      if (const int order = next_->first.compare(name); order >= 0) return order == 0;
-    return false;
+  /// Null when there is none.
+  const FieldElem* find(const std::string& name) {
+    while (next_ != end_) {
+      if (orb::zero::isSameText(next_->first, name)) return &(next_++)->second;
+      if (next_->first > name) break;
+      ++next_;
+    }
+    return nullptr;
   }
 
   StructType type_;
@@ -124,7 +128,7 @@ Ref Struct::Impl::ref(const std::string& name) {
     const LatticeValue bottom = at(name);
     store(name, bottom ? bottom.clone() : LatticeValue());
   }
-  return values_.find(name)->ref();
+  return values_[name].ref();  // a listener may have taken it away
 }
 
 Struct Struct::Impl::prune(const std::vector<std::string>& path) const {
