@@ -150,6 +150,7 @@ TEST_F(RegistryTest, RecordsConvertToDescriptionsAndBack) {
   const auto collectionOf = meta::Class(Array::metaClass())->getCollectionAccessor();
   EXPECT_EQ(collectionOf(*array.get(), Array::values()), &array->getValues());
   EXPECT_EQ(collectionOf(*array.get(), Array::type()), nullptr);
+  EXPECT_EQ(collectionOf(*array.get(), Struct::values()), nullptr);
 }
 
 TEST_F(RegistryTest, SecondInitialisationReplaces) {

@@ -128,7 +128,7 @@ def test_help():
     shown = pydoc.plain(pydoc.render_doc(datamodel.Array))
     for text in ("Array(model, init=None, uuid=None)", "at(self, arg1, arg2=None, /)",
                  "An array value", "The greatest lower bound, as a new value.",
-                 "(orb.zero.Map, read-only)"):
+                 "(orb.zero.Set, read-only)"):
         assert text in shown
     assert str(inspect.signature(datamodel.Variable)) == "(model, init=None, uuid=None)"
     assert datamodel.Array.__module__ == "torvan.datamodel" and datamodel.Array.at.__name__ == "at"

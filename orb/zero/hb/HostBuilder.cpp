@@ -11,17 +11,10 @@
 namespace orb::zero::hb {
 namespace {
 
-const meta::PropertyInfo* propertyNamed(const meta::ClassInfo& type, std::string_view name) {
-  const meta::Name wanted(name);
-  for (const meta::PropertyInfo* property : type.all)
-    if (property->lookup == wanted) return property;
-  return nullptr;
-}
-
 void setFromHost(ModelElement::Builder& builder, const std::string& name,
                  const tyve::Value& value) {
   const meta::ClassInfo& type = builder.getMetaClass();
-  const meta::PropertyInfo* const property = propertyNamed(type, name);
+  const meta::PropertyInfo* const property = type.find(std::string_view(name));
   const ValueMarshaler* const marshaler =
       property ? MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property) : nullptr;
   if (!marshaler) raise("NoSuchProperty", {std::string(type.name), name});

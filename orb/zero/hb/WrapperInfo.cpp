@@ -61,10 +61,8 @@ tyve::Value createInto(const meta::PropertyInfo& property, const meta::ClassInfo
 /// The marshaler of the keys of a collection; null when it has none.
 const ValueMarshaler* keyMarshalerOf(const meta::PropertyInfo& property) {
   if (property.key.empty()) return nullptr;
-  for (const meta::PropertyInfo* candidate : property.type().all)
-    if (candidate->name == property.key)
-      return MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*candidate);
-  return nullptr;
+  return MetaMarshalerRegistry::getInstance().findPropertyMarshaler(
+      *property.type().find(property.key));
 }
 
 /// The marshaler of a property that holds one text; null for others.
@@ -120,7 +118,8 @@ void WrapperInfo::addElementProperty(const meta::PropertyInfo& property, Access 
                                      std::string_view primitives) {
   const ValueMarshaler* const marshaler =
       MetaMarshalerRegistry::getInstance().findPropertyMarshaler(property);
-  if (!marshaler) return;
+  const bool isKeyed = property.kind == meta::ValueKind::Keyed;
+  if (!marshaler || (isKeyed && !keyMarshalerOf(property))) return;
   const bool isWritable =
       access == Access::Full && !(property.flags & (meta::NoMutator | meta::ReadOnly));
   if (property.kind == meta::ValueKind::Single) return addSingle(property, *marshaler, isWritable);
@@ -161,13 +160,15 @@ void WrapperInfo::addCollection(const meta::PropertyInfo& property, const ValueM
               view.className);
         });
       },
-      {}, {}, std::string(propertyText_(property)), tyve::intern(name));
+      {}, {}, std::string(propertyText_(property)),
+      tyve::intern(property.type ? "orb.zero.Set" : primitives));
 }
 
 void WrapperInfo::addCreateInto(const meta::PropertyInfo& property) {
   const meta::ClassInfo& type = property.type();
   std::string name(property.name);
-  name.front() = static_cast<char>(name.front() - 'a' + 'A');
+  if (name.front() >= 'a' && name.front() <= 'z')
+    name.front() = static_cast<char>(name.front() - 'a' + 'A');
   addMethod(
       tyve::intern("createInto" + name),
       {{}, hostName(type), {getName(), any(), tyve::intern("char")}, 2},

@@ -74,7 +74,8 @@ Type AbstractMetaPackage::typeNamed(std::string_view name) const {
 
 Collection* AbstractMetaPackage::collectionOf(ModelElement::Impl& element,
                                               const PropertyInfo& property) {
-  return property.services.collection ? property.services.collection(element) : nullptr;
+  const bool isOne = property.services.collection && element.getMetaClass().has(property);
+  return isOne ? property.services.collection(element) : nullptr;
 }
 
 Class AbstractMetaPackage::createClass(std::u16string name, std::string_view dotted,
@@ -171,9 +172,7 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassInfo& in
     property->setOwningType(type);
     property->setType(typeNamed(own.typeName()));
     property->setIsQualificationUnique(true);
-    if (own.key.empty()) continue;
-    for (const PropertyInfo* key : own.type().all)
-      if (key->name == own.key) property->setQualifiedBy(created<Property>(key->id));
+    if (!own.key.empty()) property->setQualifiedBy(created<Property>(own.type().find(own.key)->id));
   }
   for (const OperationInfo& own : info.operations) {
     const std::string name = joined(info.name, own.name);

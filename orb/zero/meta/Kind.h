@@ -15,9 +15,10 @@
 ///   Primitive                          type of the values, absent for elements
 ///   Old                                what an undo record keeps, absent for collections, which
 ///                                      log every change by themselves
-///   get, assign, snapshot              reads and replaces a collection, and what of it is compared
-///   at, find, keys                     reads one entry of it by its place or key
-///   targets, add, link, release, replace, note, clear, forget
+///   get, assign, insert, snapshot      reads and changes a collection, and what of it is compared
+///   at, find, keys, rekey              reads one entry of it by its place or key, moves it
+///   note                               see `ClassInfo`
+///   targets, add, link, release, replace, clear, forget
 ///                                      see `PropertyServices`; absent where there is nothing
 namespace orb::zero::meta {
 
@@ -44,7 +45,7 @@ struct Kind<Slot<H>> {
   static Value get(const Slot<H>& slot, ProxyTag tag) {
     if (tag == ProxyTag::Resolve && slot.get() && slot.get()->isProxy()) [[unlikely]]
       return slot.get()->resolved();
-    return ModelElement(slot.get());
+    return Value(slot.get());
   }
   static void targets(const Slot<H>& slot, TargetVisitor& visitor) {
     if (slot.get()) visitor.visit(*slot.get());

@@ -40,18 +40,16 @@ class HasValue final : public query::Constraint::Node {
 
 query::Constraint constraintOf(const meta::ClassInfo& type, const std::string& name,
                                const tyve::Value& value) {
-  const meta::Name wanted(name);
-  const auto found = std::ranges::find(type.all, wanted, &meta::PropertyInfo::lookup);
+  const meta::PropertyInfo* const property = type.find(std::string_view(name));
   const auto* const marshaler =
-      found == type.all.end()
-          ? nullptr
-          : orb::zero::hb::MetaMarshalerRegistry::getInstance().findPropertyMarshaler(**found);
+      property
+          ? orb::zero::hb::MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property)
+          : nullptr;
   if (!marshaler) orb::zero::raise("NoSuchProperty", {std::string(type.name), name});
-  const meta::PropertyInfo& property = **found;
   orb::zero::Value given = marshaler->fromHost(value);
-  if (property.type && property.kind != meta::ValueKind::Single)
-    return query::ElementCollection(property).contains(given.getValue<ModelElement>());
-  return query::Constraint(std::make_shared<HasValue>(property, std::move(given)));
+  if (property->type && property->kind != meta::ValueKind::Single)
+    return query::ElementCollection(*property).contains(given.getValue<ModelElement>());
+  return query::Constraint(std::make_shared<HasValue>(*property, std::move(given)));
 }
 
 const meta::ClassInfo& classOf(const tyve::Value& type) {

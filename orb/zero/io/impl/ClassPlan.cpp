@@ -30,9 +30,8 @@ Kind kindOf(const meta::PropertyInfo& property, const Serializer& serializer) {
 }
 
 PropertyPlan planOf(const meta::PropertyInfo& property) {
-  const meta::PropertyInfo* key = nullptr;
-  if (!property.key.empty())
-    key = *std::ranges::find(property.type().all, property.key, &meta::PropertyInfo::name);
+  const meta::PropertyInfo* const key =
+      property.key.empty() ? nullptr : property.type().find(property.key);
   Serializer serializer = serializerOf(key ? *key : property);
   const Kind kind = kindOf(property, serializer);
   return {&property, kind, std::move(serializer), key, ",\"" + std::string(property.name) + "\":"};
