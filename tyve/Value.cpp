@@ -19,7 +19,7 @@ constexpr Kind kindOf = std::is_same_v<T, bool>            ? Kind::Logical
                         : std::is_same_v<T, std::int32_t>  ? Kind::Int32
                                                            : Kind::Double;
 
-bool isObject(Kind kind) { return kind >= Kind::Enumeration; }
+bool hasClass(Kind kind) { return kind >= Kind::Enumeration; }
 
 template <class T>
 requires std::is_arithmetic_v<T> std::string printed(T number) {
@@ -149,7 +149,7 @@ Value Value::withClass(Name className) const {
   other.class_ = className;
   if (kind_ == Kind::Int32)
     other.kind_ = Kind::Enumeration;
-  else if (!isObject(kind_))
+  else if (!hasClass(kind_))
     raiseNo("object");
   return other;
 }
@@ -263,7 +263,7 @@ std::string Value::describe() const {
   return std::visit(
       [&]<class T>(const T& data) -> std::string {
         if constexpr (requires { printed(data[0]); })
-          return isObject(kind_) ? "a " + name : printed(data[0]);
+          return hasClass(kind_) ? "a " + name : printed(data[0]);
         else
           return "a " + name;
       },

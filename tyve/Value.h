@@ -173,7 +173,7 @@ class TYVE_API Value {
   [[noreturn]] void raiseNo(std::string_view expected) const;
 
   Kind kind_ = Kind::Object;
-  Name class_;  // of objects only
+  Name class_;  // of enumerations and objects
   Size size_;
   Data data_;
 };

@@ -17,8 +17,8 @@ class ValueFactory;
 ///
 /// What can be refused are elements of another model ("CannotCreateCrossModelAssociation") and a
 /// repeated field name ("UniquenessConstraint"), and all types without a value factory
-/// ("InvalidValue"); what was made before stays in the model, such as a
-/// type without top and bottom.
+/// ("InvalidValue"); what was made before stays in the model, such as a type without top and
+/// bottom.
 class TORVAN_DATAMODEL_API TypeFactory {
  public:
   explicit TypeFactory(orb::zero::Model model);
