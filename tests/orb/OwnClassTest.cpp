@@ -1,5 +1,8 @@
 #include <string>
 
+#include <torvan/datamodel/ValueTypes.h>
+#include <torvan/datamodel/Variable.h>
+
 #include <orb/zero/ImplOf.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 #include <orb/zero/meta/Emit.h>
@@ -8,7 +11,8 @@
 #include "tests/orb/Diary.h"
 #include "tests/orb/Failure.h"
 
-/// A model of two classes and a type of values, declared as any library declares its own.
+/// A model of three classes, one of them derived from the data model, and a type of values,
+/// declared as any library declares its own.
 namespace library {
 
 struct Page {
@@ -36,11 +40,13 @@ namespace meta = orb::zero::meta;
 namespace query = orb::zero::query;
 using orb::zero::ModelElement;
 
+class Book;
+class Note;
+class Shelf;
 meta::AbstractMetaPackage& metaPackage();
-template <class X>
-meta::AbstractMetaPackage& packageOf(std::type_identity<X>) {
-  return metaPackage();
-}
+meta::AbstractMetaPackage& packageOf(std::type_identity<Book>) { return metaPackage(); }
+meta::AbstractMetaPackage& packageOf(std::type_identity<Note>) { return metaPackage(); }
+meta::AbstractMetaPackage& packageOf(std::type_identity<Shelf>) { return metaPackage(); }
 
 class Book : public orb::zero::Handle<Book, ModelElement> {
  public:
@@ -58,6 +64,14 @@ class Book : public orb::zero::Handle<Book, ModelElement> {
     query::Primitive<std::string> name() const { return Book::name(); }
     query::Reference sequel() const { return Book::sequel(); }
   };
+};
+
+class Note : public orb::zero::Handle<Note, torvan::datamodel::Expression> {
+ public:
+  class Impl;
+  using Handle::Handle;
+
+  static const meta::PropertyInfo& about() { return property(2); }
 };
 
 class Shelf : public orb::zero::Handle<Shelf, ModelElement> {
@@ -93,6 +107,15 @@ class Book::Impl : public orb::zero::ImplOf<Book> {
   orb::zero::PrimitiveSequence<Page>& getPages() noexcept { return pages_; }
 };
 
+class Note::Impl : public orb::zero::ImplOf<Note> {
+  orb::zero::Slot<torvan::datamodel::Variable> about_;
+
+ public:
+  static constexpr meta::Table table{
+      meta::Instances::Concrete, "library.Note", "c2b9e7d0-64f1-4a8e-8f07-3d5b1a9c6e07",
+      meta::Row{&Impl::about_, "about", 2, "e81d40f3-5a7c-4b62-9c1e-6f2a8d7b3508", Unique}};
+};
+
 class Shelf::Impl : public orb::zero::ImplOf<Shelf> {
   orb::zero::ElementMap<std::string, Book> books_{*this, &Book::Impl::keyOf, &Shelf::books};
 
@@ -109,7 +132,7 @@ std::uint16_t Shelf::count() const {
   return static_cast<std::uint16_t>((*this)->getBooks().size());
 }
 
-using Classes = meta::ClassList<Book, Shelf>;
+using Classes = meta::ClassList<Book, Note, Shelf>;
 
 class LibraryPackage final : public meta::AbstractMetaPackage {
  public:
@@ -121,6 +144,7 @@ class LibraryPackage final : public meta::AbstractMetaPackage {
  private:
   LibraryPackage() : AbstractMetaPackage(u"http://example.org/library") {}
   void instantiate(meta::MetaRegistry&) override {
+    torvan::datamodel::metaPackage().ensureInitialized();
     createPrimitiveType("library.Page");
     instantiateClasses(classesOf(Classes()));
   }
@@ -219,6 +243,18 @@ TEST_F(OwnClassTest, IsRegistered) {
   shelf->getBooks().insert(first);
   const Value count = described->getOperations()[0]->getInvoker()(shelf, {});
   EXPECT_EQ(count.getValue<std::uint16_t>(), 1U);
+}
+
+TEST_F(OwnClassTest, StaysWholeWhenWhatItRefersToIsDescribedAgain) {
+  const meta::Class note = Note::metaClass();
+  const meta::Property about = Note::about(), name = Book::name();
+  for (auto* again : {&torvan::datamodel::metaPackage(), &meta::metaPackage()}) {
+    again->initialize();
+    EXPECT_TRUE(note && note->getPropertyByIndex(1)->getName() == u"type");
+    EXPECT_EQ(note->getSuperclass()->getSuperclass()->getSuperclass()->getName(), u"ModelElement");
+    EXPECT_EQ(about->getType()->getName(), u"Variable");
+    EXPECT_EQ(name->getType()->getName(), u"StdString");
+  }
 }
 
 }  // namespace

@@ -192,6 +192,7 @@ class ColourPackage final : public meta::AbstractMetaPackage {
  public:
   ColourPackage() : AbstractMetaPackage(u"http://example.org/colour") {}
   int failures = 0;
+  orb::zero::uuid id = orb::zero::uuidOf("7b0ca6d4-4b8e-4b1a-a8a4-b1a4f0b0a001");
 
  private:
   void instantiate(MetaRegistry&) override { createEnum(u"Colour", "Colour", id); }
@@ -201,7 +202,6 @@ class ColourPackage final : public meta::AbstractMetaPackage {
     registry.registerTypeNames(colour, "Colour", "F\u00e4rbung \U0001d11e");
     if (failures-- > 0) registry.requireType("Hue");
   }
-  static constexpr orb::zero::uuid id = orb::zero::uuidOf("7b0ca6d4-4b8e-4b1a-a8a4-b1a4f0b0a001");
 };
 
 TEST_F(RegistryTest, FailedFirstUseIsTriedAgain) {
@@ -221,6 +221,26 @@ TEST_F(RegistryTest, FailedFirstUseIsTriedAgain) {
   registry.unregisterRootPackage(u"http://example.org/colour");
   EXPECT_FALSE(registry.findType("Colour") || registry.findPackage("http://example.org/colour"));
   EXPECT_TRUE(registry.findType("torvan.datamodel.Array"));
+}
+
+TEST_F(RegistryTest, ReferencesFollowWhatIsDescribedAgain) {
+  ColourPackage colours;
+  colours.initialize();
+  const Model::Freezer::Thaw thaw(registry.getModel());
+  const meta::Enum hue = meta::Enum::create(registry.getModel(), model.newUuid());
+  const auto colour = [&] { return registry.findType("Colour").get(); };
+  hue->setUnderlyingType(registry.findType("Colour"));
+  const meta::Type before = hue->getUnderlyingType();
+  colours.failures = 1;
+  EXPECT_RAISES(colours.initialize(), "NoSuchType(Hue)");
+  EXPECT_TRUE(before && hue->getUnderlyingType().get() == before.get() && colour() == before.get());
+  colours.initialize();
+  EXPECT_TRUE(!before && hue->getUnderlyingType() && hue->getUnderlyingType().get() == colour());
+  colours.id = model.newUuid();
+  colours.initialize();
+  EXPECT_FALSE(hue->getUnderlyingType());
+  hue->destroy();
+  registry.unregisterRootPackage(u"http://example.org/colour");
 }
 
 /// Needs another package, of which it fails to describe more.

@@ -43,7 +43,7 @@ void AbstractMetaPackage::registerIn(MetaRegistry& registry) {
   registry_ = &registry;
   types_.clear();
   registry.unregisterRootPackage(uri_);
-  if (const Package before = packageAt(uri_)) before->destroy();
+  if (const Package before = packageAt(uri_)) update.remove(before);
   registry.registerRootPackage(createPackage({}, uri_));
   instantiate(registry);
   weave(registry, registry.getSerializers());

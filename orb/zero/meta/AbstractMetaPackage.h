@@ -22,9 +22,10 @@ class ORB_ZERO_API AbstractMetaPackage {
   AbstractMetaPackage(const AbstractMetaPackage&) = delete;
   AbstractMetaPackage& operator=(const AbstractMetaPackage&) = delete;
 
-  /// Makes the descriptions, in the place of those from before, whose handles test false then. If
-  /// something is raised, such as "NoSuchType" with the name of a type that is missing, the
-  /// registry is as it was.
+  /// Makes the descriptions, in the place of those from before, whose handles test false then. What
+  /// other packages describe refers to the new ones of the same UUIDs, or to none where these are
+  /// gone. If something is raised, such as "NoSuchType" with the name of a type that is missing,
+  /// the registry is as it was.
   void initialize() { registerIn(MetaRegistry::getInstance()); }
   /// The same, unless it was done before. Every record does it when asked for its description;
   /// who looks for a class by name only does it first.

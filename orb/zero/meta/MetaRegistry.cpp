@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include <orb/zero/ElementRange.h>
 #include <orb/zero/Exception.h>
+#include <orb/zero/Targets.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 #include <orb/zero/meta/impl/StandardPackage.h>
 
@@ -178,7 +180,27 @@ MetaRegistry::Update::~Update() {
   std::swap(registry_.serializers_.types_, serializersBefore_);
 }
 
+void MetaRegistry::Update::remove(const Package& package) {
+  const Model& model = registry_.model_;
+  Targets named;
+  for (const ModelElement& element : model.elements()) {
+    if (isInside(element, package)) continue;
+    for (const PropertyInfo* property : element->getMetaClass().all) {
+      if (property->isOwning || !property->type) continue;
+      named.collect(*element.get(), *property);
+      for (Element* target : named.found) {
+        if (!isInside(ModelElement(target), package)) continue;
+        proxies_.push_back(model.createProxy(target->getMetaClass(), target->getUuid()));
+        property->services.replace(*element.get(), *target, *proxies_.back().get());
+      }
+    }
+  }
+  package->destroy();
+}
+
 void MetaRegistry::Update::commit() {
+  for (const ModelElement& proxy : proxies_)
+    if (proxy && !proxy->resolve()) proxy->destroy();
   transaction_.commit();
   isCommitted_ = true;
   if (outer_) return outer_->made_.splice(outer_->made_.end(), made_);

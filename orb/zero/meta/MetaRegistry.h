@@ -107,6 +107,9 @@ class ORB_ZERO_API MetaRegistry::Update {
   Update& operator=(const Update&) = delete;
   ~Update();
 
+  /// Destroys a package with all inside. What is outside and referred to it refers to proxies until
+  /// the update commits.
+  void remove(const Package& package);
   /// The outermost one makes its packages, and those of inner ones, count as initialised.
   void commit();
 
@@ -121,6 +124,7 @@ class ORB_ZERO_API MetaRegistry::Update {
   PropertySerializerRegistry::Types serializersBefore_;
   Update* outer_;
   std::list<AbstractMetaPackage*> made_;
+  std::vector<ModelElement> proxies_;  // of what was removed
   bool isCommitted_ = false;
 };
 
