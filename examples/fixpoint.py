@@ -73,6 +73,8 @@ def grows(place: Any, value: Any) -> bool:
 
 
 if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
     session = Session.load(sys.argv[1])
     solve(session, session.find(model.System)[0])
     for variable in values:

@@ -99,6 +99,11 @@ Value convert(PyObject* object, int depth) {
     return integer(index.ptr());
   }
   if (isUuid(object)) return Value::text(textOf(py::str(object).ptr()));
+  if (py::hasattr(py::type::handle_of(object), "__fspath__")) {
+    const auto path = py::reinterpret_steal<py::object>(PyOS_FSPath(object));
+    if (!path) throw py::error_already_set();
+    if (PyUnicode_Check(path.ptr())) return Value::text(textOf(path.ptr()));
+  }
   throw py::type_error("an object of type '" + std::string(Py_TYPE(object)->tp_name) +
                        "' has no form in the class system");
 }

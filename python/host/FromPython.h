@@ -20,7 +20,7 @@ namespace py = pybind11;
 /// | bool | logical |
 /// | int, and what has `__index__` | int32 when it fits, else double |
 /// | float | double |
-/// | str, uuid.UUID | row of characters |
+/// | str, uuid.UUID, path as a str | row of characters |
 /// | list or tuple, all of str or empty | strings |
 /// | other list or tuple | cell |
 /// | dict with keys of str | struct |

@@ -25,6 +25,7 @@ _words = {
 }
 _results = _words | {"char": "str", "TyveFactoryString vector": "list[str]"}
 _header = '''\
+from os import PathLike as _PathLike
 from typing import Any, Collection, Generic as _Generic, Iterator, Sequence as _Sequence
 from typing import TypeVar as _TypeVar
 from uuid import UUID as _UUID
@@ -36,7 +37,7 @@ class _Reference(_Generic[_T]):
 '''
 _or_none = " or none"
 _arguments = _words | {
-    "char": "str | _UUID",
+    "char": "str | _UUID | _PathLike[str]",
     "TyveFactoryString vector": "_Sequence[str]",
 }
 
@@ -78,10 +79,16 @@ class _Stub:
         lines += [f"{name} = {value}" for name, value in told["members"]]
         if told["constructor"]:
             lines += self.function("__init__", told["constructor"], "None")
-        extension = {} if told["members"] else _extension_of(cls)
-        for method in told["methods"]:
-            if method["name"] not in extension:
-                lines += self.function(method["name"], method, self.result_of(method))
+        methods: dict[str, Any] = {}
+        extension: dict[str, list[str]] = {}
+        # What is declared as a collection is of a class derived from it, and can do more.
+        for each in (*filter(_extension_of, cls.__subclasses__()), cls):
+            described = tyve.describe(f"{each.__module__}.{each.__name__}")
+            methods |= {method["name"]: method for method in described["methods"]}
+            extension |= {} if told["members"] else _extension_of(each)
+        for name, method in methods.items():
+            if name not in extension:
+                lines += self.function(name, method, self.result_of(method))
         lines += [line for stub in extension.values() for line in stub]
         # Last, as their names may be those of types and decorators.
         for told_property in told["properties"]:

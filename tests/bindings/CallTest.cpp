@@ -34,7 +34,8 @@ TEST_F(CallTest, ConstructorsRefuseWhatTheyCannotUse) {
     EXPECT_EQ(failure("Variable", {noModel}), "CannotCreateWithoutModel");
   for (const Host& noUuid : {text("12345678-1234"), Host::scalar(1.0), Host(),
                              Host::structure({"name"}, {text("x"), text("y")}, {1, 2})})
-    EXPECT_EQ(failure("Variable", {model, noUuid}), "InvalidValue");
+    EXPECT_EQ(failure("Variable", {model, noUuid}),
+              "InvalidValue(" + noUuid.describe() + ",this is no UUID)");
   EXPECT_EQ(failure("Variable", {model, Host::structure({"type"}, {host(sets->getTop())})}),
             "CannotCastIncompatibleTypes(torvan.datamodel.LatticeType)");
 }
@@ -81,7 +82,8 @@ TEST_F(CallTest, CreateIntoAddsOneElementOrNone) {
 
   const std::size_t size = session.model().size();
   EXPECT_RAISES(call(array, "createIntoValues", {init}), "UniquenessConstraint");
-  EXPECT_RAISES(call(array, "createIntoValues", {init, text("no UUID")}), "InvalidValue");
+  EXPECT_RAISES(call(array, "createIntoValues", {init, text("no UUID")}),
+                "InvalidValue('no UUID',this is no UUID)");
   EXPECT_EQ(session.model().size(), size);
 
   call(array, "createIntoValues");
@@ -191,6 +193,7 @@ TEST_F(CallTest, ObjectsTellWhatTheyArePartOfAndHowTheyAreShown) {
   EXPECT_EQ(printed(construct("IndexRef", {model})), "IndexRef(,0 : 0)");
   EXPECT_EQ(printed(type), "<torvan.datamodel.PowerSetType 'P' " + get(type, "uuid").text() + ">");
   EXPECT_EQ(printed(none), "an empty torvan.datamodel.LatticeType");
+  EXPECT_EQ(printed(get(type, "universe")), "<orb.zero.PrimitiveSet of 3>");
   EXPECT_EQ(printed(empty("Term")), "an empty torvan.datamodel.Term");
   x->destroy();
   EXPECT_EQ(printed(object), "a deleted torvan.datamodel.Variable");

@@ -119,7 +119,7 @@ TEST_F(SessionTest, FactoriesMakeWholeThingsOrNothing) {
                               call(expressions, "create_join", {Host::cell({x, Host(), top})})});
   EXPECT_EQ(classNamed(equation.className()).print(equation), "StructRef(x,'a') = Join(x,,111)");
   const Host system = call(builder, "build");
-  EXPECT_EQ(classNamed(system.className()).print(system), "<torvan.datamodel.System, 1 equations>");
+  EXPECT_EQ(classNamed(system.className()).print(system), "<torvan.datamodel.System, 1 equation>");
 
   const Host foreign = host(sets), size = get(get(made, "model"), "size");
   const auto failure = [&](const Host& object, std::string_view method, std::vector<Host> given) {
@@ -131,7 +131,7 @@ TEST_F(SessionTest, FactoriesMakeWholeThingsOrNothing) {
   EXPECT_EQ(failure(makesValues, "create_struct", {records, Host::strings({"a", "a"}), tops}),
             "UniquenessConstraint");
   EXPECT_EQ(failure(makesValues, "create_struct", {records, Host::strings({"a"}), Host()}),
-            "InvalidValue(an empty object,there are not as many as names)");
+            "InvalidValue(an empty object,there are not as many values as keys)");
   EXPECT_EQ(failure(expressions, "create_join", {Host::cell({text("x")})}),
             "CannotCastIncompatibleTypes(torvan.datamodel.Term)");
   EXPECT_EQ(
@@ -155,6 +155,8 @@ TEST_F(SessionTest, FilesGiveBackModelsAndValues) {
   const Host found = call(get(other, "model"), "find", {get(red, "uuid")});
   EXPECT_EQ(bitsOf("members", {found}), Host::cell({text("red")}));
   EXPECT_EQ(bitsOf("text", {get(get(found, "type"), "top")}).text(), "111");
+  EXPECT_RAISES(call(made, "export_values", {Host::cell({red}), valueFile}),
+                "InvalidValue(a cell,a struct of values by name is needed)");
   const Host values = call(other, "import_values", {valueFile});
   EXPECT_EQ(call(values.field("r"), "eq", {red}), Host::scalar(true));
   EXPECT_FALSE(values.field("none").native()->isValid());

@@ -37,8 +37,9 @@ def test_sequences(colours):
 def test_maps(array):
     values = array.values
     assert isinstance(values, abc.Mapping) and list(values) == values.keys() == [3, 5, 7]
-    assert values[7].index == 7 and values.get(8) is None and 7 in values
-    assert all(wrong not in values for wrong in (8, "7", None, -1, 2**40))
+    assert values[7].index == 7 == values.get(7).index and 7 in values
+    for wrong in (8, "7", "\udc80", None, -1, 2**40, 10**400):
+        assert wrong not in values and values.get(wrong) is None and values.get(wrong, 5) == 5
     assert dict(values) == dict(values.items()) and list(reversed(values)) == [7, 5, 3]
     with pytest.raises(KeyError):
         values[8]

@@ -13,19 +13,18 @@ from torvan import datamodel, session
 
 
 def described(name):
-    """What scripts rely on of a class, a line each:
-    class < superclass
+    """What scripts rely on of a class, a line each. Superclasses are told by the data model.
     class.property type, = for one that can be set
     class.method(types of arguments) how many are optional, result, 'names of arguments'"""
     told = tyve.describe(name)
     calls = [told["constructor"]] * bool(told["constructor"]) + told["methods"]
     assert all(each["documentation"] for each in [told, *told["properties"], *calls])
-    yield f"{name} < {told['superclass']}"
     for each in told["properties"]:
         yield f"{name}.{each['name']} {'' if each['read_only'] else '= '}{each['result']}"
     for each in calls:
-        yield (f"{name}.{each['name']}({','.join(each['arguments'])}) {each['optional']} "
-               f"{each['result']} '{each['argument_names']}'" + " static" * each["static"])
+        if each["name"] != "StaticMetaClass":
+            yield (f"{name}.{each['name']}({','.join(each['arguments'])}) {each['optional']} "
+                   f"{each['result']} '{each['argument_names']}'" + " static" * each["static"])
 
 
 def test_classes_never_change():
@@ -60,6 +59,8 @@ def test_what_cannot_be_loaded_cannot_be_imported():
 
 
 USE = """
+from pathlib import Path
+from typing import Callable
 import orb.zero
 from torvan import datamodel, session
 model = orb.zero.Model()
@@ -72,6 +73,9 @@ equation = own.create_system_builder().add_equation(None, None)
 equation.lhs = own.expression_factory.create_variable(None, "x")
 print(equation.lhs.type, colours.top, datamodel.Array(model).createIntoValues({}, None))
 equation.lhs = None
+record, system = datamodel.Struct(model), datamodel.System(model)
+print(record.values.get("a"), record.values.at("a"), "a" in record.values, system.equations[:1])
+save: Callable[[Path], None] = own.save
 for variable in equation.getRhsVariables():
     print(variable.name.upper(), variable.StaticMetaClass().name)
 """

@@ -1,6 +1,7 @@
 """What converts to what, and what is refused."""
 
 import enum
+import pathlib
 import uuid
 
 import hypothesis
@@ -28,6 +29,7 @@ class Odd(enum.IntEnum):
         (Odd.ONE, "1"),
         ("ä\0", "'ä\0'"),
         (uuid.UUID(int=5), "'00000000-0000-0000-0000-000000000005'"),
+        (pathlib.PurePosixPath("a/b"), "'a/b'"),
         ([], "an empty string"),
         (("a", "b"), "a 1-by-2 string"),
         (["a", 1], "a 1-by-2 cell"),
@@ -45,6 +47,8 @@ def echoed(given):
         return []
     if isinstance(given, dict):
         return {key: echoed(value) for key, value in given.items()}
+    if type(given) is int and not -(2**31) <= given < 2**31:
+        return float(given)
     if not isinstance(given, list):
         return given
     is_one_text = len(given) == 1 and isinstance(given[0], str)
@@ -62,12 +66,7 @@ nested = strategies.recursive(
 @hypothesis.settings(max_examples=50, deadline=None, database=None)
 @hypothesis.given(given=nested)
 def test_values_come_back(probe, given):
-    assert probe.Thing.echo(given) == echoed(given)
-
-
-def test_kinds_of_numbers_are_kept(probe):
-    for given, kind in ((True, bool), (5, int), (2**40, float), (0.0, float)):
-        assert type(probe.Thing.echo(given)) is kind
+    assert repr(probe.Thing.echo(given)) == repr(echoed(given))  # with the kinds of numbers
 
 
 @pytest.mark.parametrize(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -103,9 +104,11 @@ class Wrapper final : public orb::zero::hb::ORB0WrapperInfo<X> {
       if (!text.empty()) return text;
     } else if constexpr (std::same_as<X, System>) {
       if (object.isScalar())
-        if (const System system = Base::fromHost(object))
-          return "<" + object.className().text() + ", " +
-                 std::to_string(system->getEquations().size()) + " equations>";
+        if (const System system = Base::fromHost(object)) {
+          const std::size_t size = system->getEquations().size();
+          return "<" + object.className().text() + ", " + std::to_string(size) +
+                 (size == 1 ? " equation>" : " equations>");
+        }
     }
     return Base::print(object);
   }

@@ -83,6 +83,12 @@ CollectionClass::CollectionClass(std::string_view name, std::string_view supercl
   }
 }
 
+std::string CollectionClass::print(const tyve::Value& object) const {
+  if (!object.isScalar() || !object.native()->isValid()) return COSClassInfo::print(object);
+  return "<" + object.className().text() + " of " + std::to_string(collectionOf(object).size()) +
+         ">";
+}
+
 template <class Call>
 void CollectionClass::addReader(std::string_view name, std::string_view result,
                                 std::string_view argument, Call call, std::string documentation) {

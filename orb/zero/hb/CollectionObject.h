@@ -68,6 +68,9 @@ class ORB_ZERO_HB_API CollectionClass final : public tyve::COSClassInfo {
   CollectionClass(std::string_view name, std::string_view superclass, unsigned members,
                   std::string documentation);
 
+  /// The class, and the size as long as there is an owner.
+  std::string print(const tyve::Value& object) const override;
+
   /// The class for a property that holds elements.
   static std::string_view nameFor(const meta::PropertyInfo& property);
 

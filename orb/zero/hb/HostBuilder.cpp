@@ -49,7 +49,7 @@ BuilderPointer createBuilderFromStructFirst(const meta::ClassInfo& type, const M
 uuid extractUuid(const tyve::Value& value) {
   const auto text = tyve::factory::CharPolicy::fromHost(value);
   const std::optional<uuid> id = text ? parseUuid(*text) : std::nullopt;
-  if (!id) raise("InvalidValue");
+  if (!id) raise("InvalidValue", {value.describe(), "this is no UUID"});
   return *id;
 }
 

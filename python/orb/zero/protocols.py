@@ -70,10 +70,7 @@ class Keys(Listing):
         return reversed(self.keys())
 
     def __contains__(self: Any, key: object) -> bool:
-        try:
-            return bool(self.at(key))
-        except TypeError:  # no key could be of that type
-            return False
+        return bool(self.get(key))
 
     def items(self: Any) -> list[tuple[Any, Any]]:
         """All keys, each with what is under it."""
@@ -81,4 +78,7 @@ class Keys(Listing):
 
     def get(self: Any, key: Any, default: Any = None) -> Any:
         """What is under a key, or the default when nothing is."""
-        return self.at(key) or default
+        try:
+            return self.at(key) or default
+        except (TypeError, ValueError, OverflowError):  # no key could be that
+            return default

@@ -36,7 +36,8 @@ std::shared_ptr<SessionObject> loadSession(const std::string& path) {
 }
 
 void exportTo(const std::string& path, const Value& values) {
-  if (!values.is(tyve::Kind::Struct)) orb::zero::raise("InvalidValue", {values.describe()});
+  if (!values.is(tyve::Kind::Struct))
+    orb::zero::raise("InvalidValue", {values.describe(), "a struct of values by name is needed"});
   const auto fields = fieldsOf<LatticeValue>(values, {});
   std::vector<NamedValue> named;
   for (std::size_t i = 0; i < fields.keys.size(); ++i)

@@ -47,7 +47,7 @@ template <class Key, class T>
 Entries<Key, T> entriesOf(const tyve::Value& keys, const tyve::Value& values) {
   Entries<Key, T> entries{itemsOf<Key>(keys), itemsOf<T>(values)};
   if (entries.keys.size() != entries.values.size())
-    orb::zero::raise("InvalidValue", {values.describe(), "there are not as many as names"});
+    orb::zero::raise("InvalidValue", {values.describe(), "there are not as many values as keys"});
   return entries;
 }
 
@@ -55,7 +55,8 @@ Entries<Key, T> entriesOf(const tyve::Value& keys, const tyve::Value& values) {
 template <class T>
 Entries<std::string, T> fieldsOf(const tyve::Value& fields, const tyve::Value& values) {
   if (!fields.is(tyve::Kind::Struct)) return entriesOf<std::string, T>(fields, values);
-  if (!fields.isScalar()) orb::zero::raise("InvalidValue", {fields.describe()});
+  if (!fields.isScalar())
+    orb::zero::raise("InvalidValue", {fields.describe(), "one struct is needed"});
   if (!values.isEmpty())
     orb::zero::raise("InvalidValue", {values.describe(), "the struct has the values"});
   Entries<std::string, T> entries;
