@@ -31,8 +31,8 @@ struct Options {
   std::string dependences;  // as given: the default is "data"
   std::string list;
   std::string format = "text";
-  std::string output;
-  std::string system;
+  std::string output = "-";
+  std::string system;  // where to save it, if anywhere
   bool equations = false;
   bool statistics = false;
 };
@@ -150,13 +150,19 @@ void printStatistics(const BlockSystem& system, const Slicer& slicer, double mil
             << " ms\n";
 }
 
+/// An empty name would count as one that is not given.
+std::string checkName(const std::string& name) { return name.empty() ? "the name is empty" : ""; }
+
 Options parse(int argc, char** argv, CLI::App& app) {
   Options options;
   app.description("Slices a block diagram: finds the blocks that influence a block.");
-  app.add_option("file", options.file, "a .zcos or .xcos file, or a saved system")->required();
+  app.add_option("file", options.file, "a .zcos or .xcos file, or a saved system")
+      ->required()
+      ->check(checkName);
   auto* const criteria =
       app.add_option("--criterion", options.criteria,
-                     "NAME, NAME.inN or NAME.inN[K]; may be repeated; all sinks without any");
+                     "slice by NAME, NAME.inN or NAME.inN[K]; may be repeated; without it, by each "
+                     "sink on its own");
   auto* const backward =
       app.add_flag("--backward")->description("what influences the criterion (default)");
   auto* const forward = app.add_flag("--forward", options.forward, "what the criterion influences");
@@ -166,12 +172,14 @@ Options parse(int argc, char** argv, CLI::App& app) {
       ->default_str("data");
   auto* const list = app.add_option("--list", options.list, "list blocks instead of slicing")
                          ->check(CLI::IsMember({"sinks", "sources", "blocks"}));
-  app.add_option("--format", options.format)
+  app.add_option("--format", options.format, "how slices are written")
       ->check(CLI::IsMember({"text", "json", "dot", "svg"}))
       ->capture_default_str();
-  app.add_option("-o", options.output, "write to a file instead of standard output");
+  app.add_option("-o", options.output, "write to a file instead of standard output")
+      ->check(checkName);
   app.add_option("--save", options.system,
-                 "save the system of equations as well, to be sliced again later");
+                 "save the system of equations as well, to be sliced again later")
+      ->check(checkName);
   auto* const equations =
       app.add_flag("--equations", options.equations, "print the equations as well, as text");
   auto* const statistics =
@@ -214,7 +222,7 @@ void checkTargets(const Options& options, bool isSystem) {
   std::vector<std::string> used{options.file}, targets;
   if (isSystem) used = filesOf(options.file);
   if (!options.system.empty()) targets = filesOf(options.system);
-  if (!options.output.empty()) targets.push_back(options.output);
+  if (options.output != "-") targets.push_back(options.output);
   for (const std::string& target : targets) {
     for (const std::string& file : used) {
       std::error_code none;
@@ -225,10 +233,31 @@ void checkTargets(const Options& options, bool isSystem) {
   }
 }
 
+/// What is to be sliced by; the slices are still empty.
+std::vector<Result> findCriteria(const Options& options, const BlockSystem& system) {
+  const CriterionFinder finder(system.blocks);
+  std::vector<Result> results;
+  for (const std::string& text :
+       options.criteria.empty() ? listOf(system, "sinks") : options.criteria)
+    results.push_back({text, finder.find(text), {}});
+  const bool slicesOnly = options.system.empty() && !options.equations && !options.statistics;
+  if (results.empty() && slicesOnly)
+    throw CriterionError(options.file + ": has no sinks to slice by; name a block by --criterion");
+  if (results.size() != 1 && isPicture(options.format))
+    throw CriterionError("a picture shows the slice by one criterion, not by " +
+                         std::to_string(results.size()));
+  for (const Result& result : results)
+    if (options.forward && result.criterion.port)
+      throw CriterionError("a forward slice starts at a block, not at an input: " + result.text);
+  return results;
+}
+
 int slice(const Options& options) {
   const Source source = readSource(options);
   checkTargets(options, !source.diagram);
   const BlockSystem& system = source.system;
+  std::vector<Result> results;
+  if (options.list.empty()) results = findCriteria(options, system);
   if (!options.system.empty()) saveSystem(system, options.system);
   if (!options.list.empty()) {
     std::string text;
@@ -236,18 +265,6 @@ int slice(const Options& options) {
     writeOutput(text, options.output);
     return 0;
   }
-
-  const CriterionFinder finder(system.blocks);
-  std::vector<Result> results;
-  for (const std::string& text :
-       options.criteria.empty() ? listOf(system, "sinks") : options.criteria)
-    results.push_back({text, finder.find(text), {}});
-  if (results.size() != 1 && isPicture(options.format))
-    throw CriterionError("a picture shows the slice by one criterion, not by " +
-                         std::to_string(results.size()));
-  for (const Result& result : results)
-    if (options.forward && result.criterion.port)
-      throw CriterionError("a forward slice starts at a block, not at an input: " + result.text);
 
   const auto start = std::chrono::steady_clock::now();
   Slicer slicer = [&] {

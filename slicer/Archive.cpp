@@ -11,7 +11,7 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr zip_uint64_t kMaxEntrySize = 64 << 20;
+constexpr zip_uint64_t maxEntrySize = 64 << 20;
 
 struct EntryCloser {
   void operator()(zip_file_t* entry) const { zip_fclose(entry); }
@@ -21,9 +21,8 @@ struct EntryCloser {
 
 std::string readFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file)) {
+  if (!stream || std::filesystem::is_directory(file))
     throw DiagramError(file.string(), "cannot open the file");
-  }
   std::ostringstream bytes;
   bytes << stream.rdbuf();
   if (bytes.bad()) throw DiagramError(file.string(), "cannot read the file");
@@ -38,28 +37,27 @@ Archive::Archive(std::string_view bytes, std::string name) : name_(std::move(nam
   zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
   if (source) archive_.reset(zip_open_from_source(source, ZIP_RDONLY, &error));
   if (!archive_) {
-    const std::string reason = zip_error_strerror(&error);
+    std::string problem = "not a zip archive";
+    if (zip_error_code_zip(&error) != ZIP_ER_NOZIP)
+      problem += std::string(" (") + zip_error_strerror(&error) + ')';
     zip_source_free(source);
     zip_error_fini(&error);
-    throw DiagramError(name_, "not a zip archive (" + reason + ")");
+    throw DiagramError(name_, problem);
   }
 }
 
 std::string Archive::entry(const std::string& entryName) const {
   zip_stat_t status;
-  if (zip_stat(archive_.get(), entryName.c_str(), 0, &status) != 0) {
+  if (zip_stat(archive_.get(), entryName.c_str(), 0, &status) != 0)
     throw DiagramError(name_, "has no " + entryName);
-  }
-  if (!(status.valid & ZIP_STAT_SIZE) || status.size > kMaxEntrySize) {
+  if (!(status.valid & ZIP_STAT_SIZE) || status.size > maxEntrySize)
     throw DiagramError(name_, entryName + " is too large");
-  }
   std::string bytes(status.size, '\0');
   const std::unique_ptr<zip_file_t, EntryCloser> file(
       zip_fopen_index(archive_.get(), status.index, 0));
   if (!file ||
-      zip_fread(file.get(), bytes.data(), bytes.size()) != static_cast<zip_int64_t>(bytes.size())) {
+      zip_fread(file.get(), bytes.data(), bytes.size()) != static_cast<zip_int64_t>(bytes.size()))
     throw DiagramError(name_, entryName + " is damaged");
-  }
   return bytes;
 }
 

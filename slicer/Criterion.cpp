@@ -90,9 +90,8 @@ Criterion CriterionFinder::find(const std::string& text) const {
 
   criterion.element = parseNumber(element);
   const std::size_t size = block.ports[*criterion.port].size;
-  if (*criterion.element == 0 || (size > 0 && *criterion.element > size)) {
+  if (*criterion.element == 0 || (size > 0 && *criterion.element > size))
     throw CriterionError("input " + input + " of '" + block.name + "' has no element " + element);
-  }
   return criterion;
 }
 

@@ -66,10 +66,9 @@ bool DependenceSystem::isOutput(const LeafPort& port) const {
 // ---------------------------------------------------------------- types and variables
 ArrayType DependenceSystem::vectorType(std::size_t size) {
   ArrayType& type = vectorTypes_[size];
-  if (!type) {
+  if (!type)
     type = session_.typeFactory()->createArrayType("leaves^" + std::to_string(size), leafSet_,
                                                    static_cast<std::uint16_t>(size));
-  }
   return type;
 }
 

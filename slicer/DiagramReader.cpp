@@ -24,10 +24,10 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr int kMaxDepth = 50;
-constexpr double kMaxCoordinate = 1e6;
-constexpr double kMaxPortNumber = 1e6;
-constexpr std::string_view kLabelSuffix = "#identifier";
+constexpr int maxDepth = 50;
+constexpr double maxCoordinate = 1e6;
+constexpr double maxPortNumber = 1e6;
+constexpr std::string_view labelSuffix = "#identifier";
 
 struct PortTag {
   std::string_view tag;
@@ -35,7 +35,7 @@ struct PortTag {
   Direction direction;
 };
 
-constexpr std::array kPortTags{
+constexpr std::array portTags{
     PortTag{"ExplicitInputPort", SignalKind::Data, Direction::In},
     PortTag{"ExplicitOutputPort", SignalKind::Data, Direction::Out},
     PortTag{"ControlPort", SignalKind::Event, Direction::In},
@@ -44,7 +44,7 @@ constexpr std::array kPortTags{
     PortTag{"ImplicitOutputPort", SignalKind::Implicit, Direction::Out},
 };
 
-constexpr std::array kBoundaryTags{
+constexpr std::array boundaryTags{
     PortTag{"ExplicitInBlock", SignalKind::Data, Direction::In},
     PortTag{"ExplicitOutBlock", SignalKind::Data, Direction::Out},
     PortTag{"EventInBlock", SignalKind::Event, Direction::In},
@@ -53,8 +53,8 @@ constexpr std::array kBoundaryTags{
     PortTag{"ImplicitOutBlock", SignalKind::Implicit, Direction::Out},
 };
 
-constexpr std::array<std::string_view, 3> kLinkTags{"ExplicitLink", "CommandControlLink",
-                                                    "ImplicitLink"};
+constexpr std::array<std::string_view, 3> linkTags{"ExplicitLink", "CommandControlLink",
+                                                   "ImplicitLink"};
 
 const PortTag* findTag(const std::array<PortTag, 6>& tags, std::string_view name) {
   const auto found = std::find_if(tags.begin(), tags.end(),
@@ -67,12 +67,12 @@ bool isBlock(const pugi::xml_node& cell) {
 }
 
 bool isLink(const pugi::xml_node& cell) {
-  return std::find(kLinkTags.begin(), kLinkTags.end(), cell.name()) != kLinkTags.end();
+  return std::find(linkTags.begin(), linkTags.end(), cell.name()) != linkTags.end();
 }
 
 double coordinate(const pugi::xml_attribute& attribute) {
   const double value = attribute.as_double();
-  return std::isfinite(value) ? std::clamp(value, -kMaxCoordinate, kMaxCoordinate) : 0;
+  return std::isfinite(value) ? std::clamp(value, -maxCoordinate, maxCoordinate) : 0;
 }
 
 Point pointOf(const pugi::xml_node& node) {
@@ -127,27 +127,25 @@ class SheetReader {
  public:
   SheetReader(const ParameterReader& parameters, std::string file, std::string path, int depth)
       : parameters_(parameters), file_(std::move(file)), path_(std::move(path)), depth_(depth) {
-    if (depth > kMaxDepth) throw DiagramError(file_, "super-blocks are nested too deeply");
+    if (depth > maxDepth) throw DiagramError(file_, "super-blocks are nested too deeply");
   }
 
   Diagram read(const pugi::xml_node& holder) {
     diagram_.title = holder.attribute("title").value();
     const pugi::xml_node root = holder.child("mxGraphModel").child("root");
     if (!root) throw DiagramError(file_, "holds no block diagram");
-    for (const pugi::xml_node& cell : root) {
+    for (const pugi::xml_node& cell : root)
       if (isBlock(cell)) readBlock(cell);
-    }
     for (const pugi::xml_node& cell : root) {
-      if (const PortTag* tag = findTag(kPortTags, cell.name())) {
+      if (const PortTag* tag = findTag(portTags, cell.name())) {
         addPort(cell, *tag);
       } else if (std::string_view(cell.name()) == "mxCell") {
         readLabel(cell);
       }
     }
     for (Block& block : diagram_.blocks) separatePorts(block);
-    for (const pugi::xml_node& cell : root) {
+    for (const pugi::xml_node& cell : root)
       if (isLink(cell)) readLink(cell);
-    }
     return std::move(diagram_);
   }
 
@@ -163,9 +161,8 @@ class SheetReader {
     block.geometry = rectangleOf(cell.child("mxGeometry"));
     block.orientation = orientationOf(cell.attribute("style").value());
     block.exprs = parameters_.read(cell, "exprs").texts;
-    if (const PortTag* tag = findTag(kBoundaryTags, cell.name())) {
+    if (const PortTag* tag = findTag(boundaryTags, cell.name()))
       block.boundary = Boundary{tag->kind, tag->direction, boundaryNumber(cell, block)};
-    }
     readInner(cell, block);
     blockIndex_.emplace(block.id, diagram_.blocks.size());
     diagram_.blocks.push_back(std::move(block));
@@ -173,9 +170,8 @@ class SheetReader {
 
   int boundaryNumber(const pugi::xml_node& cell, const Block& block) const {
     const Parameter number = parameters_.read(cell, "integerParameters");
-    if (!number.numbers.empty() && std::abs(number.numbers[0]) <= kMaxPortNumber) {
+    if (!number.numbers.empty() && std::abs(number.numbers[0]) <= maxPortNumber)
       return static_cast<int>(number.numbers[0]);
-    }
     int typed = 0;
     if (!block.exprs.empty()) {
       const std::string& text = block.exprs[0];
@@ -211,7 +207,7 @@ class SheetReader {
   /// count, nor in a super-block, whose ports meet what is inside by the numbers in the file.
   void separatePorts(Block& block) {
     if (block.isSplit || !block.inner.empty()) return;
-    for (const PortTag& tag : kPortTags) {
+    for (const PortTag& tag : portTags) {
       std::set<int> taken;
       std::vector<Port*> doubles;
       for (Port& port : block.ports)
@@ -230,8 +226,8 @@ class SheetReader {
 
   void readLabel(const pugi::xml_node& cell) {
     std::string_view id = cell.attribute("id").value();
-    if (!id.ends_with(kLabelSuffix)) return;
-    id.remove_suffix(kLabelSuffix.size());
+    if (!id.ends_with(labelSuffix)) return;
+    id.remove_suffix(labelSuffix.size());
     const auto block = blockIndex_.find(std::string(id));
     if (block == blockIndex_.end()) return;
     diagram_.blocks[block->second].label = plainText(cell.attribute("value").value());
@@ -241,15 +237,13 @@ class SheetReader {
     const std::string name = cell.name() + std::string(" ") + cell.attribute("id").value();
     const auto source = linkEnd(cell, "source");
     const auto target = linkEnd(cell, "target");
-    if (!source || !target) {
+    if (!source || !target)
       return warn(name + " is not connected at its " + (source ? "target" : "source"));
-    }
     const SignalKind kind = kindAt(*source);
     if (kind != kindAt(*target)) return warn(name + " joins ports of different kinds");
     Link link{kind, *source, *target, {}};
-    for (const pugi::xml_node& point : childAs(cell.child("mxGeometry"), "points")) {
+    for (const pugi::xml_node& point : childAs(cell.child("mxGeometry"), "points"))
       link.points.push_back(pointOf(point));
-    }
     diagram_.links.push_back(std::move(link));
   }
 
@@ -282,17 +276,16 @@ Diagram readDiagram(std::string_view bytes, const std::string& name) {
   std::string content(bytes);
   std::vector<Parameter> table;
   if (looksLikeArchive(bytes)) {
-    constexpr const char* kTable = "dictionary/dictionary.ser";
+    constexpr const char* tableName = "dictionary/dictionary.ser";
     const Archive archive(bytes, name);
     content = archive.entry("content.xml");
-    table = SerialStream(archive.entry(kTable), name + ": " + kTable).parameters();
+    table = SerialStream(archive.entry(tableName), name + ": " + tableName).parameters();
   }
   pugi::xml_document document;
   const pugi::xml_parse_result result = document.load_buffer(content.data(), content.size());
-  if (!result) {
+  if (!result)
     throw DiagramError(name, std::string("damaged XML: ") + result.description() + " at byte " +
                                  std::to_string(result.offset));
-  }
   const ParameterReader parameters(std::move(table), name);
   return SheetReader(parameters, name, "", 0).read(document.document_element());
 }

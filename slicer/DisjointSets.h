@@ -20,9 +20,8 @@ class DisjointSets {
 
   /// The number that stands for the whole set.
   std::size_t find(std::size_t member) {
-    while (parents_[member] != member) {
+    while (parents_[member] != member)
       member = std::exchange(parents_[member], parents_[parents_[member]]);
-    }
     return member;
   }
 

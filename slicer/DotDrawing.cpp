@@ -26,9 +26,9 @@ class DotDrawing {
 
  private:
   void drawLeaf(std::size_t leaf) {
-    const BlockColours& colours = leaf == highlight_.criterion ? kCriterionColours
-                                  : isHighlighted(leaf)        ? kSliceColours
-                                                               : kPlainColours;
+    const BlockColours& colours = leaf == highlight_.criterion ? criterionColours
+                                  : isHighlighted(leaf)        ? sliceColours
+                                                               : plainColours;
     out_ << "  n" << leaf << " [label=\"" << escapeDot(network_.leaves()[leaf].name)
          << "\", fillcolor=\"" << colours.fill << "\", color=\"" << colours.stroke
          << "\", fontcolor=\"" << colours.text << "\"];\n";
@@ -38,29 +38,26 @@ class DotDrawing {
     const Net& net = network_.nets()[index];
     if (net.kind == SignalKind::Implicit) return drawImplicitNet(index);
     const std::string style = net.kind == SignalKind::Event ? ", style=dashed" : "";
-    for (const LeafPortIndex& driver : net.drivers) {
-      for (const LeafPortIndex& reader : net.readers) {
+    for (const LeafPortIndex& driver : net.drivers)
+      for (const LeafPortIndex& reader : net.readers)
         out_ << "  n" << driver.leaf << " -> n" << reader.leaf << " ["
              << lineStyle(isHighlighted(driver.leaf) && isHighlighted(reader.leaf)) << style
              << "];\n";
-      }
-    }
   }
 
-  // An undirected coupling has no source: its lines meet in a point.
+  /// An undirected coupling has no source: its lines meet in a point.
   void drawImplicitNet(std::size_t index) {
     const Net& net = network_.nets()[index];
     if (net.readers.size() < 2) return;
     out_ << "  net" << index << " [shape=point];\n";
-    for (const LeafPortIndex& port : net.readers) {
+    for (const LeafPortIndex& port : net.readers)
       out_ << "  n" << port.leaf << " -> net" << index << " ["
            << lineStyle(isHighlighted(port.leaf)) << ", dir=none];\n";
-    }
   }
 
   static std::string lineStyle(bool highlighted) {
-    return highlighted ? std::string("penwidth=2, color=\"") + kSliceLine + "\""
-                       : std::string("color=\"") + kPlainLine + "\"";
+    return highlighted ? std::string("penwidth=2, color=\"") + sliceLine + "\""
+                       : std::string("color=\"") + plainLine + "\"";
   }
 
   bool isHighlighted(std::size_t leaf) const { return highlight_.leaves.contains(leaf); }

@@ -6,7 +6,7 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr std::size_t kMaxElements = 1'000'000;
+constexpr std::size_t maxElements = 1'000'000;
 
 bool isSender(const Block& block) { return block.kind == "GOTO" || block.kind == "CLKGOTO"; }
 
@@ -20,7 +20,7 @@ std::string expression(const Block& block, std::size_t index) {
 
 std::size_t sizeOf(const Port& port) {
   const auto size = static_cast<std::size_t>(port.rows) * static_cast<std::size_t>(port.columns);
-  return size <= kMaxElements ? size : 0;
+  return size <= maxElements ? size : 0;
 }
 
 }  // namespace
@@ -31,9 +31,8 @@ Flattener::Flattener(const Diagram& diagram) {
 }
 
 std::vector<Leaf> Flattener::takeLeaves() {
-  for (Leaf& leaf : leaves_) {
+  for (Leaf& leaf : leaves_)
     for (LeafPort& port : leaf.ports) port.net = joined_.find(port.net);
-  }
   return std::move(leaves_);
 }
 
@@ -44,9 +43,8 @@ std::size_t Flattener::addSheet(const Diagram& diagram, std::size_t parent, cons
     sheets_[sheet].firstPorts.push_back(joined_.size());
     joined_.add(block.ports.size());
   }
-  for (std::size_t index = 0; index < diagram.blocks.size(); ++index) {
+  for (std::size_t index = 0; index < diagram.blocks.size(); ++index)
     addBlock(diagram.blocks[index], index, sheet, enclosing);
-  }
   joinLinks(sheets_[sheet]);
   return sheet;
 }
@@ -80,23 +78,20 @@ void Flattener::addLeaf(const Block& block, std::size_t firstPort, Leaf leaf) {
   leaf.kind = block.kind;
   leaf.feedthrough = block.dependsOnU;
   leaf.exprs = block.exprs;
-  for (const Port& port : block.ports) {
+  for (const Port& port : block.ports)
     leaf.ports.push_back({port.kind, port.direction, port.number, sizeOf(port), firstPort++});
-  }
   leaves_.push_back(std::move(leaf));
 }
 
 void Flattener::joinPorts(const Block& block, std::size_t firstPort) {
-  for (std::size_t i = 1; i < block.ports.size(); ++i) {
+  for (std::size_t i = 1; i < block.ports.size(); ++i)
     if (block.ports[i].kind == block.ports[0].kind) joined_.unite(firstPort, firstPort + i);
-  }
 }
 
 void Flattener::joinLinks(const Sheet& sheet) {
   const auto number = [&](const PortIndex& at) { return sheet.firstPorts[at.block] + at.port; };
-  for (const Link& link : sheet.diagram->links) {
+  for (const Link& link : sheet.diagram->links)
     joined_.unite(number(link.source), number(link.target));
-  }
 }
 
 void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, const Sheet& inner) {
@@ -106,19 +101,16 @@ void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, con
     for (std::size_t p = 0; p < outer.ports.size(); ++p) {
       const Port& port = outer.ports[p];
       if (port.kind == block.boundary->kind && port.direction == block.boundary->direction &&
-          port.number == block.boundary->number && port.kind == block.ports.front().kind) {
+          port.number == block.boundary->number && port.kind == block.ports.front().kind)
         joined_.unite(firstOuterPort + p, inner.firstPorts[i]);
-      }
     }
   }
 }
 
 void Flattener::joinTags() {
-  for (const TagBlock& receiver : receivers_) {
-    for (const TagBlock& sender : senders_) {
+  for (const TagBlock& receiver : receivers_)
+    for (const TagBlock& sender : senders_)
       if (reaches(sender, receiver)) joined_.unite(sender.firstPort, receiver.firstPort);
-    }
-  }
 }
 
 bool Flattener::reaches(const TagBlock& sender, const TagBlock& receiver) const {

@@ -8,25 +8,24 @@ namespace torvan::slicer {
 namespace {
 
 using Entity = std::pair<std::string_view, char>;
-constexpr std::array kEntities{Entity{"&lt;", '<'},    Entity{"&gt;", '>'},
-                               Entity{"&amp;", '&'},   Entity{"&quot;", '"'},
-                               Entity{"&apos;", '\''}, Entity{"&nbsp;", ' '}};
+constexpr std::array entities{Entity{"&lt;", '<'},   Entity{"&gt;", '>'},    Entity{"&amp;", '&'},
+                              Entity{"&quot;", '"'}, Entity{"&apos;", '\''}, Entity{"&nbsp;", ' '}};
 
-// A '<' opens a tag only before a name, a slash or a comment: "a < b" is text.
+/// A '<' opens a tag only before a name, a slash or a comment: "a < b" is text.
 bool opensTag(std::string_view text) {
   if (text.size() < 2 || text[0] != '<') return false;
   const char next = text[1];
   return std::isalpha(static_cast<unsigned char>(next)) || next == '/' || next == '!';
 }
 
-// Takes one character off the front of `text`; a tag counts as a blank.
+/// Takes one character off the front of `text`; a tag counts as a blank.
 char takeCharacter(std::string_view& text) {
   if (opensTag(text)) {
     const std::size_t end = text.find('>');
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     return ' ';
   }
-  for (const auto& [entity, character] : kEntities) {
+  for (const auto& [entity, character] : entities) {
     if (text.starts_with(entity)) {
       text.remove_prefix(entity.size());
       return character;

@@ -13,9 +13,8 @@ class Spreading {
  public:
   Spreading(const Diagram& diagram, const std::vector<bool>& isHighlighted)
       : diagram_(diagram), isHighlighted_(isHighlighted), linksAt_(diagram.blocks.size()) {
-    for (std::size_t link = 0; link < diagram.links.size(); ++link) {
+    for (std::size_t link = 0; link < diagram.links.size(); ++link)
       for (const PortIndex& end : endsOf(link)) linksAt_[end.block].push_back(link);
-    }
   }
 
   /// Per link and end, whether that end is reached from a highlighted block that drives (or, for
@@ -28,18 +27,16 @@ class Spreading {
     };
     for (std::size_t link = 0; link < diagram_.links.size(); ++link) {
       const auto ends = endsOf(link);
-      for (std::size_t end = 0; end < 2; ++end) {
+      for (std::size_t end = 0; end < 2; ++end)
         if (isSource(ends[end], direction)) reach(link, end);
-      }
     }
     while (!open.empty()) {
       const auto [link, end] = open.front();
       open.pop_front();
       const std::size_t block = endsOf(link)[1 - end].block;
       if (!diagram_.blocks[block].isSplit) continue;
-      for (const std::size_t next : linksAt_[block]) {
+      for (const std::size_t next : linksAt_[block])
         if (next != link) reach(next, endsOf(next)[0].block == block ? 0 : 1);
-      }
     }
     return reached;
   }
@@ -68,9 +65,8 @@ std::vector<bool> highlightedLinks(const Diagram& diagram, const std::vector<boo
   const auto driven = spreading.reachedFrom(Direction::Out);
   const auto read = spreading.reachedFrom(Direction::In);
   std::vector<bool> result(diagram.links.size());
-  for (std::size_t link = 0; link < result.size(); ++link) {
+  for (std::size_t link = 0; link < result.size(); ++link)
     result[link] = (driven[link][0] && read[link][1]) || (driven[link][1] && read[link][0]);
-  }
   return result;
 }
 

@@ -9,14 +9,14 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr double kGrid = 10;
-constexpr double kStub = 10;  // how far a line leaves its block before it turns
-constexpr double kSlack = 4;  // an offset this small is drawn as a straight line
+constexpr double grid = 10;
+constexpr double stubLength = 10;  // how far a line leaves its block before it turns
+constexpr double slack = 4;        // an offset this small is drawn as a straight line
 
-// In clockwise order, as quarter turns go.
+/// In clockwise order, as quarter turns go.
 enum class Side { Left, Top, Right, Bottom };
 
-// One end of a link. Splits have no side: lines meet them from anywhere.
+/// One end of a link. Splits have no side: lines meet them from anywhere.
 struct End {
   Point at;
   std::optional<Side> side;
@@ -41,7 +41,7 @@ Side defaultSide(const Block& block, const Port& port) {
   return isSwapped ? static_cast<Side>((static_cast<int>(side) + 2) % 4) : side;
 }
 
-// A port that the file places sits just outside one edge of its block.
+/// A port that the file places sits just outside one edge of its block.
 std::optional<End> placeFromFile(const Block& block, const Port& port) {
   if (!port.centre) return std::nullopt;
   const Rectangle& box = block.geometry;
@@ -55,7 +55,7 @@ std::optional<End> placeFromFile(const Block& block, const Port& port) {
   return End{{box.x + onEdge.x, box.y + onEdge.y}, side, box};
 }
 
-// Other ports share their edge evenly, in the order of their numbers and on the grid if they fit.
+/// Other ports share their edge evenly, in the order of their numbers and on the grid if they fit.
 End placeOnEdge(const Block& block, const Port& port) {
   const Side side = defaultSide(block, port);
   const auto isOnSide = [&](const Port& other) { return defaultSide(block, other) == side; };
@@ -67,7 +67,7 @@ End placeOnEdge(const Block& block, const Port& port) {
   const auto along = [&](double length) {
     const double gap = length / static_cast<double>(all + 1);
     const double place = gap * static_cast<double>(before + 1);
-    return all > 1 && gap >= kGrid ? std::round(place / kGrid) * kGrid : place;
+    return all > 1 && gap >= grid ? std::round(place / grid) * grid : place;
   };
   const Rectangle& box = block.geometry;
   const double x = box.x + along(box.width);
@@ -91,14 +91,14 @@ bool isHorizontal(const End& end) { return end.side == Side::Left || end.side ==
 bool isVertical(const End& end) { return end.side == Side::Top || end.side == Side::Bottom; }
 
 Point stubOf(const End& end) {
-  constexpr std::array<Point, 4> kOutwards{Point{-kStub, 0}, Point{0, -kStub}, Point{kStub, 0},
-                                           Point{0, kStub}};
+  constexpr std::array<Point, 4> outwards{Point{-stubLength, 0}, Point{0, -stubLength},
+                                          Point{stubLength, 0}, Point{0, stubLength}};
   if (!end.side) return end.at;
-  const Point step = kOutwards[static_cast<std::size_t>(*end.side)];
+  const Point step = outwards[static_cast<std::size_t>(*end.side)];
   return {end.at.x + step.x, end.at.y + step.y};
 }
 
-// Whether `target` lies on the side of its block where a line leaves.
+/// Whether `target` lies on the side of its block where a line leaves.
 bool isAhead(const End& end, const Point& target) {
   if (!end.side) return true;
   const Point stub = stubOf(end);
@@ -108,16 +108,16 @@ bool isAhead(const End& end, const Point& target) {
 
 Point swapped(const Point& point) { return {point.y, point.x}; }
 
-// A free lane between two intervals, or beyond both when they overlap.
+/// A free lane between two intervals, or beyond both when they overlap.
 double laneBetween(double start1, double length1, double start2, double length2) {
   const double end1 = start1 + length1;
   const double end2 = start2 + length2;
   if (end1 < start2) return (end1 + start2) / 2;
   if (end2 < start1) return (end2 + start1) / 2;
-  return std::max(end1, end2) + kStub;
+  return std::max(end1, end2) + stubLength;
 }
 
-// Bends between two stubs that leave along the same axis.
+/// Bends between two stubs that leave along the same axis.
 std::vector<Point> bendParallel(const End& from, const End& to, bool horizontal) {
   const auto turn = [&](const Point& point) { return horizontal ? point : swapped(point); };
   const Point a = turn(stubOf(from));
@@ -137,7 +137,7 @@ std::vector<Point> bendParallel(const End& from, const End& to, bool horizontal)
   return {turn(a), turn({a.x, lane}), turn({b.x, lane}), turn(b)};
 }
 
-// Bends between stubs of which at most one leaves vertically and at most one horizontally.
+/// Bends between stubs of which at most one leaves vertically and at most one horizontally.
 std::vector<Point> bendCrossing(const End& from, const End& to) {
   const bool horizontalFirst = isHorizontal(from) || isVertical(to) || (!from.side && !to.side);
   const Point first{to.at.x, from.at.y};
@@ -150,7 +150,7 @@ std::vector<Point> bendCrossing(const End& from, const End& to) {
 }
 
 bool isAlmostStraight(const Point& a, const Point& b) {
-  return std::abs(a.x - b.x) < kSlack || std::abs(a.y - b.y) < kSlack;
+  return std::abs(a.x - b.x) < slack || std::abs(a.y - b.y) < slack;
 }
 
 std::vector<Point> freeRoute(const End& from, const End& to) {
@@ -161,8 +161,8 @@ std::vector<Point> freeRoute(const End& from, const End& to) {
                                         : bendCrossing(from, to);
 }
 
-// Leads a route from its last bend to an end: into a block at a right angle to its edge, into a
-// split after one more turn.
+/// Leads a route from its last bend to an end: into a block at a right angle to its edge, into a
+/// split after one more turn.
 void leadTo(const End& end, std::vector<Point>& route) {
   const Point bend = route.back();
   if (!isAhead(end, bend)) {

@@ -19,7 +19,7 @@ Parameter readInlineMatrix(const pugi::xml_node& node) {
   std::stable_sort(cells.begin(), cells.end(),
                    [&](const auto& a, const auto& b) { return place(a) < place(b); });
   const bool isText = std::string_view(node.name()).ends_with("String");
-  Parameter result{node.attribute("height").as_uint(), node.attribute("width").as_uint(), {}, {}};
+  Parameter result;
   for (const pugi::xml_node& cell : cells) {
     if (isText) {
       result.texts.emplace_back(cell.attribute("value").value());
@@ -41,9 +41,8 @@ Parameter ParameterReader::read(const pugi::xml_node& block, std::string_view pa
   if (!node.attribute("binary").as_bool()) return readInlineMatrix(node);
   const std::string position = node.attribute("position").value();
   const std::size_t index = node.attribute("position").as_uint(~0U);
-  if (index >= table_.size()) {
+  if (index >= table_.size())
     throw DiagramError(source_, "has no parameter number " + position + " in its table");
-  }
   return table_[index];
 }
 

@@ -6,36 +6,36 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr std::uint64_t kMagicAndVersion = 0xACED0005;
-constexpr std::uint32_t kFirstHandle = 0x7E0000;
+constexpr std::uint64_t magicAndVersion = 0xACED0005;
+constexpr std::uint32_t firstHandle = 0x7E0000;
 
 enum Tag : std::uint8_t {
-  kNull = 0x70,
-  kReference = 0x71,
-  kClassDescription = 0x72,
-  kObject = 0x73,
-  kText = 0x74,
-  kArray = 0x75,
-  kBlock = 0x77,
-  kEnd = 0x78,
-  kLongBlock = 0x7A,
+  Null = 0x70,
+  Reference = 0x71,
+  ClassDescription = 0x72,
+  Object = 0x73,
+  Text = 0x74,
+  Array = 0x75,
+  Block = 0x77,
+  End = 0x78,
+  LongBlock = 0x7A,
 };
 
-constexpr std::uint8_t kWritesOwnData = 1;
-constexpr std::uint8_t kHasFields = 2;
-constexpr std::uint8_t kOnlyOwnData = 4;
-constexpr std::uint8_t kOwnDataInBlocks = 8;
+constexpr std::uint8_t writesOwnData = 1;
+constexpr std::uint8_t hasFields = 2;
+constexpr std::uint8_t onlyOwnData = 4;
+constexpr std::uint8_t ownDataInBlocks = 8;
 
 // References let a short stream describe an endless or a huge value, so nesting and the amount of
 // characters and numbers copied out are limited.
-constexpr int kMaxDepth = 100;
-constexpr std::size_t kSpareBudget = 1'000'000;
-constexpr std::size_t kBudgetPerByte = 8;
+constexpr int maxDepth = 100;
+constexpr std::size_t spareBudget = 1'000'000;
+constexpr std::size_t budgetPerByte = 8;
 
 class DepthGuard {
  public:
   DepthGuard(int& depth, const ByteReader& input) : depth_(depth) {
-    if (depth >= kMaxDepth) input.failExpecting("less deep nesting");
+    if (depth >= maxDepth) input.failExpecting("less deep nesting");
     ++depth_;
   }
   ~DepthGuard() { --depth_; }
@@ -51,43 +51,40 @@ bool isReferenceType(char type) { return type == '[' || type == 'L'; }
 }  // namespace
 
 SerialStream::SerialStream(std::string_view bytes, std::string source)
-    : input_(bytes, std::move(source)), budget_(kSpareBudget + kBudgetPerByte * bytes.size()) {}
+    : input_(bytes, std::move(source)), budget_(spareBudget + budgetPerByte * bytes.size()) {}
 
 std::vector<Parameter> SerialStream::parameters() {
-  if (input_.number(4, "a stream header") != kMagicAndVersion) {
+  if (input_.number(4, "a stream header") != magicAndVersion)
     input_.failExpecting("a version 5 stream header");
-  }
   const Content* root = readContent();
   std::vector<Parameter> parameters;
-  for (const Content* element : listElements(*root)) {
-    collect(*element, parameters.emplace_back());
-  }
+  for (const Content* element : listElements(*root)) collect(*element, parameters.emplace_back());
   return parameters;
 }
 
 const SerialStream::Content* SerialStream::readContent() {
   const DepthGuard guard(depth_, input_);
   switch (const auto tag = input_.number(1, "a value")) {
-    case kNull: {
+    case Tag::Null: {
       static const Content null;
       return &null;
     }
-    case kReference:
+    case Tag::Reference:
       if (const Content* content = readHandle().content) return content;
       input_.failExpecting("a reference to a value");
-    case kText:
+    case Tag::Text:
       return newText(input_.text("a text"));
-    case kBlock:
-    case kLongBlock: {
+    case Tag::Block:
+    case Tag::LongBlock: {
       const std::size_t size =
-          tag == kBlock ? input_.number(1, "a block size") : input_.count("a block size");
+          tag == Tag::Block ? input_.number(1, "a block size") : input_.count("a block size");
       Content& block = newContent(Kind::Block);
       block.text = input_.bytes(size, "a data block");
       return &block;
     }
-    case kArray:
+    case Tag::Array:
       return readArray();
-    case kObject:
+    case Tag::Object:
       return readObject();
     default:
       input_.failExpecting("a value before this byte");
@@ -123,13 +120,13 @@ const SerialStream::Content* SerialStream::readObject() {
 
 void SerialStream::readObjectData(const ClassDescription& description, Content& object) {
   const DepthGuard guard(depth_, input_);
-  if (description.flags & kOnlyOwnData) {
-    if (!(description.flags & kOwnDataInBlocks)) input_.failExpecting("own data in blocks");
+  if (description.flags & onlyOwnData) {
+    if (!(description.flags & ownDataInBlocks)) input_.failExpecting("own data in blocks");
     readContentsToEnd(object);
     return;
   }
   if (description.super) readObjectData(*description.super, object);
-  if (!(description.flags & kHasFields)) return;
+  if (!(description.flags & hasFields)) return;
   for (const char type : description.fieldTypes) {
     if (isReferenceType(type)) {
       readContent();
@@ -137,23 +134,23 @@ void SerialStream::readObjectData(const ClassDescription& description, Content& 
       input_.primitive(type);
     }
   }
-  if (description.flags & kWritesOwnData) readContentsToEnd(object);
+  if (description.flags & writesOwnData) readContentsToEnd(object);
 }
 
 void SerialStream::readContentsToEnd(Content& object) {
-  while (input_.peek() != kEnd) object.items.push_back(readContent());
+  while (input_.peek() != Tag::End) object.items.push_back(readContent());
   input_.bytes(1, "an end mark");
 }
 
 const SerialStream::ClassDescription* SerialStream::readClassDescription() {
   const DepthGuard guard(depth_, input_);
   switch (input_.number(1, "a class description")) {
-    case kNull:
+    case Tag::Null:
       return nullptr;
-    case kReference:
+    case Tag::Reference:
       if (const ClassDescription* description = readHandle().description) return description;
       input_.failExpecting("a reference to a class description");
-    case kClassDescription:
+    case Tag::ClassDescription:
       return readNewClassDescription();
     default:
       input_.failExpecting("a class description before this byte");
@@ -193,7 +190,7 @@ SerialStream::Content& SerialStream::newContent(Kind kind) {
 }
 
 SerialStream::Handle SerialStream::readHandle() {
-  const std::uint64_t handle = input_.number(4, "a reference") - kFirstHandle;
+  const std::uint64_t handle = input_.number(4, "a reference") - firstHandle;
   if (handle >= handles_.size()) input_.failExpecting("a reference to something read before");
   return handles_[handle];
 }
@@ -201,13 +198,11 @@ SerialStream::Handle SerialStream::readHandle() {
 std::vector<const SerialStream::Content*> SerialStream::listElements(const Content& list) const {
   // The first block holds a format version and the number of elements, four bytes each.
   if (list.kind != Kind::Object || list.items.empty() || list.items[0]->kind != Kind::Block ||
-      list.items[0]->text.size() < 8) {
+      list.items[0]->text.size() < 8)
     input_.failExpecting("a list of values");
-  }
   std::size_t size = 0;
-  for (const char byte : list.items[0]->text.substr(4, 4)) {
+  for (const char byte : list.items[0]->text.substr(4, 4))
     size = size << 8 | static_cast<std::uint8_t>(byte);
-  }
   if (size > list.items.size() - 1) input_.failExpecting("all elements of a list");
   const auto first = list.items.begin() + 1;
   return {first, first + static_cast<std::ptrdiff_t>(size)};
@@ -219,8 +214,6 @@ void SerialStream::collect(const Content& value, Parameter& into) {
   const auto isArray = [](const Content* item) { return item->kind == Kind::Array; };
   if (value.kind == Kind::Object && value.text.ends_with("List")) {
     for (const Content* element : listElements(value)) collect(*element, into);
-    into.rows = into.texts.size() + into.numbers.size();
-    into.columns = 1;
   } else if (value.kind == Kind::Object) {
     const auto rows = std::find_if(value.items.begin(), value.items.end(), isArray);
     if (rows == value.items.end()) return;
@@ -232,8 +225,6 @@ void SerialStream::collect(const Content& value, Parameter& into) {
         into.texts.push_back(text->text);
       }
     }
-    into.rows = (*rows)->items.size();
-    into.columns = into.rows == 0 ? 0 : (into.texts.size() + into.numbers.size()) / into.rows;
   }
 }
 

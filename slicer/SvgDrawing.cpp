@@ -13,15 +13,15 @@
 namespace torvan::slicer {
 namespace {
 
-constexpr double kPixelsPerUnit = 2;
-constexpr double kMargin = 30;
-constexpr double kLegendHeight = 50;
-constexpr double kMinWidth = 420;
-constexpr double kSplitRadius = 2.5;
-constexpr double kLargestFont = 9;
-constexpr double kSmallestFont = 4.5;
-constexpr double kLabelFont = 7;
-constexpr double kGlyphWidth = 0.66;  // of the font size, on average
+constexpr double pixelsPerUnit = 2;
+constexpr double margin = 30;
+constexpr double legendHeight = 50;
+constexpr double minWidth = 420;
+constexpr double splitRadius = 2.5;
+constexpr double largestFont = 9;
+constexpr double smallestFont = 4.5;
+constexpr double labelFont = 7;
+constexpr double glyphWidth = 0.66;  // of the font size, on average
 
 enum class Standing { Plain, Slice, Criterion };
 
@@ -31,12 +31,12 @@ const char* className(Standing standing) {
                                          : "plain";
 }
 
-// Counts characters, not bytes, of UTF-8 text.
+/// Counts characters, not bytes, of UTF-8 text.
 double textWidth(std::string_view text, double font) {
   const auto characters = std::count_if(text.begin(), text.end(), [](char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
   });
-  return static_cast<double>(characters) * kGlyphWidth * font;
+  return static_cast<double>(characters) * glyphWidth * font;
 }
 
 std::ostream& operator<<(std::ostream& out, const Point& point) {
@@ -61,9 +61,8 @@ class SvgDrawing {
     openPicture();
     drawLegend();
     drawLinks();
-    for (std::size_t block = 0; block < diagram_.blocks.size(); ++block) {
+    for (std::size_t block = 0; block < diagram_.blocks.size(); ++block)
       drawBlock(diagram_.blocks[block], standings_[block]);
-    }
     out_ << "</svg>\n";
     return out_.str();
   }
@@ -73,12 +72,11 @@ class SvgDrawing {
     return standings_[network_.leaves()[leaf].path.front()];
   }
 
-  // Finds the links to highlight, and with them the splits and tag blocks they end at.
+  /// Finds the links to highlight, and with them the splits and tag blocks they end at.
   void lightLinks() {
     std::vector<bool> isHighlighted;
-    for (std::size_t i = 0; i < standings_.size(); ++i) {
+    for (std::size_t i = 0; i < standings_.size(); ++i)
       isHighlighted.push_back(standings_[i] != Standing::Plain || isTag(diagram_.blocks[i]));
-    }
     isLit_ = highlightedLinks(diagram_, isHighlighted);
     for (std::size_t link = 0; link < isLit_.size(); ++link) {
       if (!isLit_[link]) continue;
@@ -108,11 +106,11 @@ class SvgDrawing {
 
   void openPicture() {
     const Rectangle box = bounds();
-    corner_ = {box.x - kMargin, box.y - kMargin - kLegendHeight};
-    const double width = std::max(box.width + 2 * kMargin, kMinWidth);
-    const double height = box.height + 2 * kMargin + kLegendHeight;
-    out_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width * kPixelsPerUnit
-         << "\" height=\"" << height * kPixelsPerUnit << "\" viewBox=\"" << corner_.x << ' '
+    corner_ = {box.x - margin, box.y - margin - legendHeight};
+    const double width = std::max(box.width + 2 * margin, minWidth);
+    const double height = box.height + 2 * margin + legendHeight;
+    out_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width * pixelsPerUnit
+         << "\" height=\"" << height * pixelsPerUnit << "\" viewBox=\"" << corner_.x << ' '
          << corner_.y << ' ' << width << ' ' << height << "\">\n";
     writeStyle();
     out_ << "<rect x=\"" << corner_.x << "\" y=\"" << corner_.y << "\" width=\"" << width
@@ -126,12 +124,12 @@ class SvgDrawing {
          << "text.label { font-style: italic; fill: #475569; }\n"
          << "polyline { fill: none; stroke-linejoin: round; }\n"
          << "polyline.event { stroke-dasharray: 4 3; }\n";
-    writeColours("plain", kPlainColours, kPlainLine, 1);
-    writeColours("slice", kSliceColours, kSliceLine, 1.6);
-    writeColours("criterion", kCriterionColours, kSliceLine, 2.2);
+    writeColours("plain", plainColours, plainLine, 1);
+    writeColours("slice", sliceColours, sliceLine, 1.6);
+    writeColours("criterion", criterionColours, sliceLine, 2.2);
     out_ << "</style>\n<defs>\n";
-    writeArrow("plain", kPlainLine);
-    writeArrow("slice", kSliceLine);
+    writeArrow("plain", plainLine);
+    writeArrow("slice", sliceLine);
     out_ << "</defs>\n";
   }
 
@@ -166,21 +164,19 @@ class SvgDrawing {
   }
 
   double drawSwatch(Standing standing, double x, const std::string& text) {
-    constexpr double kFont = 8;
+    constexpr double font = 8;
     const double y = corner_.y + 38;
     writeBox({x, y, 14, 9}, 2, standing);
-    writeText("start", {x + 18, y + 7.5}, kFont, text);
-    return x + 30 + textWidth(text, kFont);
+    writeText("start", {x + 18, y + 7.5}, font, text);
+    return x + 30 + textWidth(text, font);
   }
 
   const Leaf& criterion() const { return network_.leaves()[highlight_.criterion]; }
 
   void drawLinks() {
-    for (const bool lit : {false, true}) {
-      for (std::size_t link = 0; link < isLit_.size(); ++link) {
+    for (const bool lit : {false, true})
+      for (std::size_t link = 0; link < isLit_.size(); ++link)
         if (isLit_[link] == lit) drawLink(diagram_.links[link], routes_[link], lit);
-      }
-    }
   }
 
   void drawLink(const Link& link, const std::vector<Point>& route, bool lit) {
@@ -204,28 +200,26 @@ class SvgDrawing {
     const Rectangle& box = block.geometry;
     if (block.isSplit) {
       out_ << "<circle class=\"" << className(standing) << "\" cx=\"" << box.x + box.width / 2
-           << "\" cy=\"" << box.y + box.height / 2 << "\" r=\"" << kSplitRadius << "\"/>\n";
+           << "\" cy=\"" << box.y + box.height / 2 << "\" r=\"" << splitRadius << "\"/>\n";
       return;
     }
     out_ << "<g><title>" << escapeXml(block.name + ' ' + block.label) << "</title>\n";
     writeBox(box, 4, standing);
-    if (!block.inner.empty()) {
+    if (!block.inner.empty())
       writeBox({box.x + 2.5, box.y + 2.5, box.width - 5, box.height - 5}, 2.5, standing);
-    }
     writeName(block, standing);
-    if (!block.label.empty()) {
-      writeText("label", {box.x + box.width / 2, box.y + box.height + kLabelFont + 2}, kLabelFont,
+    if (!block.label.empty())
+      writeText("label", {box.x + box.width / 2, box.y + box.height + labelFont + 2}, labelFont,
                 block.label);
-    }
     out_ << "</g>\n";
   }
 
-  // Kind above number or tag, as large as the block allows.
+  /// Kind above number or tag, as large as the block allows.
   void writeName(const Block& block, Standing standing) {
     const Rectangle& box = block.geometry;
     const double room = std::max(box.width - (block.inner.empty() ? 4 : 8), 1.0);
-    const double fitting = kLargestFont * room / textWidth(block.kind, kLargestFont);
-    const double font = std::clamp(std::min(fitting, box.height / 3), kSmallestFont, kLargestFont);
+    const double fitting = largestFont * room / textWidth(block.kind, largestFont);
+    const double font = std::clamp(std::min(fitting, box.height / 3), smallestFont, largestFont);
     const Point middle{box.x + box.width / 2, box.y + box.height / 2};
     const bool hasTag = isTag(block) && !block.exprs.empty();
     const std::string detail = hasTag ? block.exprs[0] : block.name.substr(block.kind.size());

@@ -101,6 +101,56 @@ class ProgramTest(unittest.TestCase):
             self.assert_refused("is not overwritten", *words)
         self.assertEqual({file: file.read_bytes() for file in self.folder.iterdir()}, before)
 
+    def test_saving_changes_nothing_beside_the_target(self):
+        diagram, target, link, later = (self.folder / name for name in ("slice.part", "slice", "link", "later"))
+        diagram.write_text(pathlib.Path(DIAGRAM).read_text())
+        target.touch()
+        target.chmod(0o606)
+        link.symlink_to("slice")
+        later.symlink_to(self.folder / "new")
+        wanted = run(diagram).stdout
+        for output in (link, later):
+            run(diagram, "-o", output, umask=0o027)
+            self.assertTrue(output.is_symlink())
+            self.assertEqual(output.read_text(), wanted)
+        self.assertEqual([output.stat().st_mode & 0o777 for output in (link, later)], [0o606, 0o640])
+        self.assertEqual(diagram.read_text(), pathlib.Path(DIAGRAM).read_text())
+        self.assertEqual(set(self.folder.iterdir()), {diagram, target, link, later, self.folder / "new"})
+        target.unlink()
+        target.symlink_to("link")
+        self.assert_refused("cannot write", diagram, "-o", link)
+        self.assertTrue(link.is_symlink())
+
+    def test_output_goes_into_devices_and_pipes(self):
+        wanted = run(DIAGRAM).stdout
+        for output in ("-", "/dev/stdout", "/dev/fd/1"):
+            self.assertEqual(run(DIAGRAM, "-o", output).stdout, wanted)
+        self.assertEqual(run(DIAGRAM, "-o", "/dev/null").stdout, "")
+        log = self.folder / "log"
+        log.write_text("before\n")
+        with log.open("a") as out:
+            subprocess.run([PROGRAM, DIAGRAM, "-o", "/dev/stdout"], stdout=out, check=True)
+        self.assertEqual(log.read_text(), "before\n" + wanted)
+        self.assert_refused("cannot write '/dev/full'", DIAGRAM, "-o", "/dev/full")
+        self.assert_refused("is no file", DIAGRAM, "-o", self.folder)
+        self.assertEqual(list(self.folder.iterdir()), [log])
+
+    def test_empty_names_are_refused(self):
+        for words in (["", "--list", "sinks"], [DIAGRAM, "-o", ""], [DIAGRAM, "--save", ""]):
+            result = run(*words)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), words)
+            self.assertIn("the name is empty", result.stderr)
+
+    def test_diagrams_without_sinks_need_a_criterion(self):
+        source = self.folder / "source.xcos"
+        source.write_text('<XcosDiagram><mxGraphModel><root><BasicBlock interfaceFunctionName="CONST_m" '
+                          'simulationFunctionType="DEFAULT"/></root></mxGraphModel></XcosDiagram>')
+        for words in ([], ["--forward"], ["--format", "svg"]):
+            self.assert_refused("source.xcos: has no sinks to slice by", source, *words)
+        self.assertEqual(run(source, "--criterion", "CONST_m").stdout.split()[-1], "CONST_m#1")
+        for words in (["--list", "sinks"], ["--equations"], ["--stats"], ["--save", self.folder / "saved"]):
+            self.assertEqual(run(source, *words).returncode, 0, words)
+
     def test_options_that_do_not_go_together_are_refused(self):
         for words in (["--equations", "--format", "svg"], ["--equations", "--format", "json"],
                       ["--list", "sinks", "--format", "json"], ["--list", "sinks", "--equations"],
@@ -133,7 +183,9 @@ class ProgramTest(unittest.TestCase):
 
     def test_bad_input_is_refused_in_one_line(self):
         self.assert_refused("no-such-file.zcos", "no-such-file.zcos")
-        self.assert_refused("there is no block 'NONE#1'", DIAGRAM, "--criterion", "NONE#1")
+        self.assert_refused("there is no block 'NONE#1'", DIAGRAM, "--criterion", "CMSCOPE#1", "--criterion", "NONE#1",
+                            "--save", self.folder / "saved")
+        self.assertEqual(list(self.folder.iterdir()), [])
         for text in ("N" * 100_000, "]", "MUX#1.in", "MUX#1.in1[]", "MUX#1.1[1]", ".in1.in1[1]"):
             self.assert_refused("there is no block", DIAGRAM, "--criterion", text)
         self.assert_refused("'CONST_m' is ambiguous", DIAGRAM, "--criterion", "CONST_m")
@@ -148,7 +200,7 @@ class ProgramTest(unittest.TestCase):
         self.assert_refused("cut.xcos", cut)
         broken = self.folder / "broken.zcos"
         broken.write_bytes(b"PK\x03\x04 and nothing more")
-        self.assert_refused("broken.zcos", broken)
+        self.assert_refused("broken.zcos: not a zip archive\n", broken)
 
 
 if __name__ == "__main__":

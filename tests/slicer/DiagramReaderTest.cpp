@@ -10,6 +10,7 @@
 #include "DiagramError.h"
 #include "SerialBytes.h"
 #include "SheetText.h"
+#include "tests/support/Failure.h"
 
 namespace torvan::slicer {
 namespace {
@@ -19,12 +20,7 @@ const std::string kTable = "dictionary/dictionary.ser";
 Diagram read(const std::string& bytes) { return readDiagram(bytes, "test"); }
 
 std::string complainsAbout(const std::string& bytes) {
-  try {
-    read(bytes);
-  } catch (const DiagramError& error) {
-    return error.what();
-  }
-  return "nothing";
+  return tests::textOfFailure<DiagramError>([&] { read(bytes); });
 }
 
 std::string pack(const std::map<std::string, std::string>& entries) {
@@ -49,11 +45,9 @@ std::string pack(const std::map<std::string, std::string>& entries) {
 std::string exampleText() { return readFile(TORVAN_EXAMPLES_DIR "/room.xcos"); }
 
 // Fifty cuts all over the file, none of which leaves it whole.
-template <typename Read>
-void expectEveryCutToFail(const std::string& whole, Read readCut) {
-  for (std::size_t i = 0; i < 50; ++i) {
-    EXPECT_THROW(readCut(whole.substr(0, whole.size() * i / 50)), DiagramError) << i;
-  }
+void expectEveryCutToFail(const std::string& whole) {
+  for (std::size_t i = 0; i < 50; ++i)
+    EXPECT_THROW(read(whole.substr(0, whole.size() * i / 50)), DiagramError) << i;
 }
 
 TEST(DiagramReaderTest, BothLinkEncodingsJoinTheSamePorts) {
@@ -147,16 +141,13 @@ TEST(DiagramReaderTest, TakesParametersFromTheTableOfAPackedFile) {
       withParameter("<TextString as=\"exprs\" binary=\"true\" position=\"2\"/>");
   EXPECT_EQ(complainsAbout(pack({{"content.xml", beyond}, {kTable, table}})),
             "test: has no parameter number 2 in its table");
-  expectEveryCutToFail(table, [&](const std::string& cut) {
-    read(pack({{"content.xml", good}, {kTable, cut}}));
-  });
 }
 
 TEST(DiagramReaderTest, CutOffFilesAreReported) {
-  expectEveryCutToFail(exampleText(), read);
+  expectEveryCutToFail(exampleText());
   const std::string packed = pack({{"content.xml", exampleText()}, {kTable, stream(list(0, ""))}});
   EXPECT_EQ(read(packed).blocks.size(), read(exampleText()).blocks.size());
-  expectEveryCutToFail(packed, read);
+  expectEveryCutToFail(packed);
 }
 
 TEST(DiagramReaderTest, SaysWhatIsWrongWithAFile) {

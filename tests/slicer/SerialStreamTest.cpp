@@ -8,6 +8,7 @@
 
 #include "DiagramError.h"
 #include "SerialBytes.h"
+#include "tests/support/Failure.h"
 
 namespace torvan::slicer {
 namespace {
@@ -17,12 +18,7 @@ std::vector<Parameter> parse(const std::string& bytes) {
 }
 
 std::string complainsAbout(const std::string& bytes) {
-  try {
-    parse(bytes);
-  } catch (const DiagramError& error) {
-    return error.what();
-  }
-  return "nothing";
+  return tests::textOfFailure<DiagramError>([&] { parse(bytes); });
 }
 
 std::string doubleBytes(double value) { return number(std::bit_cast<std::uint64_t>(value), 8); }
@@ -34,10 +30,7 @@ TEST(SerialStreamTest, ReadsMatricesAndLists) {
                   list(2, textColumn({"x"}) + textColumn({"y", "z"})))));
   ASSERT_EQ(table.size(), 5U);
   EXPECT_EQ(table[0].texts, (std::vector<std::string>{"[1;1]", "0"}));
-  EXPECT_EQ(table[0].rows, 2U);
-  EXPECT_EQ(table[0].columns, 1U);
   EXPECT_EQ(table[1].numbers, (std::vector<double>{0.5, -2}));
-  EXPECT_EQ(table[1].columns, 2U);
   EXPECT_EQ(table[2].numbers, (std::vector<double>{-2}));
   EXPECT_TRUE(table[3].numbers.empty());
   EXPECT_EQ(table[4].texts, (std::vector<std::string>{"x", "y", "z"}));

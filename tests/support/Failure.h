@@ -24,6 +24,17 @@ std::string failureOf(Call call, std::string_view catalog) {
   return "none";
 }
 
+/// The text of what a call raises; "none" if it returns.
+template <class Exception, class Call>
+std::string textOfFailure(Call call) {
+  try {
+    call();
+  } catch (const Exception& exception) {
+    return exception.what();
+  }
+  return "none";
+}
+
 /// Expects that the expression raises what `failureOf` is to tell of it.
 #define EXPECT_RAISES(expression, failure) EXPECT_EQ(failureOf([&] { expression; }), failure)
 
