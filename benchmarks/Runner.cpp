@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <ctime>
 #include <stdexcept>
-#include <utility>
 
 namespace torvan::datamodel::benchmarks {
 namespace {

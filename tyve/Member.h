@@ -2,10 +2,8 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <tyve/Value.h>

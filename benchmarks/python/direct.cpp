@@ -1,8 +1,6 @@
 #include <pybind11/pybind11.h>
 #include <torvan/datamodel.h>
 
-#include <string>
-
 // A few operations bound by hand, for `compare.py`.
 
 namespace py = pybind11;

@@ -3,7 +3,6 @@
 #include <boost/dynamic_bitset/dynamic_bitset.hpp>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include <orb/zero/ModelElement.h>

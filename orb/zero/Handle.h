@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include <orb/zero/Builder.h>
 #include <orb/zero/Exception.h>
 #include <orb/zero/ModelElement.h>

@@ -1,7 +1,5 @@
 #include "python/host/Classes.h"
 
-#include <string>
-
 #include <tyve/ClassSystem.h>
 
 #include "python/host/Member.h"

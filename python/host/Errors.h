@@ -3,7 +3,6 @@
 #include <pybind11/pybind11.h>
 
 #include <new>
-#include <string>
 
 #include <tyve/Exception.h>
 

@@ -2,7 +2,6 @@
 
 #include <structmember.h>
 
-#include <memory>
 #include <string>
 
 #include "python/host/Call.h"

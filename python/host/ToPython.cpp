@@ -1,6 +1,5 @@
 #include "python/host/ToPython.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "python/host/Classes.h"

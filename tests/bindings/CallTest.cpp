@@ -2,6 +2,7 @@
 #include <orb/zero/hb/MetaMarshalerRegistry.h>
 
 #include <set>
+#include <thread>
 
 #include "tests/bindings/HostTest.h"
 #include "tests/orb/Failure.h"
@@ -12,6 +13,20 @@ namespace {
 using CallTest = HostTest;
 
 constexpr const char* id = "12345678-1234-4234-8234-123456789abc";
+
+TEST_F(CallTest, PackagesAndClassesAreThereOnceHoweverOftenTheyAreRegistered) {
+  for (const bool isPerCall : {true, false}) {
+    tyve::omSetTyveUsingUSM(isPerCall);
+    std::vector<std::jthread> callers;
+    for (int i = 0; i < 4; ++i) callers.emplace_back(HBInitialize_torvan_datamodel);
+  }
+  HBTerminate_torvan_datamodel();
+
+  auto& classSystem = tyve::ClassSystem::getInstance();
+  EXPECT_EQ(classSystem.getPackages().size(), 2U);
+  const auto& classes = classSystem.findPackage(intern("torvan.datamodel"))->getClasses();
+  EXPECT_EQ(classes.size(), modelClasses().size() + 1);  // and the enumeration
+}
 
 TEST_F(CallTest, ElementsAreMadeFromAStructAndAUuidInEitherOrder) {
   const Host init = Host::structure({"name", "type"}, {text("x"), host(sets)});

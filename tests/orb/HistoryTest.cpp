@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 #include <random>
 
 #include "tests/datamodel/SessionTest.h"
@@ -106,28 +105,6 @@ TEST_F(HistoryTest, StaysValidWhenAChangeCameToNothing) {
   EXPECT_TRUE(model.undo());
   EXPECT_EQ(snapshot(model), before);
   expectConsistent(model);
-}
-
-TEST_F(HistoryTest, BringsBackWhatCreationsTookOver) {
-  const FieldType f = record->getFields()["f"];
-  const auto takeOver = [&] {
-    System::Builder places(model);
-    places->getEquations().add(equations[2]);
-    places.create();
-    StructType::Builder fields(model);
-    fields->getFields().insert(f);
-    return fields.create();
-  };
-  model.setHistoryLimit(9);
-  const std::string before = snapshot(model);
-  takeOver();
-  const StructType last = takeOver();
-  const std::string after = snapshot(model);
-  while (model.undo()) expectConsistent(model);
-  EXPECT_EQ(snapshot(model), before);
-  while (model.redo()) expectConsistent(model);
-  EXPECT_EQ(snapshot(model), after);
-  EXPECT_TRUE(f->getContainer() == last);
 }
 
 /// While places are recorded, gaps stay, and numbers count past them.

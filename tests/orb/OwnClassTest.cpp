@@ -194,17 +194,6 @@ TEST_F(OwnClassTest, IsCreatedChangedAndUndone) {
   EXPECT_TRUE(first->getContainer() == shelf);
 }
 
-TEST_F(OwnClassTest, IsStoredUnderTheNameThatItGets) {
-  auto& books = shelf->getBooks();
-  books.insert(first);
-  books.insert(second);
-  first->setName("c");
-  EXPECT_RAISES(first->setName("b"), "UniquenessConstraint");
-  EXPECT_TRUE(books["c"] == first && !books.contains("a"));
-  first->destroy();
-  EXPECT_EQ(books.size(), 1U);
-}
-
 TEST_F(OwnClassTest, HistoryLooksAtNothingBesideTheChange) {
   auto& pages = first->getPages();
   for (int number = 0; number < 100; ++number) pages.add(Page(number));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+#include <type_traits>
 #include <vector>
 
 #include <orb/zero/hb/ValueMarshaler.h>

@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include <orb/zero/hb/TypedValueMarshaler.h>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <utility>
-
 #include <orb/zero/hb/AbstractTypedValueMarshaler.h>
 
 namespace orb::zero::hb {

@@ -1,7 +1,5 @@
 #include <orb/zero/meta/MetaRegistry.h>
 
-#include <algorithm>
-
 #include <boost/uuid/uuid_io.hpp>
 
 #include <orb/zero/Exception.h>

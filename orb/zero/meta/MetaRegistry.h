@@ -2,7 +2,6 @@
 
 #include <list>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>

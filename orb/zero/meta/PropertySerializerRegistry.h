@@ -6,7 +6,6 @@
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <orb/zero/meta/PropertySerializer.h>
 

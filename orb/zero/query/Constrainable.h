@@ -8,7 +8,6 @@
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
-#include <vector>
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/PrimitiveSequence.h>

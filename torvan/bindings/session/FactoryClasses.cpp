@@ -2,7 +2,6 @@
 #include <limits>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <orb/zero/Transaction.h>

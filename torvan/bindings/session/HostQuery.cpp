@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <orb/zero/meta/Class.h>
 #include <orb/zero/meta/MetaRegistry.h>

@@ -1,6 +1,5 @@
 #include <orb/zero/io/impl/ClassPlan.h>
 
-#include <algorithm>
 #include <set>
 
 #include <orb/zero/meta/AbstractMetaPackage.h>

@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 #include <string_view>
+#include <utility>
 
 namespace orb::zero::io {
 

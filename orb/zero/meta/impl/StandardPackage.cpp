@@ -1,6 +1,7 @@
 #include <orb/zero/meta/impl/StandardPackage.h>
 
-#include <utility>
+#include <memory>
+#include <string_view>
 
 #include <orb/zero/meta/DefaultPropertySerializer.h>
 #include <orb/zero/meta/Emit.h>
