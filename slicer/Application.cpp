@@ -193,6 +193,10 @@ Options parse(int argc, char** argv, CLI::App& app) {
   return options;
 }
 
+void warn(const Options& options, const std::string& warning) {
+  std::cerr << "torvan-slice: warning: " << options.file << ": " << warning << '\n';
+}
+
 Source readSource(const Options& options) {
   const std::string bytes = readFile(options.file);
   if (looksLikeSystem(bytes)) {
@@ -205,8 +209,7 @@ Source readSource(const Options& options) {
     return source;
   }
   Source source{readDiagram(bytes, options.file), {}, {}};
-  for (const std::string& warning : source.diagram->warnings)
-    std::cerr << "torvan-slice: warning: " << options.file << ": " << warning << '\n';
+  for (const std::string& warning : source.diagram->warnings) warn(options, warning);
   const Network& network = source.network.emplace(*source.diagram);
   const std::string dependences = options.dependences.empty() ? "data" : options.dependences;
   source.system = DependenceSystem(network, Signals(network),
@@ -242,7 +245,7 @@ std::vector<Result> findCriteria(const Options& options, const BlockSystem& syst
     results.push_back({text, finder.find(text), {}});
   const bool slicesOnly = options.system.empty() && !options.equations && !options.statistics;
   if (results.empty() && slicesOnly)
-    throw CriterionError(options.file + ": has no sinks to slice by; name a block by --criterion");
+    warn(options, "has no sinks to slice by; name a block by --criterion");
   if (results.size() != 1 && isPicture(options.format))
     throw CriterionError("a picture shows the slice by one criterion, not by " +
                          std::to_string(results.size()));
