@@ -22,14 +22,12 @@ inline void Bits::makeBlock(std::size_t size, orb::zero::ElementPool& pool) {
   const std::size_t count = countFor(size);
   block_ = static_cast<Word*>(pool.allocate(blockSize(count)));
   size_ = static_cast<std::uint32_t>(size);
-  form_ = Form::Shared;
   new (block_ + count) BlockEnd{&pool, 1};
 }
 
 inline void Bits::keep(BitSet* bits) noexcept {
   stored_ = bits;
   size_ = sizeOfStored;
-  form_ = Form::Stored;
 }
 
 Bits::Bits(const BitSet& bits) : Bits(BitSet(bits)) {}
@@ -44,8 +42,8 @@ Bits::Bits(BitSet&& bits) : Bits() {
 }
 
 Bits& Bits::operator=(Bits&& other) {  // NOLINT(performance-noexcept-move-constructor)
-  if (form_ == Form::Stored)
-    other.form_ == Form::Stored ? stored_->swap(*other.stored_) : other.copy().swap(*stored_);
+  if (isStored())
+    other.isStored() ? stored_->swap(*other.stored_) : other.copy().swap(*stored_);
   else
     swap(other);
   return *this;
@@ -54,11 +52,10 @@ Bits& Bits::operator=(Bits&& other) {  // NOLINT(performance-noexcept-move-const
 void Bits::swap(Bits& other) noexcept {
   std::swap(short_, other.short_);
   std::swap(size_, other.size_);
-  std::swap(form_, other.form_);
 }
 
 void Bits::release() noexcept {
-  if (form_ == Form::Stored)
+  if (isStored())
     delete stored_;
   else if (--blockEnd().users == 0)
     blockEnd().pool->deallocate(block_, blockSize(count()));
@@ -67,16 +64,16 @@ void Bits::release() noexcept {
 const Bits::Word* Bits::storedWords() const noexcept { return blocksOf(*stored_).data(); }
 
 BitSet Bits::copy() const {
-  if (form_ == Form::Stored) return *stored_;
+  if (isStored()) return *stored_;
   BitSet bits(words(), words() + count());
   bits.resize(size_);
   return bits;
 }
 
 BitSet& Bits::stored() {
-  if (form_ != Form::Stored) {
+  if (!isStored()) {
     auto* const made = new BitSet(copy());
-    if (form_ != Form::Inside) release();
+    if (!isShort()) release();
     keep(made);
   }
   return *stored_;
@@ -90,10 +87,9 @@ Bits::Word* Bits::allocate(std::size_t size, orb::zero::ElementPool& pool) {
 }
 
 void Bits::assignBlock(const Bits& other, orb::zero::ElementPool& pool) {
-  if (other.form_ == Form::Shared && other.blockEnd().pool == &pool) {
+  if (!other.isStored() && other.blockEnd().pool == &pool) {
     block_ = other.block_;
     size_ = other.size_;
-    form_ = Form::Shared;
     ++blockEnd().users;
   } else {
     std::copy_n(other.words(), other.count(), allocate(other.size(), pool));
@@ -130,7 +126,7 @@ template void Bits::combineBlocks<Bits::Operation::Meet>(const Bits&, const Bits
                                                          orb::zero::ElementPool&);
 
 /// The words that one of them lacks are compared with none.
-boolean3 Bits::compareBlocks(const Bits& other) const noexcept {
+boolean3 Bits::compareWords(const Bits& other) const noexcept {
   const Word *const mine = words(), *const others = other.words();
   const std::size_t common = std::min(count(), other.count());
   if (mine == others) return boolean3::T;
@@ -143,7 +139,7 @@ boolean3 Bits::compareBlocks(const Bits& other) const noexcept {
   return isAbove ? boolean3::F : boolean3::NA;
 }
 
-bool Bits::isEqualBlock(const Bits& other) const noexcept {
+bool Bits::hasEqualWords(const Bits& other) const noexcept {
   return size() == other.size() && words::isEqual(words(), other.words(), count());
 }
 

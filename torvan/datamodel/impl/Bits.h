@@ -63,15 +63,15 @@ class TORVAN_DATAMODEL_API Bits {
   /// Keeps the `BitSet` that somebody asked for, and gives it the other bits; may take memory.
   Bits& operator=(Bits&& other);  // NOLINT(performance-noexcept-move-constructor)
   ~Bits() {
-    if (form_ != Form::Inside) [[unlikely]]
+    if (!isShort()) [[unlikely]]
       release();
   }
 
   /// In bits.
-  std::size_t size() const noexcept { return form_ == Form::Stored ? stored_->size() : size_; }
+  std::size_t size() const noexcept { return isStored() ? stored_->size() : size_; }
   std::size_t count() const noexcept { return countFor(size()); }
   const Word* words() const noexcept {
-    return form_ == Form::Inside ? short_.words() : form_ == Form::Shared ? block_ : storedWords();
+    return isShort() ? short_.words() : isStored() ? storedWords() : block_;
   }
   bool operator[](std::size_t bit) const noexcept {
     return words()[bit / wordBits] >> bit % wordBits & 1;
@@ -81,7 +81,7 @@ class TORVAN_DATAMODEL_API Bits {
   const BitSet& stored() const { return const_cast<Bits*>(this)->stored(); }
 
   /// Whether they are in no other room.
-  bool isShort() const noexcept { return form_ == Form::Inside; }
+  bool isShort() const noexcept { return size_ <= Short::count * wordBits; }
   const Short& shortWords() const noexcept { return short_; }
   /// Fills bits that are empty.
   void setShort(const Short& words, std::size_t size) noexcept {
@@ -114,29 +114,31 @@ class TORVAN_DATAMODEL_API Bits {
 
   /// How it lies to the other in the order of inclusion; bits that one of them lacks read as 0.
   boolean3 compare(const Bits& other) const noexcept {
-    if (size_ <= wordBits && other.size_ <= wordBits) {
+    if (size_ != other.size_) return compareWords(other);
+    if (size_ <= wordBits) [[likely]] {
       const Word mine = short_.first(), others = other.short_.first();
       return (mine & ~others) == 0   ? boolean3::T
              : (others & ~mine) == 0 ? boolean3::F
                                      : boolean3::NA;
     }
-    if (isShort() && other.isShort())
+    if (isShort())
       return short_.isSubsetOf(other.short_)   ? boolean3::T
              : other.short_.isSubsetOf(short_) ? boolean3::F
                                                : boolean3::NA;
-    if (hasBlockLike(other)) return words::compare(block_, other.block_, countFor(size_));
-    return compareBlocks(other);
+    if (isStored()) return compareWords(other);
+    return words::compare(block_, other.block_, countFor(size_));
   }
   bool isSubsetOf(const Bits& other) const noexcept { return compare(other) == boolean3::T; }
   friend bool operator==(const Bits& a, const Bits& b) noexcept {
-    if (a.size_ == b.size_ && a.size_ <= wordBits) return a.short_.first() == b.short_.first();
-    if (a.isShort() && b.isShort()) return a.size_ == b.size_ && a.short_ == b.short_;
-    if (a.hasBlockLike(b)) return words::isEqual(a.block_, b.block_, countFor(a.size_));
-    return a.isEqualBlock(b);
+    if (a.size_ != b.size_) return a.hasEqualWords(b);
+    if (a.size_ <= wordBits) [[likely]]
+      return a.short_.first() == b.short_.first();
+    if (a.isShort()) return a.short_ == b.short_;
+    if (a.isStored()) return a.hasEqualWords(b);
+    return words::isEqual(a.block_, b.block_, countFor(a.size_));
   }
 
  private:
-  enum class Form : std::uint8_t { Inside, Shared, Stored };
   enum class Operation : bool { Join, Meet };
   static constexpr std::size_t wordBits = 64;
   static constexpr std::uint32_t sizeOfStored = UINT32_MAX;
@@ -154,15 +156,14 @@ class TORVAN_DATAMODEL_API Bits {
     return count * sizeof(Word) + sizeof(BlockEnd);
   }
 
-  bool isShortAs(const Bits& other) const noexcept {
-    return isShort() && other.isShort() && size_ == other.size_;
-  }
+  bool isStored() const noexcept { return size_ == sizeOfStored; }
+  bool isShortAs(const Bits& other) const noexcept { return isShort() && size_ == other.size_; }
   /// Both have blocks, of one size.
   bool hasBlockLike(const Bits& other) const noexcept {
-    return form_ == Form::Shared && other.form_ == Form::Shared && size_ == other.size_;
+    return size_ == other.size_ && !isShort() && !isStored();
   }
-  boolean3 compareBlocks(const Bits& other) const noexcept;
-  bool isEqualBlock(const Bits& other) const noexcept;
+  boolean3 compareWords(const Bits& other) const noexcept;
+  bool hasEqualWords(const Bits& other) const noexcept;
   template <Operation operation>
   void combine(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
     if (a.isShortAs(b)) [[likely]] {
@@ -190,9 +191,8 @@ class TORVAN_DATAMODEL_API Bits {
     Word* block_;
     BitSet* stored_;
   };
-  // Up to `wordBits` tells that all is in the first of the short words. A `BitSet` has its own size.
+  // Tells the form, too: bits that fit are inside, and a `BitSet` has its own size.
   std::uint32_t size_ = 0;
-  Form form_ = Form::Inside;
 };
 
 }  // namespace torvan::datamodel

@@ -68,6 +68,30 @@ constexpr std::size_t step = 4 * laneWords;
   }
   return lastRest(a, b, count) == 0;
 }
+/// Two lanes as a word each, which is 0 where the lane is.
+struct Folded {
+  Word first, second;
+};
+[[gnu::always_inline]] inline Folded fold(const Lane& first, const Lane& second) {
+  const Lane words = __builtin_shufflevector(first, second, 0, 4, 2, 6) |
+                     __builtin_shufflevector(first, second, 1, 5, 3, 7);
+  const auto both =
+      __builtin_shufflevector(words, words, 0, 1) | __builtin_shufflevector(words, words, 2, 3);
+  return {both[0], both[1]};
+}
+
+// Calls in the last place, so that the usual way through `compare` needs no frame.
+
+/// What is known from the words before, if also here all of a is in b.
+TORVAN_WIDEST [[gnu::noinline]] boolean3 confirm(boolean3 known, const Word* a, const Word* b,
+                                                 std::size_t count) noexcept {
+  return isIn(a, b, count) ? known : boolean3::NA;
+}
+/// For fewer words than a step has.
+[[gnu::noinline]] boolean3 compareLast(const Word* a, const Word* b, std::size_t count) noexcept {
+  if (lastRest(a, b, count) == 0) return boolean3::T;
+  return lastRest(b, a, count) == 0 ? boolean3::F : boolean3::NA;
+}
 
 }  // namespace
 
@@ -78,18 +102,22 @@ bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept {
 
 /// The first difference tells which of the two can be in the other, if any.
 TORVAN_WIDEST
-boolean3 compareThroughout(const Word* a, const Word* b, std::size_t count) noexcept {
-  for (std::size_t i = 0; i + step <= count; i += step) {
+boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept {
+  if (a == b) return boolean3::T;
+  for (; count >= step; a += step, b += step, count -= step) {
     Lane onlyA, onlyB;
-    collectRest(onlyA, a + i, b + i);
-    collectRest(onlyB, b + i, a + i);
-    if (isZero(onlyA | onlyB)) continue;
-    const std::size_t next = i + step;
-    if (isZero(onlyA)) return isIn(a + next, b + next, count - next) ? boolean3::T : boolean3::NA;
-    return isZero(onlyB) && isIn(b + next, a + next, count - next) ? boolean3::F : boolean3::NA;
+    collectRest(onlyA, a, b);
+    collectRest(onlyB, b, a);
+    const auto [restOfA, restOfB] = fold(onlyA, onlyB);
+    if ((restOfA | restOfB) == 0) continue;
+    const bool isLast = count == step;
+    if (restOfA == 0)
+      return isLast ? boolean3::T : confirm(boolean3::T, a + step, b + step, count - step);
+    if (restOfB == 0)
+      return isLast ? boolean3::F : confirm(boolean3::F, b + step, a + step, count - step);
+    return boolean3::NA;
   }
-  if (lastRest(a, b, count) == 0) return boolean3::T;
-  return lastRest(b, a, count) == 0 ? boolean3::F : boolean3::NA;
+  return compareLast(a, b, count);
 }
 
 TORVAN_WIDEST

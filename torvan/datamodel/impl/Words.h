@@ -13,15 +13,9 @@ using Word = unsigned long;
 
 /// Whether all of a is in b; stops soon where that is not so.
 bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept;
-/// How a lies to b in the order of inclusion.
-TORVAN_DATAMODEL_API boolean3 compareThroughout(const Word* a, const Word* b,
-                                                std::size_t count) noexcept;
-/// The same; sets of which none is in the other mostly show it at once.
-inline boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept {
-  if (a == b) return boolean3::T;
-  if (count > 0 && (a[0] & ~b[0]) != 0 && (b[0] & ~a[0]) != 0) return boolean3::NA;
-  return compareThroughout(a, b, count);
-}
+/// How a lies to b in the order of inclusion; told at once where neither is in the other by their
+/// first words.
+TORVAN_DATAMODEL_API boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept;
 inline bool isEqual(const Word* a, const Word* b, std::size_t count) noexcept {
   return a == b || count == 0 || std::memcmp(a, b, count * sizeof(Word)) == 0;
 }
