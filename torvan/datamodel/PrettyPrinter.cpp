@@ -19,9 +19,14 @@ namespace {
 class Text {
  public:
   std::size_t size() const noexcept { return text_.size() + used_; }
+  /// All inside of its callers, where the lengths of most pieces are known.
   template <class... Pieces>
-  void add(const Pieces&... pieces) {
-    (addOne(pieces), ...);
+  [[gnu::always_inline]] void add(const Pieces&... pieces) {
+    if ((roomFor(pieces) + ...) > sizeof block_ - used_) [[unlikely]]
+      return addBeyond(pieces...);
+    char* to = block_ + used_;
+    ((to = write(to, pieces)), ...);
+    used_ = static_cast<std::size_t>(to - block_);
   }
   std::string take() {
     finishBlock();
@@ -29,20 +34,34 @@ class Text {
   }
 
  private:
-  void addOne(std::string_view piece) {
-    if (piece.size() > sizeof block_ - used_) [[unlikely]]
-      return addLarge(piece);
-    std::memcpy(block_ + used_, piece.data(), piece.size());
-    used_ += piece.size();
+  static constexpr std::size_t mostDigits = 5;
+
+  static std::size_t roomFor(std::string_view piece) { return piece.size(); }
+  static std::size_t roomFor(char) { return 1; }
+  static std::size_t roomFor(std::uint16_t) { return mostDigits; }
+
+  [[gnu::always_inline]] static char* write(char* to, std::string_view piece) {
+    std::memcpy(to, piece.data(), piece.size());
+    return to + piece.size();
   }
-  void addOne(char piece) { addOne(std::string_view(&piece, 1)); }
-  void addOne(std::uint16_t number) {
-    char digits[5];
-    addOne(std::string_view(digits, std::to_chars(digits, std::end(digits), number).ptr));
+  static char* write(char* to, char piece) {
+    *to = piece;
+    return to + 1;
   }
-  void addLarge(std::string_view piece) {
+  static char* write(char* to, std::uint16_t number) {
+    return std::to_chars(to, to + mostDigits, number).ptr;
+  }
+
+  template <class... Pieces>
+  [[gnu::noinline]] void addBeyond(const Pieces&... pieces) {
     finishBlock();
-    text_ += piece;
+    (append(pieces), ...);
+  }
+  void append(std::string_view piece) { text_ += piece; }
+  void append(char piece) { text_ += piece; }
+  void append(std::uint16_t number) {
+    char digits[mostDigits];
+    text_.append(digits, write(digits, number));
   }
   void finishBlock() {
     text_.append(block_, used_);
@@ -66,12 +85,7 @@ class PrettyPrinter::Line {
   template <class X>
   std::string write(const X& element) {
     if (!element) return {};
-    Walk walk(element);
-    const auto enters = [this](Element& next) {
-      return visitAt(printer_.placeFor(next), next, Classes(), [](auto&) {});
-    };
-    Element* const first = begin(static_cast<const typename X::Impl&>(*element.get()));
-    return writeRest(first, SIZE_MAX, [&] { walk.step(enters); });
+    return writeAll(element, begin(static_cast<const typename X::Impl&>(*element.get())));
   }
   /// The text as far as it has been written when it is longer than so many bytes.
   std::string writeSome(const ModelElement& element, std::size_t most) {
@@ -99,6 +113,14 @@ class PrettyPrinter::Line {
     Rest rest;
   };
 
+  /// The text of the root, of which the beginning is written already, up to the element next.
+  std::string writeAll(const ModelElement& root, Element* next) {
+    Walk walk(root);
+    const auto enters = [this](Element& entered) {
+      return visitAt(printer_.placeFor(entered), entered, Classes(), [](auto&) {});
+    };
+    return writeRest(next, SIZE_MAX, [&] { walk.step(enters); });
+  }
   template <class Step>
   std::string writeRest(Element* next, std::size_t most, Step step) {
     while ((next || !open_.empty()) && text_.size() <= most) {
@@ -114,8 +136,11 @@ class PrettyPrinter::Line {
     return text_.take();
   }
 
+  // The next two are inside of the loop: a frame for each of their calls would cost more than most
+  // of them do.
+
   /// Writes what comes before the first operand, and returns that, or null when there is none.
-  Element* begin(Element& element) {
+  [[gnu::always_inline]] Element* begin(Element& element) {
     Element* first = nullptr;
     const std::size_t place = printer_.placeFor(element);
     const auto beginKnown = [&](const auto& known) { first = begin(known); };
@@ -188,7 +213,7 @@ class PrettyPrinter::Line {
   }
 
   /// Writes what comes before the next operand, and returns that; or writes the end.
-  Element* goOn(Open& last) {
+  [[gnu::always_inline]] Element* goOn(Open& last) {
     switch (last.rest) {
       case Rest::Operands: {
         if (last.left == 0) return end(")");
