@@ -83,8 +83,8 @@ struct Folded {
 // Calls in the last place, so that the usual way through `compare` needs no frame.
 
 /// What is known from the words before, if also here all of a is in b.
-TORVAN_WIDEST [[gnu::noinline]] boolean3 confirm(boolean3 known, const Word* a, const Word* b,
-                                                 std::size_t count) noexcept {
+TORVAN_WIDEST boolean3 confirm(boolean3 known, const Word* a, const Word* b,
+                               std::size_t count) noexcept {
   return isIn(a, b, count) ? known : boolean3::NA;
 }
 /// For fewer words than a step has.
