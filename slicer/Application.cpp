@@ -112,7 +112,8 @@ std::string render(const Options& options, const Source& source,
       continue;
     }
     const Highlight highlight{result.slice, result.criterion.block,
-                              captionOf(options, source.system, result)};
+                              captionOf(options, source.system, result),
+                              source.system.dependences == "activation"};
     text += options.format == "svg" ? drawSvg(*source.diagram, *source.network, highlight)
                                     : drawDot(*source.network, highlight);
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <iterator>
@@ -101,7 +102,10 @@ Orientation orientationOf(std::string_view style) {
 std::string kindOf(const pugi::xml_node& cell) {
   const std::string_view tag = cell.name();
   std::string given = cell.attribute("interfaceFunctionName").value();
-  std::replace(given.begin(), given.end(), '/', '_');  // as names of super-blocks end with it
+  for (char& character : given) {
+    if (character == '/') character = '_';  // as names of super-blocks end with it
+    if (std::iscntrl(static_cast<unsigned char>(character))) character = ' ';
+  }
   if (!given.empty()) return given;
   if (tag == "SuperBlock") return "SUPER_f";
   if (tag == "SplitBlock") return "SPLIT_f";
@@ -164,7 +168,7 @@ class SheetReader {
     if (const PortTag* tag = findTag(boundaryTags, cell.name()))
       block.boundary = Boundary{tag->kind, tag->direction, boundaryNumber(cell, block)};
     readInner(cell, block);
-    blockIndex_.emplace(block.id, diagram_.blocks.size());
+    enter(blockIndex_, block.id, diagram_.blocks.size(), block.name);
     diagram_.blocks.push_back(std::move(block));
   }
 
@@ -199,8 +203,17 @@ class SheetReader {
     const auto block = blockIndex_.find(cell.attribute("parent").value());
     if (block == blockIndex_.end()) return warn("port " + id + " belongs to no block");
     std::vector<Port>& ports = diagram_.blocks[block->second].ports;
-    portIndex_.emplace(id, PortIndex{block->second, ports.size()});
+    enter(portIndex_, id, PortIndex{block->second, ports.size()},
+          "a port of " + diagram_.blocks[block->second].name);
     ports.push_back(readPort(cell, tag));
+  }
+
+  /// Has the first of an id stand for it.
+  template <class Place>
+  void enter(std::unordered_map<std::string, Place>& index, const std::string& id, Place place,
+             const std::string& what) {
+    if (!index.emplace(id, place).second)
+      warn(what + ": its id " + id + " is that of another one, which all links lead to");
   }
 
   /// Gives what has the number of another port one of its own. Not in a split, where they do not

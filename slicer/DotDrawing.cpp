@@ -38,11 +38,12 @@ class DotDrawing {
     const Net& net = network_.nets()[index];
     if (net.kind == SignalKind::Implicit) return drawImplicitNet(index);
     const std::string style = net.kind == SignalKind::Event ? ", style=dashed" : "";
+    const bool leads = highlight_.leadsAlong(net);
     for (const LeafPortIndex& driver : net.drivers)
       for (const LeafPortIndex& reader : net.readers)
         out_ << "  n" << driver.leaf << " -> n" << reader.leaf << " ["
-             << lineStyle(isHighlighted(driver.leaf) && isHighlighted(reader.leaf)) << style
-             << "];\n";
+             << lineStyle(leads && isHighlighted(driver.leaf) && isHighlighted(reader.leaf))
+             << style << "];\n";
   }
 
   /// An undirected coupling has no source: its lines meet in a point.

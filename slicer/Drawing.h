@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <string>
@@ -14,10 +15,20 @@ struct Highlight {
   std::set<std::size_t> leaves;  ///< Indices into Network::leaves(), with the criterion.
   std::size_t criterion = 0;     ///< The leaf the slice was made for.
   std::string caption;           ///< One line of plain text.
+  bool withEvents = true;        ///< Whether influence passes along event links.
+
+  /// Whether influence passes along the net from one of the leaves to one of them.
+  bool leadsAlong(const Net& net) const {
+    const auto isIn = [this](const LeafPortIndex& port) { return leaves.contains(port.leaf); };
+    return (withEvents || net.kind != SignalKind::Event) &&
+           std::any_of(net.drivers.begin(), net.drivers.end(), isIn) &&
+           std::any_of(net.readers.begin(), net.readers.end(), isIn);
+  }
 };
 
 /// An SVG picture of the outermost diagram in its own layout. A super-block counts as highlighted
-/// when any leaf inside it is. `network` must have been made from `diagram` and have the criterion.
+/// when any leaf inside it is, and a link when it leads from one highlighted leaf to another.
+/// `network` must have been made from `diagram` and have the criterion.
 std::string drawSvg(const Diagram& diagram, const Network& network, const Highlight& highlight);
 
 /// The flattened network as a Graphviz digraph, with the highlighted leaves filled.

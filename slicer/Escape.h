@@ -5,7 +5,9 @@
 
 namespace torvan::slicer {
 
-/// Text as it may stand in XML content or attribute values; control characters become blanks.
+// In both, control characters become blanks, and what is no UTF-8 or no character U+FFFD.
+
+/// Text as it may stand in XML content or attribute values.
 std::string escapeXml(std::string_view text);
 
 /// Text as it may stand between the quotes of a Graphviz string.

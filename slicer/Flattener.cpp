@@ -12,7 +12,9 @@ bool isSender(const Block& block) { return block.kind == "GOTO" || block.kind ==
 
 bool isReceiver(const Block& block) { return block.kind == "FROM" || block.kind == "CLKFROM"; }
 
-bool isScopeMark(const Block& block) { return block.kind == "GotoTagVisibility"; }
+bool isScopeMark(const Block& block) {
+  return block.kind == "GotoTagVisibility" || block.kind == "CLKGotoTagVisibility";
+}
 
 std::string expression(const Block& block, std::size_t index) {
   return index < block.exprs.size() ? block.exprs[index] : "";

@@ -20,6 +20,10 @@ class Flattener {
   /// The leaves in document order. Equal `net` values mark connected ports; they are not yet
   /// indices of anything. Call once.
   std::vector<Leaf> takeLeaves();
+  /// The `net` value of a port of the outermost diagram.
+  std::size_t netOf(const PortIndex& port) {
+    return joined_.find(sheets_.front().firstPorts[port.block] + port.port);
+  }
 
  private:
   /// One diagram in its place; the outermost one is its own parent.

@@ -21,7 +21,9 @@ std::optional<std::size_t> Leaf::findPort(SignalKind portKind, Direction directi
   return static_cast<std::size_t>(found - ports.begin());
 }
 
-Network::Network(const Diagram& diagram) : leaves_(Flattener(diagram).takeLeaves()) {
+Network::Network(const Diagram& diagram) {
+  Flattener flattener(diagram);
+  leaves_ = flattener.takeLeaves();
   std::unordered_map<std::size_t, std::size_t> netOfSet;
   for (std::size_t leaf = 0; leaf < leaves_.size(); ++leaf) {
     std::vector<LeafPort>& ports = leaves_[leaf].ports;
@@ -39,6 +41,10 @@ Network::Network(const Diagram& diagram) : leaves_(Flattener(diagram).takeLeaves
       if (isImplicit || port.direction == Direction::In) net.readers.push_back({leaf, index});
     }
     leafIndex_.emplace(leaves_[leaf].name, leaf);
+  }
+  for (const Link& link : diagram.links) {
+    const auto found = netOfSet.find(flattener.netOf(link.source));
+    linkNets_.push_back(found == netOfSet.end() ? std::nullopt : std::optional(found->second));
   }
 }
 

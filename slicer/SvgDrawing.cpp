@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -72,19 +73,26 @@ class SvgDrawing {
     return standings_[network_.leaves()[leaf].path.front()];
   }
 
-  /// Finds the links to highlight, and with them the splits and tag blocks they end at.
+  /// Finds the links to highlight, and with them the splits and tag blocks they end at. A tag block
+  /// may lead anywhere, so that the way has to be one in the network as well.
   void lightLinks() {
     std::vector<bool> isHighlighted;
     for (std::size_t i = 0; i < standings_.size(); ++i)
       isHighlighted.push_back(standings_[i] != Standing::Plain || isTag(diagram_.blocks[i]));
     isLit_ = highlightedLinks(diagram_, isHighlighted);
     for (std::size_t link = 0; link < isLit_.size(); ++link) {
+      isLit_[link] = isLit_[link] && carriesInfluence(link);
       if (!isLit_[link]) continue;
       for (const PortIndex& end : {diagram_.links[link].source, diagram_.links[link].target}) {
         Standing& standing = standings_[end.block];
         if (standing == Standing::Plain) standing = Standing::Slice;
       }
     }
+  }
+
+  bool carriesInfluence(std::size_t link) const {
+    const std::optional<std::size_t> net = network_.netOfLink(link);
+    return net && highlight_.leadsAlong(network_.nets()[*net]);
   }
 
   Rectangle bounds() const {

@@ -22,9 +22,9 @@ INNER = {
     EVENT_IN: "EventInBlock", EVENT_OUT: "EventOutBlock",
     IMPLICIT[0]: "ImplicitInBlock", IMPLICIT[1]: "ImplicitOutBlock",
 }
-# Kind of the sender: kinds of the receiver and of the block that sets the scope of a tag.
-TAGGED = {"GOTO": ("FROM", "GotoTagVisibility"), "CLKGOTO": ("CLKFROM", "CLKGotoTagVisibility")}
-TAG_KINDS = {*TAGGED, *(kind for pair in TAGGED.values() for kind in pair)}
+TAGGED = {"GOTO": "FROM", "CLKGOTO": "CLKFROM"}  # sender and receiver
+SCOPES = ("GotoTagVisibility", "CLKGotoTagVisibility")  # blocks that set the scope of a tag
+TAG_KINDS = {*TAGGED, *TAGGED.values(), *SCOPES}
 UNNAMED = {"SuperBlock": "SUPER_f", "SplitBlock": "SPLIT_f"}
 MUX, DEMUX = ("MUX", "MUX_f"), ("DEMUX", "DEMUX_f")
 ELEMENTWISE = ("SUMMATION", "BIGSOM_f", "SUM_f", "INTEGRAL_m")
@@ -236,7 +236,7 @@ class Reader:
     def join_tags(self):
         for sender in self.tags:
             for receiver in self.tags:
-                if receiver.kind == TAGGED.get(sender.kind, [None])[0] and self.visible(sender, receiver):
+                if receiver.kind == TAGGED.get(sender.kind) and self.visible(sender, receiver):
                     for port in receiver.ports:
                         port.join(sender.ports[0])
 
@@ -249,7 +249,7 @@ class Reader:
         if visibility == "3":
             return True
         return any(
-            marker.kind == TAGGED[sender.kind][1] and marker.exprs[0] == tag
+            marker.kind in SCOPES and marker.exprs[0] == tag
             and all(block.scope[:len(marker.scope)] == marker.scope for block in (sender, receiver))
             for marker in self.tags)
 

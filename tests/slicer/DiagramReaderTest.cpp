@@ -99,6 +99,18 @@ TEST(DiagramReaderTest, WarnsOfWhatIsMissing) {
   EXPECT_TRUE(diagram.links.empty());
 }
 
+TEST(DiagramReaderTest, TellsOfIdsThatAreNotUnique) {
+  const Diagram diagram =
+      read(sheet(block("BasicBlock", "a", "SRC") + output("a.out1") +
+                 block("BasicBlock", "a", "SRC") + output("a.out1", 2) +
+                 block("BasicBlock", "b", "CSCOPE") + input("b.in1") + link("a.out1", "b.in1")));
+  EXPECT_EQ(diagram.warnings,
+            (std::vector<std::string>{
+                "SRC#2: its id a is that of another one, which all links lead to",
+                "a port of SRC#1: its id a.out1 is that of another one, which all links lead to"}));
+  EXPECT_EQ(diagram.links.at(0).source.port, 0U);
+}
+
 TEST(DiagramReaderTest, TellsPortsOfOneNumberApart) {
   const std::string twins = output("a.x") + output("a.y") + input("a.z");
   const Diagram diagram = read(sheet(block("BasicBlock", "a", "SRC") + twins + output("a.last", 2) +

@@ -81,6 +81,27 @@ TEST(DrawingTest, HighlightsTheWayBetweenHighlightedBlocks) {
   EXPECT_EQ(count(svg, "//circle[@class='slice']"), 1U);
 }
 
+TEST(DrawingTest, HighlightsTagsAndEventsOnlyWhereInfluencePasses) {
+  const auto tagged = [](const std::string& id, const std::string& kind, const std::string& tag) {
+    return block("BasicBlock", id, kind, inlineTexts({tag, "1"}));
+  };
+  Picture picture(readDiagram(
+      sheet(block("BasicBlock", "a", "SRC") + output("a.out1") + output("a.out2", 2) +
+            port("ControlPort", "a.event", 1) + block("BasicBlock", "c", "CLOCK") +
+            port("CommandPort", "c.event", 1) + link("c.event", "a.event", "CommandControlLink") +
+            tagged("g", "GOTO", "T") + input("g.in1") + link("a.out1", "g.in1") +
+            tagged("f", "FROM", "T") + output("f.out1") + block("BasicBlock", "x", "CSCOPE") +
+            input("x.in1") + link("f.out1", "x.in1") + tagged("h", "GOTO", "U") + input("h.in1") +
+            link("a.out2", "h.in1") + tagged("e", "FROM", "U") + output("e.out1") +
+            block("BasicBlock", "y", "CSCOPE") + input("y.in1") + link("e.out1", "y.in1")),
+      "test"));
+  const auto lit = [&] { return count(picture.svg(), "//polyline[starts-with(@class, 'slice')]"); };
+  picture.show({"CSCOPE#1", "SRC#1", "CLOCK#1"});
+  EXPECT_EQ(lit(), 3U);  // the source to one tag, that to the scope, and the event
+  picture.highlight.withEvents = false;
+  EXPECT_EQ(lit(), 2U);
+}
+
 TEST(DrawingTest, ArrowsPointAtReadersOfBackwardLinks) {
   Picture picture(readDiagram(
       sheet(block("BasicBlock", "a", "CONST_m") + output("a.out1") +
@@ -94,12 +115,12 @@ TEST(DrawingTest, ArrowsPointAtReadersOfBackwardLinks) {
 TEST(DrawingTest, EscapesText) {
   Picture picture(
       readDiagram(sheet(block("BasicBlock", "a", "A&lt;&quot;\\B&gt;"), "x &amp; y"), "test"));
-  picture.show({"A<\"\\B>#1"}).highlight.caption = "a < \"b\"\n& c";
+  picture.show({"A<\"\\B>#1"}).highlight.caption = "a < \"b\"\n& c\xE9";
   const auto svg = picture.svg();
   EXPECT_EQ(count(svg, "//text[.='x & y']"), 1U);
-  EXPECT_EQ(count(svg, "//text[.='a < \"b\" & c']"), 1U);
+  EXPECT_EQ(count(svg, "//text[.='a < \"b\" & c\uFFFD']"), 1U);
   const std::string dot = drawDot(picture.network, picture.highlight);
-  EXPECT_NE(dot.find(R"(label="a < \"b\" & c")"), std::string::npos);
+  EXPECT_NE(dot.find("label=\"a < \\\"b\\\" & c\uFFFD\""), std::string::npos);
   EXPECT_NE(dot.find(R"(label="A<\"\\B>#1")"), std::string::npos);
 }
 

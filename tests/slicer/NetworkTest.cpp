@@ -95,6 +95,8 @@ TEST_F(TagTest, VisibilityDecidesWhoReceives) {
   EXPECT_EQ(reached(withVisibility("2", scope_, "")), (std::vector<bool>{true, true, true}));
   EXPECT_EQ(reached(withVisibility("2", otherScope_, scope_)),
             (std::vector<bool>{false, true, true}));
+  const std::string ofEvents = tagged("v", "CLKGotoTagVisibility", "T");
+  EXPECT_EQ(reached(withVisibility("2", ofEvents, "")), (std::vector<bool>{true, true, true}));
 }
 
 TEST(NetworkTest, TagsOfDataAndEventsDoNotMix) {
