@@ -32,6 +32,10 @@ def test_bits_of_pythons_own_kinds(session, sets):
     many = session.type_factory.create_power_set_type("many", 200)
     assert Bits.indices(session.value_factory.create_power_set(many, bits=2**150)) == [151]
     assert Bits.number(made) == 5
+    none = session.type_factory.create_power_set_type("none", 0)
+    empty = session.value_factory.create_power_set(none, [])
+    assert Bits.number(empty) == 0
+    assert Bits.hex(session.value_factory.create_power_set(none, Bits.hex(empty))) == "0x0"
     for of_type, wrong in ((sets, True), (sets, -1), (sets, {"red": 1}), (many, b"101")):
         with pytest.raises((tyve.Error, TypeError)):
             session.value_factory.create_power_set(of_type, wrong)
@@ -94,7 +98,7 @@ def test_what_is_no_file_is_not_replaced(session, tmp_path):
     os.mkfifo(pipe)
     with pytest.raises(tyve.Error, match="is no file"):
         session.save(str(pipe))
-    assert pipe.is_fifo()
+    assert pipe.is_fifo() and list(tmp_path.iterdir()) == [pipe]
 
 
 def test_the_example_finds_what_the_slicer_finds(tmp_path):

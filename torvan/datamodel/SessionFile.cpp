@@ -29,8 +29,11 @@ void restoreBits(const orb::zero::Model& model, const std::string& file) {
 
 void saveWithBits(const orb::zero::Model& model, const std::string& file) {
   const auto writeBits = [&](std::ostream& out) { exportValues(powerSetsOf(model), out); };
-  orb::zero::io::writeWhole(bitsOf(file), writeBits);
-  orb::zero::io::writeWhole(file, [&](std::ostream& out) { orb::zero::io::save(model, out); });
+  // The bits take their place once the model is written, and only has to take its own.
+  orb::zero::io::writeWhole(file, [&](std::ostream& out) {
+    orb::zero::io::save(model, out);
+    if (out.flush()) orb::zero::io::writeWhole(bitsOf(file), writeBits);
+  });
 }
 
 void loadWithBits(const orb::zero::Model& model, const std::string& file) {

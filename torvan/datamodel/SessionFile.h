@@ -9,7 +9,7 @@
 /// FILE.values, see `ValueArchive.h`.
 namespace torvan::datamodel {
 
-/// Writes both, each whole or not at all. Raises "CannotSave" and "CannotExportValues".
+/// Writes both, or leaves both as they were. Raises "CannotSave" and "CannotExportValues".
 TORVAN_DATAMODEL_API void saveWithBits(const orb::zero::Model& model, const std::string& file);
 
 /// Adds what both hold to an empty model, as one unit. Raises "CannotLoad" and

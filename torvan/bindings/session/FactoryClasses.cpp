@@ -198,7 +198,10 @@ ClassPointer makeBitsClass() {
   info->staticMethod("text", "set", "All bits of a set as they print, the last element first.",
                      textOf);
   info->staticMethod("hex", "set", "The bits as a hexadecimal number, such as '0x5'.",
-                     [](const PowerSet& set) { return "0x" + toHexadecimal(set->getValue()); });
+                     [](const PowerSet& set) {
+                       const std::string digits = toHexadecimal(set->getValue());
+                       return "0x" + (digits.empty() ? "0" : digits);
+                     });
   info->staticMethod("count", "set", "The number of elements of a set.", [](const PowerSet& set) {
     return static_cast<std::int32_t>(set->getValue().count());
   });
