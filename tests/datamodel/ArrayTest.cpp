@@ -98,5 +98,23 @@ TEST_F(ArrayTest, LargestSizeEnds) {
   EXPECT_EQ(top.ref(2, 65535).getLatticeValuePtrVec().size(), 65534U);
 }
 
+TEST_F(ArrayTest, JoinsIntoAValueAsItJoins) {
+  const ArrayType shorter = types.createArrayType("B", p, 2);
+  const LatticeValue untyped = values.createArray({}, {1, 2, 3, 4}, elements);
+  const LatticeValue both = values.createArray(shorter, {1, 2}, {elements[1], elements[1]});
+  const LatticeValue low = values.createArray(shorter, {1, 2}, {elements[0], elements[0]});
+  const LatticeValue one = array({1, 2, 3, 4}, std::vector<LatticeValue>(4, elements[0]));
+  for (const auto& [left, right] :
+       {std::pair{one, untyped}, {low, full}, {both, one}, {one, both}}) {
+    LatticeValue joined, grown = left;
+    bool isMore = false;
+    const std::string refused = failureOf([&] { joined = left.join(right); });
+    EXPECT_EQ(failureOf([&] { isMore = joinInto(grown, right); }), refused);
+    if (refused == "none") {
+      EXPECT_TRUE(grown.eq(joined) && isMore == !joined.eq(left));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace torvan::datamodel

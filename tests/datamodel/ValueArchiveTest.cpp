@@ -210,6 +210,12 @@ TEST_F(ValueArchiveTest, BitsComeBackIntoWhatIsThere) {
   EXPECT_EQ(snapshot(model), before);
 }
 
+TEST_F(ValueArchiveTest, RecordTypesHaveNoSizeOfTheirOwn) {
+  const StructType type = make<StructType>();  // which has the size 0, where factories give 1
+  const std::vector<NamedValue> named{{"v", values.createStruct(type, {}, {})}};
+  EXPECT_EQ(failureOf([&] { restore(textOf(named), named); }), "none");
+}
+
 TEST_F(ValueArchiveTest, BitsForAnotherStructureAreRefused) {
   const PowerSetType p = sets(3), q = types.createPowerSetType("Q", 3);
   const LatticeValue x = set(p, {1}), y = set(p, {2});
@@ -232,7 +238,7 @@ TEST_F(ValueArchiveTest, BitsForAnotherStructureAreRefused) {
   EXPECT_EQ(failure({{"v", LatticeValue()}}), at("v", "There is a value on one side only."));
   EXPECT_EQ(failure({{"v", pair(x, set(q, {}))}}), at("v/elements/2", "It is of another type."));
   EXPECT_EQ(failure({{"v", pair(x, x)}}),
-            at("v/elements/2", "It stands elsewhere as well, where it has other bits."));
+            at("v/elements/2", "It stands elsewhere as well, where it is another value."));
   EXPECT_EQ(failure({{"v", values.createArray({}, {1, 3}, {x, y})}}),
             at("v/elements/3", "It has other fields or indices."));
 }

@@ -70,14 +70,26 @@ std::optional<bool> joinShort(LatticeValue& value, std::span<const LatticeValue*
   return true;
 }
 
+/// How the other lies to the value, so far as it tells what a join comes to: that is of the type of
+/// the value, while the order is that of the other's.
+boolean3 orderOf(const LatticeValue& other, const LatticeValue& value) {
+  if (!other || other.get()->classNumber() != value.get()->classNumber()) return boolean3::NA;
+  const bool isSet = PowerSet::exactImplOf(value) && PowerSet::exactImplOf(other);
+  if (!isSet && (!value->hasType() || value->getType() != other->getType())) return boolean3::NA;
+  try {
+    return other.le(value);
+  } catch (const orb::zero::Exception&) {
+    return boolean3::NA;
+  }
+}
+
 }  // namespace
 
 bool joinInto(LatticeValue& value, const LatticeValue& other, Sharing sharing) {
   auto* const element = value.operator->();
   if (isHeldAlone(value) && element->classNumber() == PowerSet::classNumber) [[likely]]
     return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(other).bits());
-  const bool isAlike = other && other.get()->classNumber() == element->classNumber();
-  const boolean3 order = isAlike ? other.le(value) : boolean3::NA;  // or else `join` refuses it
+  const boolean3 order = orderOf(other, value);
   if (order == boolean3::T) return false;
   const bool mayShare =
       order == boolean3::F && sharing == Sharing::Allowed && element->getType() == other->getType();

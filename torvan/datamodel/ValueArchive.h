@@ -39,10 +39,10 @@ struct NamedValue {
 
 /// Writes the values with all that they are made of: lengths and bits of sets, whatever the size of
 /// their type, the stored fields and indices, and their types, if they have any. Of a type it
-/// writes all but top and bottom. Raises "CannotExportValues" with the name of the value and the
-/// problem: a name that comes twice, a text that is no UTF-8, an array with an index 0, a value of
-/// another kind than its type, a value or a type that contains itself, a proxy, and a stream that
-/// does not take the text.
+/// writes all but top and bottom, and the size of a record type, which is that of `TypeFactory`.
+/// Raises "CannotExportValues" with the name of the value and the problem: a name that comes twice,
+/// a text that is no UTF-8, an array with an index 0, a value of another kind than its type, a
+/// value or a type that contains itself, a proxy, and a stream that does not take the text.
 TORVAN_DATAMODEL_API void exportValues(std::span<const NamedValue> values, std::ostream& out);
 
 /// Makes the values of a text anew, in one transaction, and returns them in their order. Types are
@@ -55,9 +55,10 @@ TORVAN_DATAMODEL_API std::vector<NamedValue> importValues(std::istream& in,
 
 /// Gives the values, all of one model, the bits that a text has for them, in one transaction; no
 /// element of the model is made. The values have the names of the text, in any order, and the
-/// structure that it tells: kinds, types, fields and indices. Only their bits may be others, of
-/// other lengths even. Raises "CannotImportValues", without a line for another structure; the
-/// values stay as they are then.
+/// structure that it tells: kinds, the names, sizes and universes of types, fields and indices, and
+/// what is one value in several places. Only their bits may be others, of other lengths even.
+/// Raises "CannotImportValues", without a line for another structure; the values stay as they are
+/// then.
 TORVAN_DATAMODEL_API void restoreValues(std::istream& in, std::span<const NamedValue> values);
 
 /// The power sets of a model, each with its UUID as its name: all that a file of the model lacks.

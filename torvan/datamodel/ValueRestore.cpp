@@ -12,6 +12,7 @@
 #include <orb/zero/Transaction.h>
 #include <torvan/datamodel/PowerSet.h>
 #include <torvan/datamodel/PowerSetType.h>
+#include <torvan/datamodel/StructType.h>
 #include <torvan/datamodel/impl/ValueParts.h>
 
 namespace torvan::datamodel {
@@ -63,7 +64,7 @@ class BitsCopy {
     }
     const auto [known, isNew] = sources_.emplace(to.get(), from.get());
     if (known->second != from.get())
-      failHere("It stands elsewhere as well, where it has other bits.");
+      failHere("It stands elsewhere as well, where it is another value.");
     if (!isNew) return;
     const ValueForm& form = formOf(to->getMetaClass());
     if (&form != &formOf(from->getMetaClass())) failHere("It is of another kind.");
@@ -75,13 +76,13 @@ class BitsCopy {
     open_.push_back(std::move(pair));
   }
 
-  /// Types of the parts are compared where these are.
+  /// Types of the parts are compared where these are. The size of a record type means nothing.
   bool areAlike(const LatticeType& a, const LatticeType& b) {
     if (!a || !b) return !a && !b;
     if (alike_.contains({a.get(), b.get()})) return true;
-    if (a->getMetaClass() != b->getMetaClass() || a->getName() != b->getName() ||
-        a->getNumElems() != b->getNumElems())
-      return false;
+    if (a->getMetaClass() != b->getMetaClass() || a->getName() != b->getName()) return false;
+    const bool isRecord = a->getMetaClass().isKindOf(StructType::metaClass());
+    if (!isRecord && a->getNumElems() != b->getNumElems()) return false;
     if (a->getMetaClass().isKindOf(PowerSetType::metaClass())) {
       const PowerSetType first{a}, second{b};
       if (!std::ranges::equal(first->getUniverse(), second->getUniverse())) return false;

@@ -36,7 +36,10 @@ class TORVAN_DATAMODEL_API ArrayElem::Impl : public orb::zero::ImplOf<ArrayElem>
   void basicSetValue(const LatticeValue& value) { basicSet<&Impl::value_>(value); }
   void setValue(const LatticeValue& value) { set<&Impl::value_>(value); }
 
-  LatticeValue* ref() noexcept { return &value_; }
+  LatticeValue* ref() {
+    checkNoProxy();
+    return &value_;
+  }
 };
 
 }  // namespace torvan::datamodel

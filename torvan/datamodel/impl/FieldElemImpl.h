@@ -37,7 +37,10 @@ class TORVAN_DATAMODEL_API FieldElem::Impl : public orb::zero::ImplOf<FieldElem>
   void basicSetValue(const LatticeValue& value) { basicSet<&Impl::value_>(value); }
   void setValue(const LatticeValue& value) { set<&Impl::value_>(value); }
 
-  LatticeValue* ref() noexcept { return &value_; }
+  LatticeValue* ref() {
+    checkNoProxy();
+    return &value_;
+  }
 };
 
 }  // namespace torvan::datamodel
