@@ -182,6 +182,8 @@ Value Value::at(std::size_t position) const {
 Value Value::at(std::size_t row, std::size_t column) const {
   if (row >= size_.rows)
     raise("IndexOutOfRange", {std::to_string(row), std::to_string(size_.rows)});
+  if (column >= size_.columns)
+    raise("IndexOutOfRange", {std::to_string(column), std::to_string(size_.columns)});
   return at(column * size_.rows + row);
 }
 

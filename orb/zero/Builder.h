@@ -41,7 +41,8 @@ class ORB_ZERO_API ModelElement::Builder {
   /// Which positions were given a value by `setOrAdd`; of no size before the first.
   const boost::dynamic_bitset<>& given() const noexcept { return given_; }
 
-  /// Makes the element and those it is to own, as one unit. Raises "InvalidValue" the second time,
+  /// Makes the element and those it is to own, as one unit. What it was given and is gone by now,
+  /// as a proxy that was resolved, is left out. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
   /// have one key. A frozen model refuses it, and may be asked again when it is thawed.
   ModelElement create() { return make(); }

@@ -55,6 +55,8 @@ void Model::Impl::disassociate(Element& target) {
     throw;
   }
   target.standing_.life = Element::Life::Alive;
+  for (const meta::PropertyInfo* property : target.getMetaClass().all)
+    if (!property->isOwning) property->services.release(target, target);  // it was not among them
 }
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.

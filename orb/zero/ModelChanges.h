@@ -27,7 +27,8 @@ struct DestroyedElement {
 };
 
 /// What one outermost transaction made of a model, or the undo or redo of one. What was created and
-/// destroyed within is not named; a property that is as it was before is not either.
+/// destroyed within is not named; a property that is as it was before is not either, unless it is a
+/// keyed collection of several: that counts as changed by every change (see `Storage`).
 struct ModelChanges {
   std::vector<ModelElement> created;  ///< in the order of creation
   std::vector<DestroyedElement> destroyed;

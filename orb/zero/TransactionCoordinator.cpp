@@ -88,18 +88,19 @@ void TransactionCoordinator::log(std::unique_ptr<UndoRecord> record) noexcept {
 
 void TransactionCoordinator::grow() { log_.reserve(std::max<std::size_t>(64, 2 * log_.size())); }
 
-/// Whether there is anything to describe, once the marks are settled. Looks at no contents.
+/// Whether there is anything to describe, once the marks are settled, or a proxy came, went or was
+/// changed, as another step may name it. Looks at no contents.
 bool TransactionCoordinator::hasChanged() const {
   const std::uint32_t births = savepoints_.front().births;
   for (std::uint32_t place = births; place < model_.births(); ++place)
     if (const ModelElement::Impl* const element = model_.born(place))
-      if (element->isMember()) return true;
+      if (element->isAlive()) return true;
   return std::any_of(log_.begin(), log_.end(), [=](const auto& record) {
     const ModelElement::Impl& element = record->element();
     if (!element.isOlderThan(births)) return false;
-    if (!element.isAlive()) return record->isDestruction();  // of a proxy, which a step may name
+    if (!element.isAlive()) return record->isDestruction();
     const Storage* const storage = record->asStorage();
-    return storage && storage->isChanged() && !element.isProxy();
+    return storage && storage->isChanged();
   });
 }
 

@@ -158,6 +158,26 @@ TEST_F(ProxyTest, HistoryKeepsWhatItsStepsRefersTo) {
     while (model.redo()) continue;
     EXPECT_FALSE(x || proxy || equation->hasLhs());
   }
+  while (model.undo()) continue;
+  model.createProxy(Variable::metaClass(), id);  // or else a step could bring back another of it
+  EXPECT_EQ(model.redoSteps(), 0);
+}
+
+TEST_F(ProxyTest, IsChangedByNoReference) {
+  const LatticeValue top = sets(1)->getTop();
+  const std::string refused = "CannotModifyProxy";
+  EXPECT_EQ(failureOf([&] { *FieldElem::createProxy(model, id).ref() = top; }), refused);
+  EXPECT_EQ(failureOf([&] { *ArrayElem::createProxy(model, model.newUuid()).ref() = top; }),
+            refused);
+}
+
+TEST_F(ProxyTest, DisassociationMeansReferencesToItselfAsWell) {
+  const Join join = make<Join>();
+  join->getOperands().add(join);
+  const Equation equation = make<Equation>();
+  equation->setRhs(join);
+  join->disassociateIncoming();
+  EXPECT_TRUE(join && join->getOperands().empty() && !equation->hasRhs());
 }
 
 TEST_F(ProxyTest, TakesThePlaceOfTheElementWhateverItsKey) {

@@ -10,6 +10,7 @@ TEST(ValueTest, ArraysAreReadByColumns) {
   EXPECT_EQ(array.at(1), Value::scalar(2.0));
   EXPECT_EQ(array.describe(), "a 2-by-3 double");
   EXPECT_RAISES(array.at(2, 0), "IndexOutOfRange(2,2)");
+  EXPECT_RAISES(array.at(0, std::size_t{1} << 63), "IndexOutOfRange(9223372036854775808,3)");
   EXPECT_RAISES(array.number<double>(), "WrongValue(double scalar,a 2-by-3 double)");
   EXPECT_RAISES(array.numbers<std::int32_t>(), "WrongValue(int32,a 2-by-3 double)");
   EXPECT_RAISES(Value::array<double>(numbers, {2, 2}), "SizeMismatch(2,2,6)");

@@ -25,7 +25,7 @@
 /// under their keys. What is not set, empty or transient is left out.
 ///
 /// Every element has a line of its own, in the order of creation, so equal models give equal texts.
-/// What is referred to but not saved, and proxies, are listed under "proxies".
+/// What is referred to but not saved, proxies included, is listed under "proxies".
 namespace orb::zero::io {
 
 /// Writes all elements of the model. Raises "CannotSave" with the element, the property and a cause

@@ -9,7 +9,8 @@ namespace orb::zero::query {
 /// A search for elements of class X:
 ///
 ///     Query<Variable> query(model);
-///     Variable::Constrainables variable(query, Variable::metaClass(), ThisClassOnly);
+///     Variable::Constrainables variable(query, Variable::metaClass(),
+///                                      SearchClassMatchMode::ThisClassOnly);
 ///     query.where(variable.name() == "x" && !variable.type().isPresent());
 ///     for (const Variable& found : query.execute()) ...
 ///
