@@ -72,8 +72,12 @@ const SerialStream::Content* SerialStream::readContent() {
     case Tag::Reference:
       if (const Content* content = readHandle().content) return content;
       input_.failExpecting("a reference to a value");
-    case Tag::Text:
-      return newText(input_.text("a text"));
+    case Tag::Text: {
+      Content& text = newContent(Kind::Text);
+      text.text = input_.text("a text");
+      handles_.push_back({&text, nullptr});
+      return &text;
+    }
     case Tag::Block:
     case Tag::LongBlock: {
       const std::size_t size =
@@ -174,13 +178,6 @@ const SerialStream::ClassDescription* SerialStream::readNewClassDescription() {
   readContentsToEnd(annotations);
   description.super = readClassDescription();
   return &description;
-}
-
-const SerialStream::Content* SerialStream::newText(std::string text) {
-  Content& content = newContent(Kind::Text);
-  content.text = std::move(text);
-  handles_.push_back({&content, nullptr});
-  return &content;
 }
 
 SerialStream::Content& SerialStream::newContent(Kind kind) {

@@ -55,7 +55,6 @@ class SerialStream {
   void readContentsToEnd(Content& object);
   const ClassDescription* readClassDescription();
   const ClassDescription* readNewClassDescription();
-  const Content* newText(std::string text);
   Content& newContent(Kind kind);
   Handle readHandle();
 

@@ -15,7 +15,9 @@ bool looksLikeSystem(std::string_view bytes) {
   return first != std::string_view::npos && bytes[first] == '{';
 }
 
-std::vector<std::string> filesOf(const std::string& file) { return {file, file + ".values"}; }
+std::vector<std::string> filesOf(const std::string& file) {
+  return {file, datamodel::bitsFileOf(file)};
+}
 
 void saveSystem(const BlockSystem& system, const std::string& file) {
   const Uninterrupted whole;

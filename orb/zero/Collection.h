@@ -50,6 +50,12 @@ class ORB_ZERO_API Collection {
     return record->change_;
   }
 
+  /// Makes a change, by way of the log where it is recorded.
+  template <class Change>
+  void perform(Change change) const {
+    isRecorded() ? log(std::move(change)).exchange(true) : change.exchange(true);
+  }
+
   /// Whether the element is a child of this collection.
   bool owns(const ModelElement::Impl& child) const {
     return child.isContainedIn(owner_, property().position);

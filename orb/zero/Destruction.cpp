@@ -32,8 +32,7 @@ void Model::Impl::destroy(Element& root, Element* replacement) {
   doomed.found.push_back(&root);
   for (std::size_t i = 0; i < doomed.found.size(); ++i) {  // grows while it runs
     Element& element = *doomed.found[i];
-    for (const meta::PropertyInfo* property : element.getMetaClass().all)
-      if (property->isOwning) property->services.targets(element, doomed);
+    visitOwned(element, doomed);
     transactions_.reserve();
     auto record =
         std::unique_ptr<UndoRecord>(new (*this) Existence(element, Existence::Change::Destruction));

@@ -104,8 +104,7 @@ class ElementMap : public Collection {
     }
     const Place place = storedAt(child);
     if (place == content_.end()) return;
-    Renaming renaming{*this, place->first, key, key};
-    (isRecorded() ? log(std::move(renaming)) : renaming).exchange(true);
+    perform(Renaming{*this, place->first, key, key});
   }
 
   /// Raises what inserting the elements into an empty map would.

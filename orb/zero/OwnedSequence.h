@@ -80,11 +80,7 @@ class OwnedSequence : public Collection {
   void release(ModelElement::Impl& child) {
     if (!owns(child)) return;
     Unit unit(owner());
-    Presence presence{*this, child.order(), {}};
-    if (isRecorded())
-      log(std::move(presence)).exchange(true);
-    else
-      presence.exchange(true);
+    perform(Presence{*this, child.order(), {}});
     unit.commit();
   }
   void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
@@ -154,11 +150,7 @@ class OwnedSequence : public Collection {
     settle(order);
   }
   void replaceAt(std::uint32_t order, ModelElement::Impl& child) {
-    Replacement replacement{*this, order, Slot<E>(&child)};
-    if (isRecorded())
-      log(std::move(replacement)).exchange(true);
-    else
-      replacement.exchange(true);
+    perform(Replacement{*this, order, Slot<E>(&child)});
   }
   /// The vector never gives memory back, so that a child can return without any.
   void restore(std::uint32_t order, Slot<E> child, bool links) noexcept {

@@ -74,8 +74,7 @@ void ModelElement::Impl::doDestroy(bool owned, bool leavesProxy) {
   Transaction unit(getModel());
   if (!owned) {
     Targets children;
-    for (const meta::PropertyInfo* property : getMetaClass().all)
-      if (property->isOwning) property->services.targets(*this, children);
+    visitOwned(*this, children);
     for (Impl* child : children.found) child->leaveContainer();
   }
   const bool isReplaced = leavesProxy && !standing_.isProxy;
@@ -90,8 +89,7 @@ void ModelElement::Impl::convertReferencesToProxies(bool owned,
   Targets converted;
   converted.found.push_back(this);
   for (std::size_t i = 0; owned && i < converted.found.size(); ++i)  // grows while it runs
-    for (const meta::PropertyInfo* property : converted.found[i]->getMetaClass().all)
-      if (property->isOwning) property->services.targets(*converted.found[i], converted);
+    visitOwned(*converted.found[i], converted);
   auto inside = converted.found;
   std::sort(inside.begin(), inside.end());
 

@@ -12,9 +12,7 @@ bool ModelElement::Impl::isHeldOnlyBySlots(std::uint32_t slots) const noexcept {
     void visit(ModelElement::Impl& child) override { held = held || !child.isHeldOnlyBySlots(1); }
     bool held = false;
   } children;
-  auto& self = const_cast<Impl&>(*this);  // the visitor is shown mutable elements
-  for (const meta::PropertyInfo* property : getMetaClass().all)
-    if (property->isOwning) property->services.targets(self, children);
+  visitOwned(*this, children);
   return !children.held;
 }
 
@@ -25,8 +23,7 @@ bool isYoung(ModelElement::Impl& element, std::uint32_t births) {
   if (births == 0) return true;
   if (element.isOlderThan(births)) return false;
   Targets children;
-  for (const meta::PropertyInfo* property : element.getMetaClass().all)
-    if (property->isOwning) property->services.targets(element, children);
+  visitOwned(element, children);
   return std::all_of(children.found.begin(), children.found.end(),
                      [=](auto* child) { return isYoung(*child, births); });
 }

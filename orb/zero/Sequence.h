@@ -37,12 +37,10 @@ class Sequence : public Collection {
     this->owner().checkNoProxy();
     checkPlace(place, size());
     Unit unit(owner());
-    if (isRecorded()) {
-      Presence& presence = log(Presence{*this, place, {}});
-      presence.exchange(true);
-    } else {
+    if (isRecorded())
+      log(Presence{*this, place, {}}).exchange(true);
+    else
       content_.erase(iteratorAt(place));
-    }
     unit.commit();
   }
   void clear() {
@@ -69,8 +67,7 @@ class Sequence : public Collection {
     if (content_[place] == item) return;
     Unit unit(owner());
     if (isRecorded()) {
-      Replacement& replacement = log(Replacement{*this, place, std::move(item)});
-      replacement.exchange(true);
+      log(Replacement{*this, place, std::move(item)}).exchange(true);
     } else {
       content_[place] = std::move(item);
       note(place);
@@ -85,11 +82,7 @@ class Sequence : public Collection {
     Items left(content_.get_allocator());
     left.reserve(size());
     std::remove_copy_if(begin(), end(), std::back_inserter(left), test);
-    Content content{*this, std::move(left)};
-    if (isRecorded())
-      log(std::move(content)).exchange(true);
-    else
-      content.exchange(true);
+    perform(Content{*this, std::move(left)});
     unit.commit();
   }
   auto& content() noexcept { return content_; }

@@ -8,6 +8,12 @@
 
 namespace orb::zero {
 
+/// Shows what the element owns.
+inline void visitOwned(const ModelElement::Impl& element, meta::TargetVisitor& visitor) {
+  for (const meta::PropertyInfo* property : element.getMetaClass().all)
+    if (property->isOwning) property->services.targets(element, visitor);
+}
+
 /// Collects what properties name.
 struct Targets final : meta::TargetVisitor {
   void visit(ModelElement::Impl& target) override { found.push_back(&target); }

@@ -150,22 +150,23 @@ void TransactionCoordinator::freeze() {
 void TransactionCoordinator::addListener(std::shared_ptr<ModelListener> listener) {
   checkNoneOpen();
   if (!listener) raise("InvalidValue");
-  auto listeners = listeners_ ? *listeners_ : std::vector<std::shared_ptr<ModelListener>>();
+  Listeners listeners = listeners_ ? *listeners_ : Listeners();
   listeners.push_back(std::move(listener));
-  listeners_ =
-      std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(std::move(listeners));
-  update();
+  setListeners(std::move(listeners));
 }
 
 void TransactionCoordinator::removeListener(const std::shared_ptr<ModelListener>& listener) {
   checkNoneOpen();
   if (!listeners_) return;
-  auto listeners = *listeners_;
+  Listeners listeners = *listeners_;
   std::erase(listeners, listener);
-  listeners_ = listeners.empty()
-                   ? nullptr
-                   : std::make_shared<const std::vector<std::shared_ptr<ModelListener>>>(
-                         std::move(listeners));
+  setListeners(std::move(listeners));
+}
+
+/// As a new list, since work that waits in the queue goes on with the former one.
+void TransactionCoordinator::setListeners(Listeners listeners) {
+  listeners_ =
+      listeners.empty() ? nullptr : std::make_shared<const Listeners>(std::move(listeners));
   update();
 }
 

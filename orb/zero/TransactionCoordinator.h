@@ -108,6 +108,8 @@ class ORB_ZERO_API TransactionCoordinator {
   ModelChanges describe();
   void post(ModelChanges changes);
   bool flip(bool isUndo);
+  using Listeners = std::vector<std::shared_ptr<ModelListener>>;
+  void setListeners(Listeners listeners);
 
   Model::Impl& model_;
   std::uint64_t eras_ = 0;
@@ -119,7 +121,7 @@ class ORB_ZERO_API TransactionCoordinator {
   std::vector<Savepoint> savepoints_;
   std::vector<std::unique_ptr<UndoRecord>> log_;
   std::unique_ptr<History> history_;
-  std::shared_ptr<const std::vector<std::shared_ptr<ModelListener>>> listeners_;  // null for none
+  std::shared_ptr<const Listeners> listeners_;  // null for none
 };
 
 }  // namespace orb::zero

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include <orb/zero/Api.h>
@@ -31,6 +32,10 @@ consteval uuid uuidOf(std::string_view text) {
 using UuidText = std::array<char, 36>;
 /// Its 8-4-4-4-12 hexadecimal digits, in lower case.
 ORB_ZERO_API UuidText toText(const uuid& id) noexcept;
+inline std::string toString(const uuid& id) {
+  const UuidText text = toText(id);
+  return {text.begin(), text.end()};
+}
 /// The UUID that this text stands for, in lower or upper case; nothing for another text.
 ORB_ZERO_API std::optional<uuid> parseUuid(std::string_view text) noexcept;
 

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -70,8 +71,8 @@ PyObject* compare(PyObject* self, PyObject* other, int operation) {
 
 /// Asks the native object for a number; -1 when it cannot be asked.
 template <class Ask>
-auto ask(PyObject* self, Ask read) -> decltype(read(*valueOf(self).native())) {
-  decltype(read(*valueOf(self).native())) answer = -1;
+auto ask(PyObject* self, Ask read) {
+  std::invoke_result_t<Ask, const NativeObject&> answer = -1;
   guarded([&] {
     Domains::getInstance().await(valueOf(self));
     answer = read(*valueOf(self).native());

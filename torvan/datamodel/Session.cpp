@@ -1,13 +1,11 @@
 #include <torvan/datamodel/Session.h>
 
-#include <orb/zero/ModelConstellation.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 
 namespace torvan::datamodel {
 
 Session::Session()
-    : model_(orb::zero::Model::create(orb::zero::uuid{}, orb::zero::ModelConstellation(),
-                                      orb::zero::DefaultWorkQueueFactory())),
+    : model_(orb::zero::Model::create()),
       valueFactory_(std::make_unique<ValueFactory>(model_)),
       typeFactory_(std::make_unique<TypeFactory>(model_)),
       expressionFactory_(std::make_unique<ExpressionFactory>(model_)) {

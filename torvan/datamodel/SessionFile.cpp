@@ -11,8 +11,6 @@
 namespace torvan::datamodel {
 namespace {
 
-std::string bitsOf(const std::string& file) { return file + ".values"; }
-
 void restoreBits(const orb::zero::Model& model, const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) orb::zero::raise("CannotImportValues", {file, "cannot open the file"});
@@ -27,12 +25,14 @@ void restoreBits(const orb::zero::Model& model, const std::string& file) {
 
 }  // namespace
 
+std::string bitsFileOf(const std::string& file) { return file + ".values"; }
+
 void saveWithBits(const orb::zero::Model& model, const std::string& file) {
   const auto writeBits = [&](std::ostream& out) { exportValues(powerSetsOf(model), out); };
   // The bits take their place once the model is written, and only has to take its own.
   orb::zero::io::writeWhole(file, [&](std::ostream& out) {
     orb::zero::io::save(model, out);
-    if (out.flush()) orb::zero::io::writeWhole(bitsOf(file), writeBits);
+    if (out.flush()) orb::zero::io::writeWhole(bitsFileOf(file), writeBits);
   });
 }
 
@@ -41,7 +41,7 @@ void loadWithBits(const orb::zero::Model& model, const std::string& file) {
   if (!in) orb::zero::raise("CannotLoad", {file, "", "", "", "cannot open the file"});
   orb::zero::Transaction unit(model);
   orb::zero::io::load(model, in, file);
-  restoreBits(model, bitsOf(file));
+  restoreBits(model, bitsFileOf(file));
   unit.commit();
 }
 

@@ -9,6 +9,9 @@
 /// FILE.values, see `ValueArchive.h`.
 namespace torvan::datamodel {
 
+/// The name of the second.
+TORVAN_DATAMODEL_API std::string bitsFileOf(const std::string& file);
+
 /// Writes both, or leaves both as they were. Raises "CannotSave" and "CannotExportValues".
 TORVAN_DATAMODEL_API void saveWithBits(const orb::zero::Model& model, const std::string& file);
 

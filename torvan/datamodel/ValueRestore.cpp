@@ -6,8 +6,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include <boost/uuid/uuid_io.hpp>
-
 #include <orb/zero/ElementRange.h>
 #include <orb/zero/Transaction.h>
 #include <torvan/datamodel/PowerSet.h>
@@ -118,7 +116,7 @@ void restoreValues(std::istream& in, std::span<const NamedValue> values) {
 std::vector<NamedValue> powerSetsOf(const orb::zero::Model& model) {
   std::vector<NamedValue> sets;
   for (const ModelElement element : model.elements(PowerSet::metaClass()))
-    sets.push_back({to_string(element->getUuid()), LatticeValue{element}});
+    sets.push_back({orb::zero::toString(element->getUuid()), LatticeValue{element}});
   return sets;
 }
 

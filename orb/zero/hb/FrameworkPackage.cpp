@@ -1,6 +1,5 @@
 #include <orb/zero/hb/FrameworkPackage.h>
 
-#include <boost/uuid/uuid_io.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,11 +13,7 @@
 #include <orb/zero/hb/HostBuilder.h>
 #include <orb/zero/hb/NativeClass.h>
 #include <orb/zero/hb/ORB0WrapperInfo.h>
-#include <orb/zero/meta/Argument.h>
-#include <orb/zero/meta/Class.h>
-#include <orb/zero/meta/ClassList.h>
-#include <orb/zero/meta/Operation.h>
-#include <orb/zero/meta/Property.h>
+#include <orb/zero/meta/DescriptionClasses.h>
 #include <tyve/ClassSystem.h>
 
 namespace orb::zero::hb {
@@ -76,7 +71,7 @@ class ModelElementWrapper final : public ORB0WrapperInfo<ModelElement> {
  public:
   ModelElementWrapper() : ORB0WrapperInfo("What all elements of a model have in common.") {
     addReader("uuid", "char", "Its UUID, as text.", [](const ModelElement& element) {
-      return tyve::Value::text(to_string(element->getUuid()));
+      return tyve::Value::text(toString(element->getUuid()));
     });
     addReader("container", "orb.zero.ModelElement",
               "The element that owns it; an empty one when none does.",
@@ -105,18 +100,13 @@ class ModelElementWrapper final : public ORB0WrapperInfo<ModelElement> {
   }
 };
 
-using Descriptions =
-    meta::ClassList<meta::Argument, meta::Class, meta::Enum, meta::EnumLiteral, meta::NamedElement,
-                    meta::Operation, meta::Package, meta::PrimitiveType, meta::Property, meta::Type,
-                    meta::TypedElement>;
-
 /// The package of the descriptions.
 class MetaPackage final : public EmptyParentPackage {
  public:
   MetaPackage() : EmptyParentPackage(tyve::intern("orb.zero.meta")) {}
 
  protected:
-  void initializePackage() override { addClasses(Descriptions()); }
+  void initializePackage() override { addClasses(meta::Descriptions()); }
 
  private:
   template <class... X>

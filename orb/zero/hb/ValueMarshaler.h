@@ -26,13 +26,15 @@ class ORB_ZERO_HB_API ValueMarshaler {
   /// All values of an array, a cell array or a list of texts, as a sequence. Raises the same.
   virtual Value fromHostMany(const tyve::Value& value) const = 0;
 
- protected:
   /// Shows each value of an array, or in a cell array; a row of characters is one.
   template <class Visit>
   static void forEach(const tyve::Value& value, Visit visit) {
     if (value.is(tyve::Kind::Char)) return visit(value);
-    for (std::size_t i = 0; i < value.count(); ++i)
-      visit(value.is(tyve::Kind::Cell) ? value.cells()[i] : value.at(i));
+    if (value.is(tyve::Kind::Cell)) {
+      for (const tyve::Value& item : value.cells()) visit(item);
+    } else {
+      for (std::size_t i = 0; i < value.count(); ++i) visit(value.at(i));
+    }
   }
 
  private:

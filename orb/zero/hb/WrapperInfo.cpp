@@ -1,6 +1,5 @@
 #include <orb/zero/hb/WrapperInfo.h>
 
-#include <boost/uuid/uuid_io.hpp>
 #include <optional>
 #include <span>
 #include <utility>
@@ -102,7 +101,7 @@ std::string WrapperInfo::print(const tyve::Value& object) const {
     if (const auto* const marshaler = textMarshalerOf(*property))
       if (const Value given = element->getPropertyValue(*property); !given.isEmpty())
         text += " '" + marshaler->toHost(given).text() + "'";
-  return text + " " + to_string(element->getUuid()) + ">";
+  return text + " " + toString(element->getUuid()) + ">";
 }
 
 void WrapperInfo::addElementConstructor() {

@@ -250,7 +250,7 @@ void Saver::writeUuid(const uuid& id) {
 
 void Saver::refuse(const Frame& frame, std::string cause) const {
   std::string element, property;
-  if (frame.element) element = std::string(toText(frame.element->getUuid()).data(), 36);
+  if (frame.element) element = toString(frame.element->getUuid());
   if (frame.property) property = frame.property->info->name;
   raise("CannotSave", {std::move(element), std::move(property), std::move(cause)});
 }
@@ -287,8 +287,7 @@ void save(std::span<const ModelElement> roots, std::ostream& out) {
     const Element& element = *part.found[i];
     if (!element.isMember() || saver.isIncluded(element)) continue;
     saver.include(element);
-    for (const meta::PropertyInfo* property : element.getMetaClass().all)
-      if (property->isOwning) property->services.targets(element, part);
+    visitOwned(element, part);
   }
   std::ranges::sort(tops, {}, &Element::place);
   tops.erase(std::unique(tops.begin(), tops.end()), tops.end());

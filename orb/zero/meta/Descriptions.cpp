@@ -1,7 +1,5 @@
 #include <orb/zero/meta/MetaRegistry.h>
 
-#include <boost/uuid/uuid_io.hpp>
-
 #include <orb/zero/Exception.h>
 #include <orb/zero/meta/AbstractMetaPackage.h>
 
@@ -49,7 +47,7 @@ EnumLiteral Enum::Impl::getLiteral(int value) const {
 }
 
 std::string EnumLiteral::Impl::getText(LiteralText form) const {
-  if (form == LiteralText::Id) return to_string(getUuid());
+  if (form == LiteralText::Id) return toString(getUuid());
   const std::string name = toUtf8(getName());
   return form == LiteralText::Name ? name : getParentEnum()->getQualifiedName() + '.' + name;
 }

@@ -129,10 +129,10 @@ consteval PropertyServices emitServices() {
   services.has = [](const Element& e) -> bool {
     if constexpr (K::value != ValueKind::Single)
       return !A::slot(e).empty();
-    else if constexpr (requires { K::type(); })
-      return static_cast<bool>(A::slot(e));
-    else
+    else if constexpr (isPrimitive)
       return e.isGiven(A::row.position);
+    else
+      return static_cast<bool>(A::slot(e));
   };
   services.slot = [](const Element& e) -> const void* {
     if constexpr (std::is_base_of_v<ModelElement, Member>)

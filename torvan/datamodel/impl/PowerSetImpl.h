@@ -24,7 +24,7 @@ class TORVAN_DATAMODEL_API PowerSet::Impl : public orb::zero::ImplOf<PowerSet> {
   const Bits& bits() const noexcept { return value_; }
   bool hasValue() const noexcept { return has<&Impl::value_>(); }
   void basicSetValue(BitSet value) { basicSet<&Impl::value_>(std::move(value)); }
-  /// Has the bits of an element in the making filled in.
+  /// Has the bits filled in or changed, unrecorded; they count as given.
   template <class Fill>
   void fill(Fill into) {
     into(value_);

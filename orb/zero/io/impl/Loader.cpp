@@ -23,10 +23,6 @@ uuid uuidIn(std::string_view text) {
   if (!id) refuse("'" + std::string(text) + "' is no UUID.");
   return *id;
 }
-std::string textOf(const uuid& id) {
-  const UuidText text = toText(id);
-  return {text.begin(), text.end()};
-}
 
 }  // namespace
 
@@ -262,7 +258,7 @@ void Loader::finish() {
     Element* target = model_->find(id);
     if (!target) {
       const auto proxy = proxies_.find(id);
-      if (proxy == proxies_.end()) refuse("Nothing has the UUID '" + textOf(id) + "'.");
+      if (proxy == proxies_.end()) refuse("Nothing has the UUID '" + toString(id) + "'.");
       target = proxy->second;
     }
     Element& element = *model_->born(pending.element);
@@ -274,12 +270,12 @@ void Loader::raiseAt(std::string_view file, std::string cause) {
   std::string element, property;
   if (settled_) {
     const Element& referrer = *model_->born(settled_->element);
-    element = textOf(referrer.getUuid());
+    element = toString(referrer.getUuid());
     property = referrer.getPropertyByIndex(settled_->position)->name;
   } else {
     const auto made = std::find_if(frames_.rbegin(), frames_.rend(),
                                    [](const Frame& frame) { return frame.element; });
-    if (made != frames_.rend()) element = textOf(made->element->getUuid());
+    if (made != frames_.rend()) element = toString(made->element->getUuid());
     if (made != frames_.rend() && made->property) property = made->property->info->name;
   }
   const std::uint64_t line = settled_ ? settled_->line : input_.line();

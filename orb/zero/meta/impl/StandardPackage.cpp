@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include <orb/zero/meta/DefaultPropertySerializer.h>
+#include <orb/zero/meta/DescriptionClasses.h>
 #include <orb/zero/meta/Emit.h>
-#include <orb/zero/meta/impl/Elements.h>
 
 namespace orb::zero {
 
@@ -25,8 +25,6 @@ constexpr char16_t inner[] = u"http://torvan.org/orb0/r1/orb.zero";
 constexpr char16_t descriptions[] = u"http://torvan.org/orb0/r1/orb.zero.meta";
 
 using Elements = ClassList<ModelElement>;
-using Descriptions = ClassList<Argument, Class, Enum, EnumLiteral, NamedElement, Operation, Package,
-                               PrimitiveType, Property, Type, TypedElement>;
 
 struct Primitive {
   std::string_view name, native;

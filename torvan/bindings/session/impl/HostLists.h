@@ -7,6 +7,7 @@
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/hb/Forwarding.h>
+#include <orb/zero/hb/ValueMarshaler.h>
 
 namespace torvan::datamodel::hb {
 
@@ -20,18 +21,10 @@ struct List {
 template <class T>
 std::vector<T> itemsOf(const tyve::Value& value) {
   std::vector<T> items;
-  const bool isText = value.is(tyve::Kind::Char);
-  items.reserve(isText ? 1 : value.count());
-  const auto add = [&](const tyve::Value& item) {
+  items.reserve(value.is(tyve::Kind::Char) ? 1 : value.count());
+  orb::zero::hb::ValueMarshaler::forEach(value, [&](const tyve::Value& item) {
     items.push_back(orb::zero::hb::Passing<T>::fromHost(item));
-  };
-  if (isText) {
-    add(value);
-  } else if (value.is(tyve::Kind::Cell)) {
-    for (const tyve::Value& item : value.cells()) add(item);
-  } else {
-    for (std::size_t i = 0; i < value.count(); ++i) add(value.at(i));
-  }
+  });
   return items;
 }
 
