@@ -23,7 +23,9 @@ TEST_F(PowerSetTest, OperandsAreTakenAtTheLengthOfTheLeft) {
   EXPECT_EQ(valueOf(wide.join(narrow)), bitsOf(130, {1, 2, 3, 65, 130}));
   EXPECT_EQ(valueOf(wide.meet(narrow)), bitsOf(130, {1}));
   EXPECT_EQ(valueOf(bits(3, {}).join(wide)).count(), 2U);  // no bits beyond the length
-  EXPECT_EQ(valueOf(bits(0, {}).join(wide)), BitSet());
+  const PowerSet empty = bits(0, {});
+  EXPECT_EQ(valueOf(empty.join(wide)), empty->getValue());
+  EXPECT_EQ(valueOf(empty.join(bits(0, {}))), BitSet());  // of which one has become a `BitSet`
 }
 
 TEST_F(PowerSetTest, MissingBitsReadAsZeroInTheOrder) {

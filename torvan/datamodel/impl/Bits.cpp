@@ -105,7 +105,8 @@ template <Bits::Operation operation>
 void Bits::combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& pool) {
   constexpr bool isJoin = operation == Operation::Join;
   constexpr auto combineWords = isJoin ? words::join : words::meet;
-  if (a.size() == b.size()) {
+  const bool areApart = a.size() > 0 && b.size() > 0 && words::beginApart(a.words(), b.words());
+  if (a.size() == b.size() && !areApart) {
     const boolean3 order = a.compare(b);
     if (order != boolean3::NA) return assign((order == boolean3::T) == isJoin ? b : a, pool);
   }
