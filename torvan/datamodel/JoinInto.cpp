@@ -70,8 +70,8 @@ std::optional<bool> joinShort(LatticeValue& value, std::span<const LatticeValue*
   return true;
 }
 
-/// How the other lies to the value, so far as it tells what a join comes to: that is of the type of
-/// the value, while the order is that of the other's.
+/// How the other lies to the value, where that tells what their join is: not where their types
+/// differ, as that of the other decides what is compared, and that of the value what is joined.
 boolean3 orderOf(const LatticeValue& other, const LatticeValue& value) {
   if (!other || other.get()->classNumber() != value.get()->classNumber()) return boolean3::NA;
   const bool isSet = PowerSet::exactImplOf(value) && PowerSet::exactImplOf(other);
