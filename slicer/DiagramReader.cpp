@@ -213,7 +213,7 @@ class SheetReader {
   void enter(std::unordered_map<std::string, Place>& index, const std::string& id, Place place,
              const std::string& what) {
     if (!index.emplace(id, place).second)
-      warn(what + ": its id " + id + " is that of another one, which all links lead to");
+      warn(what + ": its id " + id + " is that of another one, which it stands for");
   }
 
   /// Gives what has the number of another port one of its own. Not in a split, where they do not

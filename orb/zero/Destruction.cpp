@@ -55,7 +55,7 @@ void Model::Impl::disassociate(Element& target) {
   }
   target.standing_.life = Element::Life::Alive;
   for (const meta::PropertyInfo* property : target.getMetaClass().all)
-    if (!property->isOwning) property->services.release(target, target);  // it was not among them
+    if (!property->isOwning) property->services.release(target, target);  // passed over as dying
 }
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.

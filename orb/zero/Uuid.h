@@ -32,6 +32,7 @@ consteval uuid uuidOf(std::string_view text) {
 using UuidText = std::array<char, 36>;
 /// Its 8-4-4-4-12 hexadecimal digits, in lower case.
 ORB_ZERO_API UuidText toText(const uuid& id) noexcept;
+/// The same as a string.
 inline std::string toString(const uuid& id) {
   const UuidText text = toText(id);
   return {text.begin(), text.end()};

@@ -106,8 +106,8 @@ TEST(DiagramReaderTest, TellsOfIdsThatAreNotUnique) {
                  block("BasicBlock", "b", "CSCOPE") + input("b.in1") + link("a.out1", "b.in1")));
   EXPECT_EQ(diagram.warnings,
             (std::vector<std::string>{
-                "SRC#2: its id a is that of another one, which all links lead to",
-                "a port of SRC#1: its id a.out1 is that of another one, which all links lead to"}));
+                "SRC#2: its id a is that of another one, which it stands for",
+                "a port of SRC#1: its id a.out1 is that of another one, which it stands for"}));
   EXPECT_EQ(diagram.links.at(0).source.port, 0U);
 }
 

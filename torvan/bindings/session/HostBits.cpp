@@ -54,6 +54,8 @@ class BitsReader {
  private:
   void addItem(const tyve::Value& item) {
     if (item.is(tyve::Kind::Char)) return addName(item.text());
+    if (!item.isScalar() || item.is(tyve::Kind::String) || item.is(tyve::Kind::Cell))
+      fail(item.describe(), "elements are given one by one");
     const auto most = static_cast<double>(bits_.size());
     const std::size_t index = numberIn(item, most, "this is no element of the universe");
     if (index == 0) fail("0", "elements are counted from 1");
