@@ -38,11 +38,11 @@ class DotDrawing {
     const Net& net = network_.nets()[index];
     if (net.kind == SignalKind::Implicit) return drawImplicitNet(index);
     const std::string style = net.kind == SignalKind::Event ? ", style=dashed" : "";
-    const bool leads = highlight_.leadsAlong(net);
+    const bool follows = highlight_.follows(net.kind);
     for (const LeafPortIndex& driver : net.drivers)
       for (const LeafPortIndex& reader : net.readers)
         out_ << "  n" << driver.leaf << " -> n" << reader.leaf << " ["
-             << lineStyle(leads && isHighlighted(driver.leaf) && isHighlighted(reader.leaf))
+             << lineStyle(follows && isHighlighted(driver.leaf) && isHighlighted(reader.leaf))
              << style << "];\n";
   }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <string>
@@ -17,13 +16,8 @@ struct Highlight {
   std::string caption;           ///< One line of plain text.
   bool withEvents = true;        ///< Whether influence passes along event links.
 
-  /// Whether influence passes along the net from one of the leaves to one of them.
-  bool leadsAlong(const Net& net) const {
-    const auto isIn = [this](const LeafPortIndex& port) { return leaves.contains(port.leaf); };
-    return (withEvents || net.kind != SignalKind::Event) &&
-           std::any_of(net.drivers.begin(), net.drivers.end(), isIn) &&
-           std::any_of(net.readers.begin(), net.readers.end(), isIn);
-  }
+  /// Whether influence passes along what travels like this.
+  bool follows(SignalKind kind) const { return withEvents || kind != SignalKind::Event; }
 };
 
 /// An SVG picture of the outermost diagram in its own layout. A super-block counts as highlighted

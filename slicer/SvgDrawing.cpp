@@ -90,9 +90,16 @@ class SvgDrawing {
     }
   }
 
+  /// Whether influence passes along its net from one highlighted leaf to another.
   bool carriesInfluence(std::size_t link) const {
-    const std::optional<std::size_t> net = network_.netOfLink(link);
-    return net && highlight_.leadsAlong(network_.nets()[*net]);
+    const std::optional<std::size_t> index = network_.netOfLink(link);
+    if (!index) return false;
+    const Net& net = network_.nets()[*index];
+    const auto isIn = [this](const LeafPortIndex& port) {
+      return highlight_.leaves.contains(port.leaf);
+    };
+    return highlight_.follows(net.kind) && std::ranges::any_of(net.drivers, isIn) &&
+           std::ranges::any_of(net.readers, isIn);
   }
 
   Rectangle bounds() const {
