@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
 #include <utility>
 #include <vector>
 
 #include <orb/zero/Collection.h>
 #include <orb/zero/CollisionResolution.h>
 #include <orb/zero/Exception.h>
-#include <orb/zero/KeyIndex.h>
-#include <orb/zero/PoolAllocator.h>
+#include <orb/zero/KeyedNodes.h>
 
 namespace orb::zero {
 
@@ -20,31 +18,27 @@ template <class K, class E>
 class ElementMap : public Collection {
  public:
   using Entry = E;
-  using Child = std::pair<const K, Slot<E>>;
-  using Content = std::map<K, Slot<E>, std::less<>, PoolAllocator<Child>>;
   using KeyFunction = const K& (*)(const ModelElement::Impl&);
 
   ElementMap(ModelElement::Impl& element, KeyFunction key, Descriptor descriptor) noexcept
-      : Collection(element, descriptor), content_(PoolAllocator<Child>(element)), key_(key) {}
+      : Collection(element, descriptor), nodes_(element), key_(key) {}
 
   /// The element under the key, or an empty handle.
   E operator[](const K& key) const {
-    const E* const child = entry(key);
-    return child ? *child : E();
+    const Node* const node = nodes_.find(key);
+    return node ? E(node->second) : E();
   }
   /// The same without a reference of its own: null when there is none.
   typename E::Impl* find(const K& key) const {
-    const E* const child = entry(key);
-    return child ? static_cast<typename E::Impl*>(child->get()) : nullptr;
+    const Node* const node = nodes_.find(key);
+    return node ? static_cast<typename E::Impl*>(node->second.get()) : nullptr;
   }
-  bool contains(const K& key) const {
-    if (empty() || content_.rbegin()->first < key) return false;  // at once for what comes last
-    return find(key) != nullptr;
-  }
-  auto begin() const noexcept { return content_.begin(); }
-  auto end() const noexcept { return content_.end(); }
-  bool empty() const noexcept { return content_.empty(); }
-  std::size_t size() const noexcept { return content_.size(); }
+  bool contains(const K& key) const { return !nodes_.isBehindAll(key) && nodes_.find(key); }
+  /// Entries are pairs of a key and a handle. What comes or goes elsewhere leaves iterators alone.
+  auto begin() const noexcept { return nodes_.begin(); }
+  auto end() const noexcept { return nodes_.end(); }
+  bool empty() const noexcept { return nodes_.empty(); }
+  std::size_t size() const noexcept { return nodes_.size(); }
 
   /// Stores the element under its key; one that has another owner moves. Refuses, in this order, an
   /// empty or destroyed element ("CannotAddNonExistentObject"), one of another class
@@ -57,40 +51,38 @@ class ElementMap : public Collection {
     owner().template checkInsertion<E>(element);
     ModelElement::Impl& child = *element.get();
     const K& key = key_(child);
-    Place place = placeOf(key);
-    if (place != content_.end() && place->first == key && !owns(*place->second.get())) {
-      extract(place);  // in a builder, from which a rollback has taken it
-      place = placeOf(key);
-    }
-    if (place != content_.end() && place->first == key) {
+    Place place = nodes_.lowerBound(key);
+    if (isAt(place, key) && !owns(*place->second.get()))
+      nodes_.remove((place++).node());  // in a builder, from which a rollback has taken it
+    if (isAt(place, key)) {
       if (place->second == element || resolution == CollisionResolution::Keep) return;
       if (resolution == CollisionResolution::Report) raise("UniquenessConstraint");
       Transaction unit(owner().getModel());
-      take(place);
+      take(place.node());
       insert(element);
       return unit.commit();
     }
     Unit unit(owner());
     if (child.container())
-      move(child, [&] { put(placeOf(key), key, child); });
+      move(child, [&] { put(child, nodes_.lowerBound(key)); });
     else
-      put(place, key, child);
+      put(child, place);
     unit.commit();
   }
   void add(const ModelElement& element) { insert(element); }
   /// Stores a new element of the owner's model, which has no owner yet and a key behind all others.
   /// For units of many: nothing is checked, and the change is no unit of its own.
-  void append(ModelElement::Impl& child) { put(content_.end(), key_(child), child); }
+  void append(ModelElement::Impl& child) { put(child, end()); }
 
   /// Takes out what is stored under the key, if anything is; it becomes a top-level element.
   void erase(const K& key) {
     owner().checkNoProxy();
-    if (const auto found = content_.find(key); found != content_.end()) take(found);
+    if (Node* const node = nodes_.find(key)) take(*node);
   }
   void clear() {
     owner().checkNoProxy();
     Unit unit(owner());
-    while (!empty()) take(content_.begin());
+    while (!empty()) take(nodes_.back());
     unit.commit();
   }
 
@@ -98,13 +90,11 @@ class ElementMap : public Collection {
   /// "UniquenessConstraint" when there is another element under that key. Does nothing for a child
   /// that is not stored, as in a builder after a rollback.
   void rekey(const ModelElement::Impl& child, const K& key) {
-    if (const auto found = content_.find(key); found != content_.end()) {
-      if (found->second.get() == &child) return;
+    if (const Node* const node = nodes_.find(key)) {
+      if (node->second.get() == &child) return;
       raise("UniquenessConstraint");
     }
-    const Place place = storedAt(child);
-    if (place == content_.end()) return;
-    perform(Renaming{*this, place->first, key, key});
+    if (Node* const node = nodeOf(child)) perform(Renaming{*this, *node, key});
   }
 
   /// Raises what inserting the elements into an empty map would.
@@ -120,19 +110,19 @@ class ElementMap : public Collection {
 
   // What the owner's property does with it (see `meta::PropertyServices`).
   void targets(meta::TargetVisitor& visitor) const {
-    for (const auto& [key, child] : content_) visitor.visit(*child.get());
+    for (const auto& [key, child] : nodes_) visitor.visit(*child.get());
   }
   void release(const ModelElement::Impl& child) {
-    if (owns(child)) take(storedAt(child));
+    if (owns(child)) take(*nodeOf(child));
   }
   void replace(const ModelElement::Impl& child, ModelElement::Impl& other) {
     if (!owns(child)) return;
-    take(storedAt(child));
+    take(*nodeOf(child));
     add(ModelElement(&other));
   }
   template <class F>
   void forEach(F visit) const {
-    for (const auto& [key, child] : content_) visit(child);
+    for (const auto& [key, child] : nodes_) visit(child);
   }
   /// What is compared of it (see `Storage::isUnchanged`).
   struct Snapshot {
@@ -148,99 +138,70 @@ class ElementMap : public Collection {
     return {size(), begin()->first, begin()->second.get()};
   }
   void link(bool links) noexcept {
-    for (const auto& [key, child] : content_) links ? adopt(*child.get()) : disown(*child.get());
+    for (const auto& [key, child] : nodes_) links ? adopt(*child.get()) : disown(*child.get());
   }
   void reset() noexcept {
     link(false);
-    content_.clear();
-    index_.drop();
+    nodes_.clear();
   }
   void forget() noexcept {
-    for (auto& [key, child] : content_) child.forget();
+    for (auto place = begin(); place != end(); ++place) place.node().second.forget();
   }
 
  private:
-  using Place = typename Content::iterator;
-  /// An entry that came or went. The node goes back and forth, so that neither way needs memory.
+  using Nodes = KeyedNodes<K, Slot<E>>;
+  using Node = typename Nodes::Node;
+  using Place = typename Nodes::Iterator;
+  /// A node that came or went. It goes back and forth, so that neither way needs memory.
   struct Presence {
     void exchange(bool links) noexcept {
-      if (node) {
-        if (links) map.adopt(*node.mapped().get());
-        map.index_.insert(*map.content_.insert(std::move(node)).position);
+      if (loose) {
+        if (links) map.adopt(*node.second.get());
+        map.nodes_.insert(std::move(loose));
       } else {
-        node = map.extract(map.content_.find(key));
-        if (links) map.disown(*node.mapped().get());
+        loose = map.nodes_.remove(node);
+        if (links) map.disown(*node.second.get());
       }
     }
     ElementMap& map;
-    K key;
-    typename Content::node_type node;
+    Node& node;
+    typename Nodes::Loose loose;  // the node, while it is not in the map
   };
-  /// An entry that is stored under another key.
+  /// A node that gets another key.
   struct Renaming {
     void exchange(bool) noexcept {
-      auto node = map.extract(map.content_.find(now));
-      std::swap(node.key(), spare);
-      std::swap(now, other);
-      map.index_.insert(*map.content_.insert(std::move(node)).position);
+      auto loose = map.nodes_.remove(node);
+      std::swap(node.first, other);
+      map.nodes_.insert(std::move(loose));
     }
     ElementMap& map;
-    K now, other;
-    K spare;  // equal to `other`
+    Node& node;
+    K other;
   };
 
-  /// Where the key is or would be; at once for one that comes last.
-  Place placeOf(const K& key) {
-    if (content_.empty() || content_.rbegin()->first < key) return content_.end();
-    return content_.lower_bound(key);
+  bool isAt(Place place, const K& key) const { return place != end() && place->first == key; }
+  /// Null for a child that is not stored.
+  Node* nodeOf(const ModelElement::Impl& child) const {
+    Node* const node = nodes_.find(key_(child));
+    if (node && node->second.get() == &child) return node;
+    const auto found = std::find_if(
+        begin(), end(), [&](const auto& entry) { return entry.second.get() == &child; });
+    return found == end() ? nullptr : &found.node();  // its key was basically set
   }
-  /// Where the child is, or the end.
-  Place storedAt(const ModelElement::Impl& child) {
-    const auto isChild = [&](const auto& entry) { return entry.second.get() == &child; };
-    const Place found = content_.find(key_(child));
-    if (found != content_.end() && isChild(*found)) return found;
-    return std::find_if(content_.begin(), content_.end(), isChild);  // its key was basically set
-  }
-  void put(Place before, const K& key, ModelElement::Impl& child) {
-    if (isRecorded()) {  // all that can fail comes first
-      Content staged(content_.get_allocator());
-      staged.emplace(key, &child);
-      log(Presence{*this, key, {}});
-      index_.insert(*content_.insert(before, staged.extract(staged.begin())));
-    } else {
-      index_.insert(*content_.emplace_hint(before, key, &child));
-    }
+  /// At the place of its key.
+  void put(ModelElement::Impl& child, Place place) {
+    auto loose = nodes_.make(key_(child), child);
+    if (isRecorded()) log(Presence{*this, *loose, nullptr});
+    nodes_.insert(std::move(loose), place);
     adopt(child);
   }
-  void take(Place place) {
+  void take(Node& node) {
     Unit unit(owner());
-    ModelElement::Impl& child = *place->second.get();
-    if (isRecorded()) {
-      Presence& presence = log(Presence{*this, place->first, {}});
-      presence.node = extract(place);
-    } else {
-      extract(place);
-    }
-    disown(child);
+    perform(Presence{*this, node, nullptr});
     unit.commit();
   }
 
-  typename Content::node_type extract(Place place) noexcept {
-    index_.erase(*place);
-    return content_.extract(place);
-  }
-  const E* entry(const K& key) const {
-    if (!index_.isMade()) [[unlikely]] {
-      const auto found = content_.find(key);
-      if (index_.isDue(size())) index_.make(content_);
-      return found == content_.end() ? nullptr : &found->second;
-    }
-    const auto* const found = index_.find(key);
-    return found ? &found->second : nullptr;
-  }
-
-  mutable Content content_;
-  mutable KeyIndex<typename Content::value_type> index_;
+  Nodes nodes_;
   KeyFunction key_;
 };
 

@@ -14,7 +14,7 @@
 
 namespace orb::zero {
 
-/// Finds the nodes of a map by key: open addressing with linear probing. It is made once it has
+/// Finds nodes by key: open addressing with linear probing. It is made once it has
 /// been missed often enough to pay, and then told of every change.
 template <class Node>
 class KeyIndex {
@@ -22,13 +22,12 @@ class KeyIndex {
   using Key = std::remove_const_t<typename Node::first_type>;
 
   bool isMade() const noexcept { return !table_.empty(); }
-  /// Whether to make it, for a map of this size that has to be searched once more.
+  /// Whether to make it, for so many nodes among which one had to be searched once more.
   bool isDue(std::size_t size) noexcept { return size >= smallest && ++searches_ >= size / 8; }
-  template <class Map>
-  void make(Map& map) {
-    std::vector<Entry>(std::bit_ceil(2 * map.size() + 1)).swap(table_);
+  /// For so many nodes, which are to be inserted then.
+  void make(std::size_t size) {
+    std::vector<Entry>(std::bit_ceil(2 * size + 1)).swap(table_);
     taken_ = 0;
-    for (Node& node : map) insert(node);
   }
   void drop() noexcept {
     table_ = {};
@@ -118,7 +117,7 @@ class KeyIndex {
 
   std::vector<Entry> table_;  // a power of two of places, at most half of them taken
   std::size_t taken_ = 0;
-  std::size_t searches_ = 0;  // of the map, before the index is made
+  std::size_t searches_ = 0;  // before it is made
 };
 
 }  // namespace orb::zero

@@ -1,3 +1,9 @@
+#include <list>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "tests/datamodel/SessionTest.h"
 #include "tests/orb/ModelSnapshot.h"
 
@@ -51,6 +57,69 @@ TEST_F(CollectionTest, RenamingMovesTheKey) {
   EXPECT_TRUE(type->getFields()[""] == a && !a->hasName());
   type->inverseRemove(sets(1), StructType::fields());  // of a class without that key
   EXPECT_EQ(type->getFields().size(), 2U);
+}
+
+/// They are looked up now and then only, as that changes how they are kept.
+TEST_F(CollectionTest, ManyChildrenComeAndGoInAnyOrder) {
+  using Children = std::map<std::string, FieldType>;
+  std::mt19937 random(17);
+  const auto below = [&](unsigned bound) { return random() % bound; };
+  auto& fields = make<StructType>()->getFields();
+  Children expected;
+  std::list<Transaction> open;
+  std::vector<Children> before;  // each of them
+  const auto add = [&](const std::string& name) {
+    const FieldType field = fieldType(name);
+    fields.insert(field, CollisionResolution::Replace);
+    expected.insert_or_assign(name, field);
+  };
+  const auto end = [&](bool commits) {
+    if (commits)
+      open.back().commit();
+    else
+      expected = before.back();
+    open.pop_back();
+    before.pop_back();
+  };
+  for (int step = 0; step < 3000; ++step) {
+    const std::string name = std::to_string(below(400));
+    const auto some = expected.lower_bound(name);
+    switch (below(16)) {
+      case 0:
+        if (open.size() < 3) open.emplace_back(model), before.push_back(expected);
+        break;
+      case 1:
+        if (!open.empty()) end(below(2) == 0);
+        break;
+      case 2:
+        if (some == expected.end() || expected.contains(name)) break;
+        some->second->setName(name);
+        expected.emplace(name, expected.extract(some).mapped());
+        break;
+      case 3:
+        if (below(20) == 0) fields.clear(), expected.clear();
+        break;
+      case 4:
+        for (unsigned i = 0; i < below(30); ++i) add("9" + std::to_string(100 * step + i));
+        break;
+      case 5:
+        ASSERT_EQ(fields.contains(name), expected.contains(name));
+        break;
+      default:
+        if (below(3) > 0)
+          add(name);
+        else if (some != expected.end())
+          fields.erase(some->first), expected.erase(some);
+    }
+    ASSERT_TRUE(std::equal(
+        fields.begin(), fields.end(), expected.begin(), expected.end(),
+        [](const auto& a, const auto& b) { return a.first == b.first && a.second == b.second; }))
+        << step;
+  }
+  while (!open.empty()) end(false);
+  for (const auto& [name, field] : expected) EXPECT_TRUE(fields[name] == field);
+  EXPECT_EQ(fields.size(), expected.size());
+  expectConsistent(model);
 }
 
 TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {
