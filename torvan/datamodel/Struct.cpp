@@ -30,7 +30,7 @@ class FieldReader {
  public:
   FieldReader(const Struct::Impl& record, const StructType& readFor)
       : type_(record.getType()),
-        isOwnType_(type_ == readFor),
+        isOther_(type_ && type_ != readFor),
         next_(record.getValues().begin()),
         end_(record.getValues().end()) {}
 
@@ -38,9 +38,8 @@ class FieldReader {
   /// is read for, if the record's lacks the field.
   const LatticeValue& at(const std::string& name, const FieldType& field) {
     const FieldElem* const stored = find(name);
-    const bool isOther = !isOwnType_ && type_;
-    const FieldType::Impl* const own = isOther ? type_->getFields().find(name) : nullptr;
-    if (stored && (!isOther || own)) return (*stored)->getValue();
+    const FieldType::Impl* const own = isOther_ ? type_->getFields().find(name) : nullptr;
+    if (stored && (!isOther_ || own)) return (*stored)->getValue();
     return (own && own->hasElemType() ? own : field.operator->())->getElemType()->getBottom();
   }
 
@@ -56,7 +55,7 @@ class FieldReader {
   }
 
   StructType type_;
-  bool isOwnType_;
+  bool isOther_;  // than the one that is read for
   decltype(std::declval<Struct::Impl>().getValues().begin()) next_, end_;
 };
 
