@@ -22,6 +22,13 @@ auto& as(ModelElement::Impl& term) {
 
 const LatticeType& typeOf(ModelElement::Impl& term) { return as<Term>(term).getType(); }
 
+/// Whether the range is one element of an array, whose value is of the type of the range.
+bool isOneElement(const IndexRef::Impl& range) {
+  const LExpression& whole = range.getExpr();
+  return whole && whole->getType() && is<ArrayType>(*whole->getType().get()) &&
+         (range.getEndIndex() == 0 || range.getEndIndex() == range.getStartIndex());
+}
+
 }  // namespace
 
 Program::Code Program::codeOf(const Element& term) {
@@ -72,6 +79,21 @@ bool Program::hasOneType(Element& term, Code code) {
   bool isOne = static_cast<bool>(type);
   forOperands(term, code, [&](Element& operand) { isOne = isOne && typeOf(operand) == type; });
   return isOne;
+}
+
+/// Whether what comes first in the term is a range that may be shorter than its type: then so is
+/// the value of the term.
+bool Program::beginsWithRange(Element& term) {
+  Element* first = &term;
+  Code code = codeOf(term);
+  while (code == Code::Join || code == Code::Meet || code == Code::Conditional) {
+    Element* operand = nullptr;
+    forOperands(*first, code, [&](Element& each) { operand = operand ? operand : &each; });
+    if (!operand) return false;
+    first = operand;
+    code = codeOf(*first);
+  }
+  return code == Code::Range && !isOneElement(as<IndexRef>(*first));
 }
 
 // ---------------------------------------------------------------- compilation
@@ -135,16 +157,20 @@ void Program::enter(const Step& step, Code code) {
   Element& term = *step.term;
   if (code == Code::Nothing) return;
   if (code == Code::Variable) return stack_.push_back(numberOf(term));
-  if (code == Code::Constant && step.stage == Stage::Summand)
+  const bool isSummand = step.stage <= Stage::Summand;
+  if (code == Code::Constant && isSummand)
     return void(constants_.emplace_back(ModelElement(&term)));
   if (code == Code::Constant)
     return stack_.push_back(add(LatticeValue(ModelElement(&term)), Kind::Constant));
-  const bool isSum = step.stage == Stage::Summand &&
-                     (code == Code::Join || code == Code::Conditional) && hasOneType(term, code);
+  const bool isSum = isSummand && (code == Code::Join || code == Code::Conditional) &&
+                     hasOneType(term, code) &&
+                     (step.stage == Stage::FirstSummand || !beginsWithRange(term));
   if (!isSum) pending_.push_back({&term, Stage::Complete, stack_.size()});
   const auto first = static_cast<std::ptrdiff_t>(pending_.size());
+  Stage stage = isSum ? Stage::FirstSummand : Stage::Operand;
   forOperands(term, code, [&](Element& operand) {
-    pending_.push_back({&operand, isSum ? Stage::Summand : Stage::Operand, 0});
+    pending_.push_back({&operand, stage, 0});
+    if (isSum) stage = Stage::Summand;
   });
   std::reverse(pending_.begin() + first, pending_.end());
 }
@@ -197,8 +223,8 @@ bool Program::evaluate(Number equation, bool withConstants) {
   if (withConstants)
     for (const LatticeValue& constant : constantsOf(rule, next)) add(constant);
   const Sum sum{room_.data(), sumEnd};
-  const bool hasGrown = isWhole ? !sum.empty() && join(rule.target, sum, !operations.empty())
-                                : joinParts(rule.target, sum, operations);
+  const bool hasGrown =
+      isWhole ? !sum.empty() && join(equation, sum) : joinParts(rule.target, sum, operations);
   for (const Operation& operation : operations)
     if (operation.code != Code::Place) values_[operation.result] = {};
   return hasGrown;
@@ -220,7 +246,7 @@ void Program::compute(const Operation& operation) {
     const LatticeValue& next = values_[operand];
     if (!result)
       result = next;
-    else
+    else if (next)
       result = operation.code == Code::Meet ? result.meet(next) : result.join(next);
   }
   if (operation.code == Code::Field) {
@@ -237,11 +263,15 @@ void Program::compute(const Operation& operation) {
 }
 
 /// A value that others have as well is left to them; where one summand is all that the target
-/// becomes, they share it. A temporary may be part of a variable of parts.
-bool Program::join(Number target, Sum sum, bool hasTemporaries) {
-  LatticeValue& value = values_[target];
+/// becomes, they share it, unless it changes with its parts. So may a temporary, as one of them.
+bool Program::join(Number equation, Sum sum) {
+  const Rule &rule = rules_[equation], &next = rules_[equation + 1];
+  LatticeValue& value = values_[rule.target];
   if (isHeldAlone(value)) return joinAllInto(value, sum);
-  const bool mayShare = kinds_[target] == Kind::Variable && !hasTemporaries;
+  const auto summands = summandsOf(rule, next);
+  const auto isOfParts = [this](Number number) { return kinds_[number] == Kind::VariableOfParts; };
+  const bool mayShare = !isOfParts(rule.target) && operationsOf(rule, next).empty() &&
+                        std::none_of(summands.begin(), summands.end(), isOfParts);
   const bool isFirst = !value;
   if (isFirst) value = mayShare ? *sum.front() : sum.front()->clone();
   return joinAllInto(value, sum, mayShare ? Sharing::Allowed : Sharing::None) || isFirst;
@@ -270,9 +300,12 @@ bool Program::joinParts(Number variable, Sum sum, std::span<const Operation> ope
   bool hasGrown = false;
   for (const LatticeValue* const more : sum)
     hasGrown |= place.update(*more, [](Ref& part, const LatticeValue& given) {
-      const LatticeValue before = part.deref();
-      if (before && given.le(before) == boolean3::T) return false;
-      part.assign(before ? before.join(given) : given.clone());
+      LatticeValue value = part.deref();
+      if (!value)
+        value = given.clone();
+      else if (!joinInto(value, given))
+        return false;
+      part.assign(value);
       return true;
     });
   return hasGrown;

@@ -16,8 +16,8 @@ namespace torvan::slicer {
 ///
 /// Variables and temporaries are numbered, and so are constants that operations need. An equation
 /// joins its summands, numbers and other constants, into its target: a join or a conditional on the
-/// right side makes no value, but more summands. All other operations leave temporaries, which are
-/// computed before.
+/// right side mostly makes no value, but more summands. All other operations leave temporaries,
+/// which are computed before.
 ///
 /// Variables share values with each other and with constants. What is shared does not change, and a
 /// variable of which equations write parts has its value for itself.
@@ -104,7 +104,8 @@ class Program {
   };
   /// What an evaluation joins into the target, empty values left out.
   using Sum = std::span<const datamodel::LatticeValue* const>;
-  enum class Stage : std::uint8_t { Summand, Operand, Complete };
+  /// A first summand is no sum that begins with a range.
+  enum class Stage : std::uint8_t { FirstSummand, Summand, Operand, Complete };
   /// A term in the making; when it is complete, its operands are on the stack from `base` on.
   struct Step {
     Element* term;
@@ -119,6 +120,7 @@ class Program {
   template <class Visit>
   static void forOperands(Element& term, Code code, Visit visit);
   static bool hasOneType(Element& term, Code code);
+  static bool beginsWithRange(Element& term);
 
   Number add(const datamodel::LatticeValue& value, Kind kind);
   Number numberOf(Element& variable);
@@ -155,7 +157,7 @@ class Program {
       value.get()->prefetch();
   }
   void compute(const Operation& operation);
-  bool join(Number target, Sum sum, bool hasTemporaries);
+  bool join(Number equation, Sum sum);
   bool joinParts(Number variable, Sum sum, std::span<const Operation> operations);
   datamodel::Ref placeOf(Number variable, std::span<const Operation> operations);
 
