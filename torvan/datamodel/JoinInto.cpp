@@ -33,9 +33,11 @@ bool joinInPlace(PowerSet::Impl& set, const Bits& more) {
   return true;
 }
 
-bool areSetsOfOneLength(const LatticeValue& a, const LatticeValue& b) {
+/// Where sets are of one length and type, the greater one is their join.
+bool areSetsOfOneKind(const LatticeValue& a, const LatticeValue& b) {
   const auto *const set = PowerSet::exactImplOf(a), *const other = PowerSet::exactImplOf(b);
-  return set && other && set->bits().size() == other->bits().size();
+  return set && other && set->bits().size() == other->bits().size() &&
+         set->getType() == other->getType();
 }
 
 /// Joins sets that are short and of one length in one step, if that is what there is.
@@ -91,18 +93,13 @@ bool joinInto(LatticeValue& value, const LatticeValue& other, Sharing sharing) {
     return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(other).bits());
   const boolean3 order = orderOf(other, value);
   if (order == boolean3::T) return false;
-  const bool mayShare =
-      order == boolean3::F && sharing == Sharing::Allowed && element->getType() == other->getType();
-  if (mayShare && areSetsOfOneLength(value, other)) {
+  if (order == boolean3::F && sharing == Sharing::Allowed && areSetsOfOneKind(value, other)) {
     value = other;
     return true;
   }
   LatticeValue joined = value.join(other);
   if (joined.eq(value)) return false;
-  if (mayShare && joined.eq(other))
-    value = other;
-  else
-    value = std::move(joined);
+  value = std::move(joined);
   return true;
 }
 

@@ -13,8 +13,8 @@ enum class Sharing : bool { None, Allowed };
 /// Joins another value into the one that the handle refers to, as analyses do that collect values;
 /// true when that has made it more. A power set that this handle alone holds is changed in place,
 /// recorded as by its setter; otherwise the handle gets a new value, if it is more, and what it
-/// referred to stays as it is. Where sharing is allowed, that is the other value itself if it is of
-/// the same type and all that results. Raises what `LatticeValue::join` does.
+/// referred to stays as it is. Where sharing is allowed, that is the other value itself if it is a
+/// power set of the same type and all that results. Raises what `LatticeValue::join` does.
 TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& other,
                                    Sharing sharing = Sharing::None);
 /// The same of several values, one after the other. When one raises, those before it have been
