@@ -90,9 +90,10 @@ class ElementMap : public Collection {
   /// "UniquenessConstraint" when there is another element under that key. Does nothing for a child
   /// that is not stored, as in a builder after a rollback.
   void rekey(const ModelElement::Impl& child, const K& key) {
-    if (const Node* const node = nodes_.find(key)) {
+    if (Node* const node = nodes_.find(key)) {
       if (node->second.get() == &child) return;
-      raise("UniquenessConstraint");
+      if (owns(*node->second.get())) raise("UniquenessConstraint");
+      nodes_.remove(*node);  // as in `insert`
     }
     if (Node* const node = nodeOf(child)) perform(Renaming{*this, *node, key});
   }

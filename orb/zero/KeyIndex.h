@@ -24,10 +24,11 @@ class KeyIndex {
   bool isMade() const noexcept { return !table_.empty(); }
   /// Whether to make it, for so many nodes among which one had to be searched once more.
   bool isDue(std::size_t size) noexcept { return size >= smallest && ++searches_ >= size / 8; }
-  /// For so many nodes, which are to be inserted then.
-  void make(std::size_t size) {
+  /// For so many nodes, which are to be inserted then; not made for lack of memory.
+  void make(std::size_t size) noexcept try {
+    taken_ = searches_ = 0;
     std::vector<Entry>(std::bit_ceil(2 * size + 1)).swap(table_);
-    taken_ = 0;
+  } catch (const std::bad_alloc&) {
   }
   void drop() noexcept {
     table_ = {};

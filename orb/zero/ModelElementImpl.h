@@ -76,7 +76,8 @@ class ORB_ZERO_API ModelElement::Impl {
   /// Does what the setter does; an empty `Value` unsets, a sequence replaces the content of a
   /// collection as one unit. Raises, in this order, "CannotModifyProxy",
   /// "CannotSetReadOnlyProperty" with the qualified name, "CannotCastIncompatibleTypes" with the
-  /// type's name, and what the setter or the collection raises.
+  /// type's name, and what the setter or the collection raises. With either tag, a proxy that
+  /// stands there gives way to the element.
   void setPropertyValue(const meta::PropertyInfo& property, const Value& value,
                         ProxyTag tag = ProxyTag::Resolve);
 
@@ -90,7 +91,8 @@ class ORB_ZERO_API ModelElement::Impl {
   /// What the transaction has changed so far, as listeners would be told.
   ElementChange createChanges() const;
   /// An empty storage of the class, which takes single values from `copyValue` and gives them back
-  /// by `copyStateFromStorage`. Raises nothing but for lack of memory.
+  /// by `copyStateFromStorage`, which leaves it the present ones. Raises nothing but for lack of
+  /// memory.
   std::unique_ptr<Storage> createStorage() const;
   void copyValue(Storage& storage, int position) const;
   void copyStateFromStorage(Storage& storage) noexcept;

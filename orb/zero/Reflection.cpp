@@ -40,13 +40,12 @@ bool ModelElement::Impl::hasPropertyValue(const meta::PropertyInfo& property) co
 }
 
 void ModelElement::Impl::setPropertyValue(const meta::PropertyInfo& property, const Value& value,
-                                          ProxyTag tag) {
+                                          ProxyTag) {
   checkNoProxy();
   checkOwn(property);
   if (property.flags & meta::ReadOnly)
     raise("CannotSetReadOnlyProperty", {property.getQualifiedName()});
-  // What stands for the element already is as good as the element.
-  if (property.services.get(*this, tag) == value) return;
+  if (property.services.get(*this, ProxyTag::Keep) == value) return;
   property.services.set(*this, value);
 }
 
@@ -72,8 +71,8 @@ void ModelElement::Impl::inverseAdd(const ModelElement& element,
                                     const meta::PropertyInfo& property) {
   checkNoProxy();
   checkOwn(property);
-  if (!property.services.insert || !property.type) raise("InvalidValue");
-  property.services.insert(*this, Value(element));
+  if (!property.services.add) raise("InvalidValue");
+  property.services.add(*this, element);
 }
 
 void ModelElement::Impl::inverseRemove(const ModelElement& element,

@@ -45,6 +45,10 @@ TEST_F(ErrorTest, NamesWhatIsWrongAndChangesNothing) {
        "CannotAddIncompatibleTypes(torvan.datamodel.Variable,torvan.datamodel.Equation)"},
       {[&] { record->getValues().insert(alienJoin); },  // the type is asked first
        "CannotAddIncompatibleTypes(torvan.datamodel.Join,torvan.datamodel.FieldElem)"},
+      {[&] { record->inverseAdd(x, Struct::values()); },
+       "CannotAddIncompatibleTypes(torvan.datamodel.Variable,torvan.datamodel.FieldElem)"},
+      {[&] { join->inverseAdd(equation, Join::operands()); },
+       "CannotAddIncompatibleTypes(torvan.datamodel.Equation,torvan.datamodel.Term)"},
       {[&] { record->getValues().insert(alienField); }, crossModel},
       {[&] { record->getValues().insert(second); }, "UniquenessConstraint"},
       {[&] { ModelElement::Builder::Orchestrator(model).create(taken, x->getUuid()); },

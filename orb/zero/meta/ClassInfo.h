@@ -81,7 +81,7 @@ struct PropertyServices {
   const void* (*slot)(const Element&) = nullptr;
   /// Shows every element that the property names.
   void (*targets)(const Element&, TargetVisitor&) = nullptr;
-  /// Puts the element into the owned collection, checked; none for other properties.
+  /// Puts the element into the collection, checked; none for other properties.
   void (*add)(Element&, const ModelElement&) = nullptr;
   /// Makes the element the owner of what its owned collection lists, or of none of it, while that
   /// stays listed; none for other properties.

@@ -143,10 +143,10 @@ consteval PropertyServices emitServices() {
   services.targets = [](const Element& e, TargetVisitor& visitor) {
     if constexpr (requires { K::type(); }) K::targets(A::slot(e), visitor);
   };
-  if constexpr (K::isOwning) {
-    services.add = [](Element& e, const ModelElement& child) { K::add(A::slot(e), child); };
+  if constexpr (requires(const ModelElement& element, Member& slot) { K::add(slot, element); })
+    services.add = [](Element& e, const ModelElement& element) { K::add(A::slot(e), element); };
+  if constexpr (K::isOwning)
     services.link = [](Element& e, bool links) noexcept { K::link(A::slot(e), links); };
-  }
   if constexpr (requires { typename K::Handle; })
     services.refer = [](Element& e, std::size_t, Element* target) {
       static_cast<typename X::Impl&>(e).template set<A::row.member>(
