@@ -75,9 +75,11 @@ class Domains : boost::noncopyable {
 /// Takes the interpreter lock again. When the interpreter ends meanwhile, it does not return.
 void takeLock(PyThreadState* thread);
 
-/// Calls without the interpreter lock.
+/// Calls without the interpreter lock. The thread that ends the interpreter keeps it, as it would
+/// wait for itself.
 template <class Call>
 auto withoutLock(Call call) {
+  if (_Py_IsFinalizing()) return call();
   std::optional<std::invoke_result_t<Call>> result;
   std::exception_ptr failure;
   PyThreadState* const thread = PyEval_SaveThread();

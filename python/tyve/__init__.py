@@ -13,7 +13,8 @@ if TYPE_CHECKING:
     from typing import Any
 
 __all__ = [
-    "Error", "Object", "WrongIndex", "WrongMember", "WrongType", "describe", "extend", "offer"
+    "Error", "Object", "WrongIndex", "WrongMember", "WrongType", "describe", "extend", "offer",
+    "offered_method"
 ]
 
 
@@ -33,4 +34,13 @@ def extend(offered: type, extension: type) -> None:
     for base in reversed(extension.__mro__[:-1]):
         for name, function in vars(base).items():
             if callable(function):
+                replaced = offered_method(offered, name)
+                getattr(function, "__func__", function).replaced = replaced
                 setattr(offered, name, function)
+
+
+def offered_method(offered: type, name: str) -> Any:
+    """The method of a class of objects itself, also where `extend` has put another in its place,
+    as when a module is loaded again. None when there is no such method."""
+    method = getattr(offered, name, None)
+    return getattr(method, "replaced", method)

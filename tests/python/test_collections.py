@@ -26,7 +26,7 @@ def test_sequences(colours):
     assert "green" in names and "blue" not in names and 5 not in names
     assert names.index("green") == 1 and names.count("red") == 2
     for wrong in (3, -4, 2**31, 10**30):
-        with pytest.raises((IndexError, TypeError, OverflowError)):
+        with pytest.raises(IndexError):
             names[wrong]
     with pytest.raises(IndexError, match="no element -5 among 3"):
         names[-5]
@@ -41,10 +41,11 @@ def test_maps(array):
     for wrong in (8, "7", "\udc80", None, -1, 2**40, 10**400):
         assert wrong not in values and values.get(wrong) is None and values.get(wrong, 5) == 5
     assert dict(values) == dict(values.items()) and list(reversed(values)) == [7, 5, 3]
-    with pytest.raises(KeyError):
-        values[8]
+    for wrong in (8, -1, 2**16, 10**30, "7"):
+        with pytest.raises(KeyError):
+            values[wrong]
     with pytest.raises(TypeError):
-        values["7"]
+        values[None]
 
 
 def test_views_are_alive(array, model):

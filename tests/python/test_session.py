@@ -1,5 +1,6 @@
 """Sessions in Python, and the example that solves a system with them."""
 
+import importlib
 import os
 import subprocess
 import sys
@@ -8,7 +9,7 @@ from pathlib import Path
 import pytest
 import tyve
 from torvan import datamodel
-from torvan.session import Bits, Session
+from torvan.session import Bits, Session, extensions
 
 ROOT = Path(__file__).parents[2]
 
@@ -60,7 +61,17 @@ def test_transactions_are_contexts(session, sets):
         assert outer.is_open and not lost
         with session.transaction() as ended:
             ended.rollback()
-    assert not outer.is_open and session.find(datamodel.Variable) == [kept]
+    with pytest.raises(tyve.Error, match="transaction is open"), session.transaction() as refused:
+        forgotten = session.begin()
+        variables.create_variable(sets, "lost")
+    assert not any(each.is_open for each in (outer, refused, forgotten))
+    assert session.find(datamodel.Variable) == [kept]
+
+
+def test_modules_may_be_loaded_again(session, sets):
+    importlib.reload(extensions)
+    assert session.find(datamodel.PowerSetType) == [sets]
+    assert Bits.text(session.value_factory.create_power_set(sets, {"red"})) == "001"
 
 
 def test_find(session, sets):

@@ -63,3 +63,15 @@ threading.Thread(target=lambda: [kept.held.clone() for _ in iter(int, 1)], daemo
         done = subprocess.run([sys.executable, "-c", script],
                               capture_output=True, text=True, timeout=60)
         assert (done.returncode, done.stdout) == (0, "a\n"), done.stderr
+
+
+def test_the_interpreter_ends_in_a_transaction():
+    script = """
+from torvan.session import Session
+def step():
+    with Session().transaction():
+        yield
+left = step()
+next(left)
+"""
+    subprocess.run([sys.executable, "-c", script], check=True, timeout=60)

@@ -37,7 +37,10 @@ class Places(Listing):
         place = operator.index(index)
         if place < 0 and -place <= len(self):
             place += len(self)
-        return self.at(place)
+        try:
+            return self.at(place)
+        except (TypeError, OverflowError) as error:  # no place could be that
+            raise IndexError(index) from error
 
     def __iter__(self: Any) -> Iterator[Any]:
         return abc.Sequence.__iter__(self)
@@ -58,7 +61,12 @@ class Keys(Listing):
     """A collection of elements with `at` by the key, and `keys`; iteration yields the keys."""
 
     def __getitem__(self: Any, key: Any) -> Any:
-        found = self.at(key)
+        try:
+            found = self.at(key)
+        except (TypeError, OverflowError):
+            if not isinstance(key, (int, str)):
+                raise
+            found = None  # no key could be that
         if not found:
             raise KeyError(key)
         return found

@@ -13,9 +13,9 @@ TYPE_CHECKING = False  # the real one is slow to import
 if TYPE_CHECKING:
     from typing import Any, Collection
 
-_find: Any = session.Session.find
-_create_power_set: Any = session.ValueFactory.create_power_set
-_set: Any = session.Bits.set
+_find = tyve.offered_method(session.Session, "find")
+_create_power_set = tyve.offered_method(session.ValueFactory, "create_power_set")
+_set = tyve.offered_method(session.Bits, "set")
 
 
 def _bits(given: Any) -> Any:
@@ -33,9 +33,17 @@ class Transaction:
         return self
 
     def __exit__(self: Any, kind: object, error: object, trace: object) -> None:
-        """Commits it, or rolls it back after an exception, unless it was ended before."""
-        if self.is_open:
-            self.rollback() if kind else self.commit()
+        """Commits it, or rolls it back after an exception, unless it was ended before. One that
+        cannot be committed is rolled back."""
+        if not self.is_open:
+            return
+        if kind:
+            return self.rollback()
+        try:
+            self.commit()
+        except BaseException:
+            self.rollback()
+            raise
 
 
 class Session:
