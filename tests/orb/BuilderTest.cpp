@@ -104,6 +104,10 @@ TEST_F(BuilderTest, KeepsOnlyWhatIsItsOwnAfterAnUndo) {
     again->getFields().insert(owned);
   }
   EXPECT_TRUE(owned->getContainer() == owner);
+  const FieldType renamed = fieldType("x");
+  again->getFields().insert(renamed);
+  renamed->setName("a");
+  renamed->setName("y");
   again->getFields().insert(owned);
   EXPECT_TRUE(again.create()->getFields()["a"] == owned && !owner->hasFields());
   const System made = builder.create();
