@@ -150,7 +150,7 @@ class ElementMap : public Collection {
   }
 
  private:
-  using Nodes = KeyedNodes<K, Slot<E>>;
+  using Nodes = KeyedNodes<K, E>;
   using Node = typename Nodes::Node;
   using Place = typename Nodes::Iterator;
   /// A node that came or went. It goes back and forth, so that neither way needs memory.

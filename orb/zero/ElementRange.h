@@ -10,7 +10,8 @@
 namespace orb::zero {
 
 /// The live elements of a model, all or those of a class, in the order of their creation. While it
-/// exists, elements may be created (they are met as well) and destroyed (they are not).
+/// exists, elements may be created (they are met as well) and destroyed (they are not). The end is
+/// a sentinel, for range `for` and `std::ranges`.
 class ORB_ZERO_API ElementRange {
  public:
   class Iterator {

@@ -9,6 +9,10 @@ namespace orb::zero {
 
 /// Adds to the handle of a base class what is the same for every class X. X declares its `Impl` and
 /// one static descriptor per property.
+///
+/// `->` reaches the accessors of a property p: `getP`, `hasP` and `setP` of a single one; of one of
+/// several `hasP` and `getP`, which gives the collection (`ReferenceSequence`, `OwnedSequence`,
+/// `PrimitiveSequence` or `ElementMap`) to be read and changed.
 template <class X, class Base>
 class ORB_ZERO_API Handle : public Base {
  public:

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -11,19 +10,19 @@
 #include <orb/zero/ModelElement.h>
 #include <orb/zero/NodeOrder.h>
 #include <orb/zero/PoolAllocator.h>
+#include <orb/zero/Slot.h>
 
 namespace orb::zero {
 
-/// Values under unique keys, in ascending order of the keys, in nodes that stay where they are and
-/// lie in the pool of an element's model. Only making a node needs memory.
-template <class K, class V>
+/// Slots of elements under unique keys, in ascending order of the keys, in nodes that stay where
+/// they are and lie in the pool of an element's model. Only making a node needs memory.
+template <class K, class E>
 class KeyedNodes {
   using Link = NodeOrder::Link;
 
  public:
-  using Entry = std::pair<K, V>;
-  struct Node : Link, Entry {
-    using Entry::Entry;
+  struct Node : Link, std::pair<K, Slot<E>> {
+    using std::pair<K, Slot<E>>::pair;
   };
   struct Disposer {
     void operator()(Node* node) const noexcept { nodes->dispose(*node); }
@@ -32,18 +31,22 @@ class KeyedNodes {
   /// One that is not among them.
   using Loose = std::unique_ptr<Node, Disposer>;
 
+  /// Hands out entries as handles: a copy of a slot would hold nothing.
   class Iterator {
    public:
     using iterator_category = std::forward_iterator_tag;
-    using value_type = Entry;
+    using value_type = std::pair<K, E>;
     using difference_type = std::ptrdiff_t;
-    using pointer = const Entry*;
-    using reference = const Entry&;
+    using reference = std::pair<const K&, const E&>;
+    struct pointer {
+      const reference* operator->() const noexcept { return &entry; }
+      reference entry;
+    };
 
     Iterator() noexcept = default;
     explicit Iterator(Link* link) noexcept : link_(link) {}
-    reference operator*() const noexcept { return node(); }
-    pointer operator->() const noexcept { return &node(); }
+    reference operator*() const noexcept { return {node().first, node().second}; }
+    pointer operator->() const noexcept { return {**this}; }
     Iterator& operator++() noexcept { return link_ = link_->next(), *this; }
     Iterator operator++(int) noexcept { return Iterator(std::exchange(link_, link_->next())); }
     friend bool operator==(Iterator, Iterator) noexcept = default;
@@ -103,7 +106,7 @@ class KeyedNodes {
     PoolAllocator<Node> pool(element_);
     Node* const memory = pool.allocate(1);
     try {
-      return Loose(new (memory) Node(key, V(&child)), {this});
+      return Loose(new (memory) Node(key, Slot<E>(&child)), {this});
     } catch (...) {
       pool.deallocate(memory, 1);
       throw;

@@ -23,8 +23,8 @@ struct PropertyInfo;
 /// to that of a base class; the way down is explicit and checked (`PowerSet{value}`).
 ///
 /// A property slot inside an element is a handle too, told apart by bit 0 of its word: set for
-/// life when the slot is made, kept by assignment, never copied. Slots are counted apart from
-/// outside handles, since they must not keep the model.
+/// life when the slot is made, kept by assignment, not taken over by a handle that is a copy. Slots
+/// are counted apart from outside handles, since they must not keep the model.
 class ORB_ZERO_API ModelElement {
  public:
   class Impl;

@@ -12,7 +12,8 @@
 
 namespace orb::zero {
 
-/// Owned elements in an order of their own, each at most once. Places count from 0.
+/// Owned elements in an order of their own, each at most once. Places count from 0. The end is a
+/// sentinel, for range `for` and `std::ranges`.
 ///
 /// Every child knows its place in the storage, so that finding and removing it takes no search. A
 /// removal leaves a gap there. Gaps are closed when a place is asked for by its number, unless a

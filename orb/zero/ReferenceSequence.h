@@ -1,6 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <span>
+
+#include <boost/iterator/transform_iterator.hpp>
 
 #include <orb/zero/Sequence.h>
 
@@ -15,6 +18,13 @@ class ReferenceSequence : public Sequence<Slot<E>> {
  public:
   using Entry = E;
   using Sequence<Slot<E>>::Sequence;
+
+  // Entries are handed out as handles: a copy of a slot would hold nothing.
+  const E& operator[](std::size_t place) const { return Sequence<Slot<E>>::operator[](place); }
+  auto begin() const noexcept { return Iterator(slots().data()); }
+  auto end() const noexcept { return Iterator(slots().data() + this->size()); }
+  /// For going through them by address.
+  std::span<const Slot<E>> slots() const noexcept { return this->content(); }
 
   void add(const ModelElement& element) { insert(this->size(), element); }
   void insert(std::size_t place, const ModelElement& element) {
@@ -41,11 +51,11 @@ class ReferenceSequence : public Sequence<Slot<E>> {
 
   // What the owner's property does with it (see `meta::PropertyServices`).
   void targets(meta::TargetVisitor& visitor) const {
-    for (const Slot<E>& entry : *this)
+    for (const E& entry : *this)
       if (entry.get()) visitor.visit(*entry.get());
   }
   void release(const ModelElement::Impl& target) {
-    const auto isTarget = [&](const Slot<E>& entry) { return entry.get() == &target; };
+    const auto isTarget = [&](const E& entry) { return entry.get() == &target; };
     const auto first = std::find_if(this->begin(), this->end(), isTarget);
     if (first == this->end()) return;
     if (std::find_if(first + 1, this->end(), isTarget) == this->end())
@@ -55,7 +65,7 @@ class ReferenceSequence : public Sequence<Slot<E>> {
   }
   void replace(const ModelElement::Impl& target, ModelElement::Impl& other) {
     for (std::size_t place = 0; place < this->size(); ++place)
-      if (this->content()[place].get() == &target) set(place, ModelElement(&other));
+      if ((*this)[place].get() == &target) set(place, ModelElement(&other));
   }
   template <class F>
   void forEach(F visit) const {
@@ -73,6 +83,11 @@ class ReferenceSequence : public Sequence<Slot<E>> {
   }
 
  private:
+  struct AsHandle {
+    const E& operator()(const Slot<E>& slot) const noexcept { return slot; }
+  };
+  using Iterator = boost::transform_iterator<AsHandle, const Slot<E>*, const E&, E>;
+
   void check(const ModelElement& element) const {
     this->owner().checkNoProxy();
     this->owner().template checkInsertion<E>(element);

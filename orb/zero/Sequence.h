@@ -86,6 +86,7 @@ class Sequence : public Collection {
     unit.commit();
   }
   auto& content() noexcept { return content_; }
+  const auto& content() const noexcept { return content_; }
 
  private:
   using Items = std::vector<Item, PoolAllocator<Item>>;  // near the element

@@ -25,6 +25,17 @@ TEST_F(HandleTest, DownCastIsChecked) {
   EXPECT_TRUE(!PowerSet{value} && value != empty);  // a cast asks for the class alone
 }
 
+/// A copy of a slot would be of no use to those who take one.
+TEST_F(HandleTest, CollectionsHandOutHandles) {
+  const StructType record = types.createStructType("S", {"a"}, {sets(1)});
+  const Join join = expressions.createJoin({variable("x")});
+  const std::vector fields(record->getFields().begin(), record->getFields().end());
+  auto field = (*record->getFields().begin()).second;
+  auto operand = join->getOperands()[0], first = *join->getOperands().begin();
+  EXPECT_FALSE(operand.isSlot() || first.isSlot() || field.isSlot() || fields[0].second.isSlot());
+  for (auto each : join->getOperands()) EXPECT_FALSE(each.isSlot());
+}
+
 TEST_F(HandleTest, SlotStaysASlotWhateverIsWrittenToIt) {
   const LatticeValue a = set(sets(2), {1}), b = set(sets(2), {2});
   const FieldElem owner = field("f", a);

@@ -190,7 +190,7 @@ class PrettyPrinter::Line {
   }
   Element* beginList(std::string_view name, const orb::zero::ReferenceSequence<Term>& operands) {
     if (operands.empty()) return endEmpty(name);
-    const auto* const first = std::to_address(operands.begin());
+    const auto* const first = operands.slots().data();
     text_.add(name, '(');
     open_.push_back({first + 1, static_cast<std::uint32_t>(operands.size() - 1), Rest::Operands});
     return first->get();

@@ -138,7 +138,7 @@ struct Kind<ReferenceSequence<E>>
     : CollectionKind<ReferenceSequence<E>, ValueKind::Collection, false> {
   static void note(const ReferenceSequence<E>& sequence, const Element& owner,
                    Referrers& referrers) noexcept {
-    for (const Slot<E>& entry : sequence)
+    for (const E& entry : sequence)
       if (entry.get()) referrers.note(*entry.get(), owner.place());
   }
 };
