@@ -203,6 +203,35 @@ TEST_F(PowerSetTest, JoinIntoSharesAllThatResultsWhereAllowed) {
   EXPECT_EQ(valueOf(other), bitsOf(4, {1, 2}));
 }
 
+TEST_F(PowerSetTest, JoinIntoSharesNothingOfAnotherModel) {
+  for (const std::size_t size : {4, 300}) {
+    Session other;
+    const LatticeValue foreign =
+        other.valueFactory()->createPowerSet({}, bitsOf(size, {1, 2}));  // of no type, as the own
+    const LatticeValue* const others[] = {&foreign};
+    const LatticeValue own = bits(size, {1});
+    LatticeValue one = own, all = own;
+    EXPECT_TRUE(joinInto(one, foreign, Sharing::Allowed));
+    EXPECT_TRUE(joinAllInto(all, others, Sharing::Allowed));
+    EXPECT_TRUE(one->getModel() == model && all->getModel() == model);
+  }
+}
+
+TEST_F(PowerSetTest, JoinIntoChangesInPlaceAgainAndAgain) {
+  const PowerSetType type = sets(300);
+  LatticeValue value = set(type, {1}).clone();
+  const auto* const element = value.get();
+  {
+    const Transaction undone(model);
+    EXPECT_TRUE(joinInto(value, set(type, {2})));
+    const Transaction inner(model);
+    EXPECT_TRUE(joinInto(value, set(type, {3})));
+    EXPECT_TRUE(joinInto(value, set(type, {4})));
+    EXPECT_EQ(value.get(), element);
+  }
+  EXPECT_EQ(valueOf(value), bitsOf(300, {1}));
+}
+
 TEST_F(PowerSetTest, JoinAllIntoDoesWhatJoiningOneByOneDoes) {
   for (const std::uint16_t size : std::initializer_list<std::uint16_t>{60, 200, 300}) {
     const PowerSetType type = sets(size);

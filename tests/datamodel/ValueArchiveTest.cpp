@@ -222,7 +222,7 @@ TEST_F(ValueArchiveTest, BitsForAnotherStructureAreRefused) {
   const auto pair = [&](const LatticeValue& a, const LatticeValue& b) {
     return LatticeValue(values.createArray({}, {1, 2}, {a, b}));
   };
-  const std::string text = textOf({{"v", pair(x, y)}});
+  std::string text = textOf({{"v", pair(x, y)}});
   const auto failure = [&](const std::vector<NamedValue>& named) {
     const std::string before = snapshot(model);
     const std::string raised = failureOf([&] { restore(text, named); });
@@ -241,6 +241,9 @@ TEST_F(ValueArchiveTest, BitsForAnotherStructureAreRefused) {
             at("v/elements/2", "It stands elsewhere as well, where it is another value."));
   EXPECT_EQ(failure({{"v", values.createArray({}, {1, 3}, {x, y})}}),
             at("v/elements/3", "It has other fields or indices."));
+  text = textOf({{"v", pair(x, x)}});
+  EXPECT_EQ(failure({{"v", pair(x, y)}}),
+            at("v/elements/2", "It stands elsewhere as well, where it is another value."));
 }
 
 }  // namespace

@@ -33,11 +33,14 @@ bool joinInPlace(PowerSet::Impl& set, const Bits& more) {
   return true;
 }
 
-/// Where sets are of one length and type, the greater one is their join.
-bool areSetsOfOneKind(const LatticeValue& a, const LatticeValue& b) {
+/// Whether the other can stand for a result of the set that has its bits.
+bool mayStandFor(const PowerSet::Impl& set, const PowerSet::Impl& other) {
+  return set.getType() == other.getType() && &set.model() == &other.model();
+}
+/// The same of the greater one of two, which is their join.
+bool mayShare(const LatticeValue& a, const LatticeValue& b) {
   const auto *const set = PowerSet::exactImplOf(a), *const other = PowerSet::exactImplOf(b);
-  return set && other && set->bits().size() == other->bits().size() &&
-         set->getType() == other->getType();
+  return set && other && set->bits().size() == other->bits().size() && mayStandFor(*set, *other);
 }
 
 /// Joins sets that are short and of one length in one step, if that is what there is.
@@ -65,7 +68,7 @@ std::optional<bool> joinShort(LatticeValue& value, std::span<const LatticeValue*
   if (sharing == Sharing::Allowed)
     for (const LatticeValue* const other : others) {
       const PowerSet::Impl& more = PowerSet::implOf(*other);
-      if (joined == more.bits().shortWords() && set->getType() == more.getType())
+      if (joined == more.bits().shortWords() && mayStandFor(*set, more))
         return value = *other, true;
     }
   value = set->makeLike([&](Bits& bits) { bits.setShort(joined, size); });
@@ -93,7 +96,7 @@ bool joinInto(LatticeValue& value, const LatticeValue& other, Sharing sharing) {
     return joinInPlace(static_cast<PowerSet::Impl&>(*element), PowerSet::implOf(other).bits());
   const boolean3 order = orderOf(other, value);
   if (order == boolean3::T) return false;
-  if (order == boolean3::F && sharing == Sharing::Allowed && areSetsOfOneKind(value, other)) {
+  if (order == boolean3::F && sharing == Sharing::Allowed && mayShare(value, other)) {
     value = other;
     return true;
   }

@@ -14,7 +14,8 @@ enum class Sharing : bool { None, Allowed };
 /// true when that has made it more. A power set that this handle alone holds is changed in place,
 /// recorded as by its setter; otherwise the handle gets a new value, if it is more, and what it
 /// referred to stays as it is. Where sharing is allowed, that is the other value itself if it is a
-/// power set of the same type and all that results. Raises what `LatticeValue::join` does.
+/// power set of the same type and model and all that results. Raises what `LatticeValue::join`
+/// does.
 TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& other,
                                    Sharing sharing = Sharing::None);
 /// The same of several values, one after the other. When one raises, those before it have been
@@ -23,10 +24,16 @@ TORVAN_DATAMODEL_API bool joinAllInto(LatticeValue& value,
                                       std::span<const LatticeValue* const> others,
                                       Sharing sharing = Sharing::None);
 
-/// Whether nothing but this handle refers to the value.
+/// Whether nothing but this handle refers to the value, and what the open transaction, but not a
+/// history, keeps to undo.
 inline bool isHeldAlone(const LatticeValue& value) noexcept {
   const auto* const element = value.get();
-  return element && element->outsideCount() == 1 && element->slotCount() == 0;
+  if (!element || element->outsideCount() != 1) return false;
+  std::uint32_t others = element->slotCount();
+  if (others == 0) [[likely]]
+    return true;
+  for (const auto* record = element->storage(); record; record = record->previous()) --others;
+  return others == 0;
 }
 
 }  // namespace torvan::datamodel

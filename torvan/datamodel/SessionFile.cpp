@@ -1,6 +1,8 @@
 #include <torvan/datamodel/SessionFile.h>
 
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include <orb/zero/Exception.h>
 #include <orb/zero/Transaction.h>
@@ -25,7 +27,12 @@ void restoreBits(const orb::zero::Model& model, const std::string& file) {
 
 }  // namespace
 
-std::string bitsFileOf(const std::string& file) { return file + ".values"; }
+std::string bitsFileOf(const std::string& file) {
+  std::error_code error;
+  const bool isLink =
+      std::filesystem::is_symlink(file, error) && std::filesystem::is_regular_file(file, error);
+  return (isLink ? std::filesystem::canonical(file).string() : file) + ".values";
+}
 
 void saveWithBits(const orb::zero::Model& model, const std::string& file) {
   const auto writeBits = [&](std::ostream& out) { exportValues(powerSetsOf(model), out); };

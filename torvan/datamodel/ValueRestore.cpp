@@ -60,8 +60,9 @@ class BitsCopy {
       if (from || to) failHere("There is a value on one side only.");
       return;
     }
-    const auto [known, isNew] = sources_.emplace(to.get(), from.get());
-    if (known->second != from.get())
+    const auto [source, isNew] = sources_.emplace(to.get(), from.get());
+    const auto target = targets_.emplace(from.get(), to.get()).first;
+    if (source->second != from.get() || target->second != to.get())
       failHere("It stands elsewhere as well, where it is another value.");
     if (!isNew) return;
     const ValueForm& form = formOf(to->getMetaClass());
@@ -90,7 +91,7 @@ class BitsCopy {
 
   std::string name_;
   std::vector<Pair> open_;
-  std::unordered_map<const ModelElement::Impl*, const ModelElement::Impl*> sources_;
+  std::unordered_map<const ModelElement::Impl*, const ModelElement::Impl*> sources_, targets_;
   std::set<std::pair<const ModelElement::Impl*, const ModelElement::Impl*>> alike_;
 };
 
