@@ -17,6 +17,7 @@
 #include "DependenceSystem.h"
 #include "DiagramReader.h"
 #include "Drawing.h"
+#include "Escape.h"
 #include "OutputFile.h"
 #include "Slicer.h"
 #include "SystemFile.h"
@@ -163,7 +164,8 @@ Options parse(int argc, char** argv, CLI::App& app) {
   auto* const criteria =
       app.add_option("--criterion", options.criteria,
                      "slice by NAME, NAME.inN or NAME.inN[K]; may be repeated; without it, by each "
-                     "sink on its own");
+                     "sink on its own")
+          ->allow_extra_args(false);
   auto* const backward =
       app.add_flag("--backward")->description("what influences the criterion (default)");
   auto* const forward = app.add_flag("--forward", options.forward, "what the criterion influences");
@@ -217,7 +219,7 @@ Source readSource(const Options& options) {
                                    dependences == "data"     ? Dependences::Data
                                    : dependences == "direct" ? Dependences::Direct
                                                              : Dependences::Activation)
-                      .describe(options.file, dependences);
+                      .describe(cleanText(options.file), dependences);
   return source;
 }
 

@@ -1,10 +1,10 @@
 #include "DiagramReader.h"
 
+#include <boost/algorithm/string/trim.hpp>
 #include <pugixml.hpp>
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <iterator>
@@ -17,6 +17,7 @@
 
 #include "Archive.h"
 #include "DiagramError.h"
+#include "Escape.h"
 #include "HtmlText.h"
 #include "ParameterReader.h"
 #include "SerialStream.h"
@@ -101,11 +102,8 @@ Orientation orientationOf(std::string_view style) {
 
 std::string kindOf(const pugi::xml_node& cell) {
   const std::string_view tag = cell.name();
-  std::string given = cell.attribute("interfaceFunctionName").value();
-  for (char& character : given) {
-    if (character == '/') character = '_';  // as names of super-blocks end with it
-    if (std::iscntrl(static_cast<unsigned char>(character))) character = ' ';
-  }
+  std::string given = cleanText(cell.attribute("interfaceFunctionName").value());
+  std::replace(given.begin(), given.end(), '/', '_');  // as names of super-blocks end with it
   if (!given.empty()) return given;
   if (tag == "SuperBlock") return "SUPER_f";
   if (tag == "SplitBlock") return "SPLIT_f";
@@ -165,6 +163,7 @@ class SheetReader {
     block.geometry = rectangleOf(cell.child("mxGeometry"));
     block.orientation = orientationOf(cell.attribute("style").value());
     block.exprs = parameters_.read(cell, "exprs").texts;
+    for (std::string& expression : block.exprs) boost::trim(expression);
     if (const PortTag* tag = findTag(boundaryTags, cell.name()))
       block.boundary = Boundary{tag->kind, tag->direction, boundaryNumber(cell, block)};
     readInner(cell, block);
@@ -212,6 +211,7 @@ class SheetReader {
   template <class Place>
   void enter(std::unordered_map<std::string, Place>& index, const std::string& id, Place place,
              const std::string& what) {
+    if (id.empty()) return;  // nothing can lead there
     if (!index.emplace(id, place).second)
       warn(what + ": its id " + id + " is that of another one, which it stands for");
   }

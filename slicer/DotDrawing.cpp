@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <sstream>
 
 #include "Drawing.h"
@@ -50,10 +51,12 @@ class DotDrawing {
   void drawImplicitNet(std::size_t index) {
     const Net& net = network_.nets()[index];
     if (net.readers.size() < 2) return;
+    const auto isLit = [this](const LeafPortIndex& port) { return isHighlighted(port.leaf); };
+    const bool leads = std::count_if(net.readers.begin(), net.readers.end(), isLit) > 1;
     out_ << "  net" << index << " [shape=point];\n";
     for (const LeafPortIndex& port : net.readers)
-      out_ << "  n" << port.leaf << " -> net" << index << " ["
-           << lineStyle(isHighlighted(port.leaf)) << ", dir=none];\n";
+      out_ << "  n" << port.leaf << " -> net" << index << " [" << lineStyle(leads && isLit(port))
+           << ", dir=none];\n";
   }
 
   static std::string lineStyle(bool highlighted) {

@@ -37,6 +37,10 @@ std::string escape(std::string_view text, Append append) {
 
 }  // namespace
 
+std::string cleanText(std::string_view text) {
+  return escape(text, [](std::string& result, std::string_view character) { result += character; });
+}
+
 std::string escapeXml(std::string_view text) {
   return escape(text, [](std::string& result, std::string_view character) {
     switch (character.front()) {

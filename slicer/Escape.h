@@ -5,7 +5,9 @@
 
 namespace torvan::slicer {
 
-// In both, control characters become blanks, and what is no UTF-8 or no character U+FFFD.
+// In all, control characters become blanks, and what is no UTF-8 or no character U+FFFD.
+
+std::string cleanText(std::string_view text);
 
 /// Text as it may stand in XML content or attribute values.
 std::string escapeXml(std::string_view text);

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <boost/algorithm/string/trim.hpp>
 
 namespace torvan::slicer {
 namespace {
@@ -32,11 +35,7 @@ bool isDemux(const Leaf& leaf) { return isOneOf(leaf.kind, {"DEMUX", "DEMUX_f"})
 bool isExtractor(const Leaf& leaf) { return leaf.kind == "EXTRACTOR"; }
 
 std::string_view firstExpr(const Leaf& leaf) {
-  std::string_view text = leaf.exprs.empty() ? std::string_view() : leaf.exprs.front();
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
+  return leaf.exprs.empty() ? std::string_view() : leaf.exprs.front();
 }
 
 /// Without the brackets around it, if there are any.
@@ -65,13 +64,14 @@ std::optional<std::vector<long>> integers(const Leaf& leaf) {
   return numbers;
 }
 
-/// One literal number.
-bool isScalar(std::string_view text) {
-  text = inBrackets(text);
+/// One literal number. Words that stand for no number are names.
+bool isScalar(std::string_view given) {
+  const std::string text = boost::trim_copy(std::string(inBrackets(given)));
   double number = 0;
   const std::size_t sign = !text.empty() && text.front() == '+' ? 1 : 0;
   const auto parsed = std::from_chars(text.data() + sign, text.data() + text.size(), number);
-  return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
+  return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() &&
+         std::isfinite(number);
 }
 
 bool isElementwise(const Leaf& leaf) {

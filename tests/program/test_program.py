@@ -37,6 +37,7 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(blocks, sorted(blocks))
         text = run(DIAGRAM, *criterion).stdout.splitlines()
         self.assertEqual([line.strip() for line in text[1:]], blocks)
+        self.assertEqual(run(*criterion, DIAGRAM, "--format", "text").stdout.splitlines(), text)
         dot = run(DIAGRAM, *criterion, "--format", "dot").stdout
         self.assertTrue(dot.startswith("digraph"))
         picture = self.folder / "slice.svg"
