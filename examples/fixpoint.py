@@ -63,12 +63,14 @@ def grows(place: Any, value: Any) -> bool:
     if isinstance(place, model.StructRef):
         whole.values[place.field].value = value
     elif isinstance(whole, model.PowerSet):
-        Bits.set(whole, {place.startIndex - 1 + index for index in Bits.indices(value)})
+        moved = {place.startIndex - 1 + index for index in Bits.indices(value)}
+        Bits.set(whole, {index for index in moved if index <= place.endIndex})
     elif place.startIndex >= place.endIndex:
         whole.values[place.startIndex].value = value
     else:
         for index, part in value.values.items():
-            whole.values[place.startIndex - 1 + index].value = part.value
+            if place.startIndex - 1 + index <= place.endIndex:
+                whole.values[place.startIndex - 1 + index].value = part.value
     return grows(place.expr, whole)
 
 

@@ -45,7 +45,8 @@ TEST_F(SessionTest, SetsTakeAndGiveTheirBitsInSeveralForms) {
   EXPECT_EQ(failure(Host::cell({number(4)})), "InvalidValue(4,this is no element of the universe)");
   EXPECT_EQ(failure(Host::cell({number(0)})), "InvalidValue(0,elements are counted from 1)");
   EXPECT_EQ(failure(number(-1)),
-            "InvalidValue(-1,a number that stands for bits is whole, from 0 to 2^53)");
+            "InvalidValue(-1,a number that stands for bits is whole and not negative; above 2^53 "
+            "it is given as text)");
   EXPECT_EQ(failure(colours), "InvalidValue(a torvan.datamodel.PowerSetType,this is no set)");
   for (const Host& wrong : {number(8), Host::scalar(0.5), Host::scalar(1e300), Host::scalar(true),
                             text("10"), text("012"), text("0x"), text("0x8"), text("0xg"),

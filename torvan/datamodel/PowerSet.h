@@ -19,7 +19,8 @@ namespace torvan::datamodel {
 /// else of a new anonymous type, the first element of the range being element 1. Bits beyond the
 /// length read as 0. `ref(start, end)` refers to the bits of this set.
 ///
-/// The bits are never saved: a loaded power set is empty and has size 0.
+/// Accessors (`->`): `getValue`, `hasValue`, `setValue`. The bits are never saved: a loaded power
+/// set is empty and has size 0.
 class TORVAN_DATAMODEL_API PowerSet : public orb::zero::Handle<PowerSet, IndexableValue> {
  public:
   class Impl;

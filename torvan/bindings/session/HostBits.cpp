@@ -77,8 +77,9 @@ class BitsReader {
   }
   void readNumber(const tyve::Value& value) {
     constexpr double most = 9007199254740992.0;  // what a double counts to
-    const std::size_t number =
-        numberIn(value, most, "a number that stands for bits is whole, from 0 to 2^53");
+    const std::size_t number = numberIn(
+        value, most,
+        "a number that stands for bits is whole and not negative; above 2^53 it is given as text");
     for (std::size_t bit = 0; bit < 64; ++bit)
       if (number >> bit & 1) set(bit);
   }
