@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <sstream>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Drawing.h"
@@ -22,6 +25,9 @@ constexpr double splitRadius = 2.5;
 constexpr double largestFont = 9;
 constexpr double smallestFont = 4.5;
 constexpr double labelFont = 7;
+constexpr double titleFont = 13;
+constexpr double captionFont = 8.5;
+constexpr double swatchFont = 8;
 constexpr double glyphWidth = 0.66;  // of the font size, on average
 
 enum class Standing { Plain, Slice, Criterion };
@@ -108,6 +114,9 @@ class SvgDrawing {
       const Rectangle& box = block.geometry;
       points.push_back({box.x, box.y});
       points.push_back({box.x + box.width, box.y + box.height});
+      const double middle = box.x + box.width / 2, half = textWidth(block.label, labelFont) / 2;
+      points.push_back({std::min(box.x, middle - half), box.y});
+      points.push_back({std::max(box.x, middle + half), box.y});
     }
     for (const auto& route : routes_) points.insert(points.end(), route.begin(), route.end());
     Point low = points.empty() ? Point() : points.front();
@@ -122,7 +131,7 @@ class SvgDrawing {
   void openPicture() {
     const Rectangle box = bounds();
     corner_ = {box.x - margin, box.y - margin - legendHeight};
-    const double width = std::max(box.width + 2 * margin, minWidth);
+    const double width = std::max({box.width + 2 * margin, minWidth, legendWidth()});
     const double height = box.height + 2 * margin + legendHeight;
     out_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width * pixelsPerUnit
          << "\" height=\"" << height * pixelsPerUnit << "\" viewBox=\"" << corner_.x << ' '
@@ -165,25 +174,35 @@ class SvgDrawing {
          << "\"/></marker>\n";
   }
 
-  void drawLegend() {
-    const std::string& title = diagram_.title.empty() ? "Block diagram" : diagram_.title;
-    const double x = corner_.x + 12;
-    writeText("start", {x, corner_.y + 18}, 13, title);
-    writeText("start", {x, corner_.y + 31}, 8.5, highlight_.caption);
+  std::string title() const { return diagram_.title.empty() ? "Block diagram" : diagram_.title; }
+
+  /// What the colours mean.
+  std::array<std::pair<Standing, std::string>, 3> swatches() const {
     const std::size_t inSlice = highlight_.leaves.size();
     const std::size_t outside = network_.leaves().size() - inSlice;
-    double next = x;
-    next = drawSwatch(Standing::Criterion, next, "criterion " + criterion().name);
-    next = drawSwatch(Standing::Slice, next, "in the slice: " + std::to_string(inSlice));
-    drawSwatch(Standing::Plain, next, "not in the slice: " + std::to_string(outside));
+    return {{{Standing::Criterion, "criterion " + criterion().name},
+             {Standing::Slice, "in the slice: " + std::to_string(inSlice)},
+             {Standing::Plain, "not in the slice: " + std::to_string(outside)}}};
+  }
+  static double swatchWidth(const std::string& text) { return 30 + textWidth(text, swatchFont); }
+
+  double legendWidth() const {
+    double row = 0;
+    for (const auto& [standing, text] : swatches()) row += swatchWidth(text);
+    return 24 + std::max({textWidth(title(), titleFont), textWidth(highlight_.caption, captionFont),
+                          row});
   }
 
-  double drawSwatch(Standing standing, double x, const std::string& text) {
-    constexpr double font = 8;
-    const double y = corner_.y + 38;
-    writeBox({x, y, 14, 9}, 2, standing);
-    writeText("start", {x + 18, y + 7.5}, font, text);
-    return x + 30 + textWidth(text, font);
+  void drawLegend() {
+    const double x = corner_.x + 12, y = corner_.y + 38;
+    writeText("start", {x, corner_.y + 18}, titleFont, title());
+    writeText("start", {x, corner_.y + 31}, captionFont, highlight_.caption);
+    double next = x;
+    for (const auto& [standing, text] : swatches()) {
+      writeBox({next, y, 14, 9}, 2, standing);
+      writeText("start", {next + 18, y + 7.5}, swatchFont, text);
+      next += swatchWidth(text);
+    }
   }
 
   const Leaf& criterion() const { return network_.leaves()[highlight_.criterion]; }
