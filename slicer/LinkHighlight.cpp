@@ -8,17 +8,17 @@
 namespace torvan::slicer {
 namespace {
 
-/// Spreads over the links of a diagram from highlighted blocks, through splits.
+/// Spreads over the links of a diagram from where ways may end, through splits.
 class Spreading {
  public:
-  Spreading(const Diagram& diagram, const std::vector<bool>& isHighlighted)
-      : diagram_(diagram), isHighlighted_(isHighlighted), linksAt_(diagram.blocks.size()) {
+  Spreading(const Diagram& diagram, const MayEnd& mayEnd)
+      : diagram_(diagram), mayEnd_(mayEnd), linksAt_(diagram.blocks.size()) {
     for (std::size_t link = 0; link < diagram.links.size(); ++link)
       for (const PortIndex& end : endsOf(link)) linksAt_[end.block].push_back(link);
   }
 
-  /// Per link and end, whether that end is reached from a highlighted block that drives (or, for
-  /// Direction::In, reads) without passing the link itself.
+  /// Per link and end, whether that end is reached from one that drives (or, for Direction::In,
+  /// reads) without passing the link itself.
   std::vector<std::array<bool, 2>> reachedFrom(Direction direction) const {
     std::vector<std::array<bool, 2>> reached(diagram_.links.size());
     std::deque<std::pair<std::size_t, std::size_t>> open;
@@ -28,7 +28,7 @@ class Spreading {
     for (std::size_t link = 0; link < diagram_.links.size(); ++link) {
       const auto ends = endsOf(link);
       for (std::size_t end = 0; end < 2; ++end)
-        if (isSource(ends[end], direction)) reach(link, end);
+        if (isSource(link, ends[end], direction)) reach(link, end);
     }
     while (!open.empty()) {
       const auto [link, end] = open.front();
@@ -46,22 +46,22 @@ class Spreading {
     return {diagram_.links[link].source, diagram_.links[link].target};
   }
 
-  bool isSource(const PortIndex& end, Direction direction) const {
+  bool isSource(std::size_t link, const PortIndex& end, Direction direction) const {
     const Block& block = diagram_.blocks[end.block];
     const Port& port = block.ports[end.port];
-    return !block.isSplit && isHighlighted_[end.block] &&
-           (port.kind == SignalKind::Implicit || port.direction == direction);
+    return !block.isSplit && (port.kind == SignalKind::Implicit || port.direction == direction) &&
+           mayEnd_(link, end);
   }
 
   const Diagram& diagram_;
-  const std::vector<bool>& isHighlighted_;
+  const MayEnd& mayEnd_;
   std::vector<std::vector<std::size_t>> linksAt_;
 };
 
 }  // namespace
 
-std::vector<bool> highlightedLinks(const Diagram& diagram, const std::vector<bool>& isHighlighted) {
-  const Spreading spreading(diagram, isHighlighted);
+std::vector<bool> highlightedLinks(const Diagram& diagram, const MayEnd& mayEnd) {
+  const Spreading spreading(diagram, mayEnd);
   const auto driven = spreading.reachedFrom(Direction::Out);
   const auto read = spreading.reachedFrom(Direction::In);
   std::vector<bool> result(diagram.links.size());

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <vector>
 
 #include "Diagram.h"
 
 namespace torvan::slicer {
 
-/// Per link of one diagram, whether it lies on a way from one highlighted block to another one.
-/// `isHighlighted` has one entry per block; splits are passed through whatever their entry says.
-std::vector<bool> highlightedLinks(const Diagram& diagram, const std::vector<bool>& isHighlighted);
+/// Whether a highlighted way may begin or end where a link meets the block at this end of it.
+using MayEnd = std::function<bool(std::size_t link, const PortIndex& end)>;
+
+/// Per link of one diagram, whether it lies on a way from one such end to another one. Splits are
+/// passed through, and not asked for.
+std::vector<bool> highlightedLinks(const Diagram& diagram, const MayEnd& mayEnd);
 
 }  // namespace torvan::slicer

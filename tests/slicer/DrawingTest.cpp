@@ -102,6 +102,37 @@ TEST(DrawingTest, HighlightsTagsAndEventsOnlyWhereInfluencePasses) {
   EXPECT_EQ(lit(), 2U);
 }
 
+/// One that passes a signal on, and one where only what is not in the slice reads it.
+TEST(DrawingTest, HighlightsSuperBlocksByTheirPorts) {
+  const auto border = [](const std::string& tag, const std::string& id, const std::string& kind,
+                         const std::string& number) {
+    return block(tag, id, kind, inlineTexts({number}));
+  };
+  const std::string passing = border("ExplicitInBlock", "i", "IN_f", "1") + output("i.out1") +
+                              border("ExplicitOutBlock", "o", "OUT_f", "1") + input("o.in1") +
+                              link("i.out1", "o.in1");
+  const std::string mixed = border("ExplicitInBlock", "j", "IN_f", "1") + output("j.out1") +
+                            block("BasicBlock", "t", "TRASH_f") + input("t.in1") +
+                            link("j.out1", "t.in1") + block("BasicBlock", "k", "CONST_m") +
+                            output("k.out1") + border("ExplicitOutBlock", "p", "OUT_f", "1") +
+                            input("p.in1") + link("k.out1", "p.in1");
+  const auto super = [](const std::string& id, const std::string& cells) {
+    return block("SuperBlock", id, "SUPER_f", inner(cells)) + input(id + ".in1") +
+           output(id + ".out1");
+  };
+  Picture picture(readDiagram(
+      sheet(block("BasicBlock", "a", "SRC") + output("a.out1") + super("s", passing) +
+            block("SplitBlock", "d", "SPLIT_f") + input("d.in1") + output("d.out1") +
+            output("d.out2", 2) + block("BasicBlock", "x", "SUMMATION") + input("x.in1") +
+            input("x.in2", 2) + super("m", mixed) + link("a.out1", "s.in1") +
+            link("s.out1", "d.in1") + link("d.out1", "x.in1") + link("d.out2", "m.in1") +
+            link("m.out1", "x.in2")),
+      "test"));
+  const auto svg = picture.show({"SUMMATION#1", "SRC#1", "SUPER_f#2/CONST_m#1"}).svg();
+  EXPECT_EQ(count(svg, "//polyline[starts-with(@class, 'slice')]"), 4U);
+  EXPECT_EQ(count(svg, "//polyline[@class='plain']"), 1U);
+}
+
 TEST(DrawingTest, ArrowsPointAtReadersOfBackwardLinks) {
   Picture picture(readDiagram(
       sheet(block("BasicBlock", "a", "CONST_m") + output("a.out1") +
