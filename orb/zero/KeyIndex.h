@@ -14,8 +14,8 @@
 
 namespace orb::zero {
 
-/// Finds nodes by key: open addressing with linear probing. It is made once it has
-/// been missed often enough to pay, and then told of every change.
+/// Finds nodes by key: open addressing with linear probing. It is made once it has been missed
+/// often enough to pay, and then told of every change.
 template <class Node>
 class KeyIndex {
  public:
