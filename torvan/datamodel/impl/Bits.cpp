@@ -141,7 +141,7 @@ boolean3 Bits::compareWords(const Bits& other) const noexcept {
 }
 
 bool Bits::hasEqualWords(const Bits& other) const noexcept {
-  return size() == other.size() && words::isEqual(words(), other.words(), count());
+  return size() == other.size() && std::equal(words(), words() + count(), other.words());
 }
 
 }  // namespace torvan::datamodel

@@ -20,7 +20,7 @@ bool isSubset(const Word* a, const Word* b, std::size_t count) noexcept;
 /// How a lies to b in the order of inclusion; stops soon where neither is in the other.
 TORVAN_DATAMODEL_API boolean3 compare(const Word* a, const Word* b, std::size_t count) noexcept;
 inline bool isEqual(const Word* a, const Word* b, std::size_t count) noexcept {
-  return a == b || count == 0 || std::memcmp(a, b, count * sizeof(Word)) == 0;
+  return a == b || std::memcmp(a, b, count * sizeof(Word)) == 0;
 }
 /// Writes the union, or the intersection.
 void join(Word* to, const Word* a, const Word* b, std::size_t count) noexcept;
