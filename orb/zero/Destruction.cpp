@@ -54,8 +54,8 @@ void Model::Impl::disassociate(Element& target) {
     throw;
   }
   target.standing_.life = Element::Life::Alive;
-  for (const meta::PropertyInfo* property : target.getMetaClass().all)
-    if (!property->isOwning) property->services.release(target, target);  // passed over as dying
+  for (const meta::PropertyInfo* property : target.getMetaClass().referring)
+    property->services.release(target, target);  // passed over as dying
 }
 
 /// Takes dying elements out of what refers to them; a replacement comes in the place of the first.
@@ -76,8 +76,8 @@ void Model::Impl::disassociateIncoming(std::span<Element* const> targets, Elemen
     for (std::uint32_t place = 0; place < births(); ++place) {
       if (!elements_[place]) continue;
       referred.found.clear();
-      for (const meta::PropertyInfo* property : elements_[place]->getMetaClass().all)
-        if (!property->isOwning) property->services.targets(*elements_[place], referred);
+      for (const meta::PropertyInfo* property : elements_[place]->getMetaClass().referring)
+        property->services.targets(*elements_[place], referred);
       for (Element* target : referred.found)
         if (target->standing_.life == Element::Life::Dying) links.emplace_back(place, target);
     }
@@ -88,8 +88,7 @@ void Model::Impl::disassociateIncoming(std::span<Element* const> targets, Elemen
   for (const auto& [place, target] : links) {
     Element* const element = elements_[place];
     if (!element || !element->isAlive()) continue;  // the others keep theirs for a revival
-    for (const meta::PropertyInfo* property : element->getMetaClass().all) {
-      if (property->isOwning) continue;
+    for (const meta::PropertyInfo* property : element->getMetaClass().referring) {
       if (replacement && target == targets.front())
         property->services.replace(*element, *target, *replacement);
       else

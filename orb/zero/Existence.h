@@ -23,8 +23,8 @@ class Existence final : public UndoRecord {
     if (!element().isProxy()) revives ? ++model.alive_ : --model.alive_;
     isMade_ = !isMade_;
     if (isDestruction()) return;
-    for (const meta::PropertyInfo* property : element().getMetaClass().all)
-      if (property->isOwning) property->services.link(element(), revives);
+    for (const meta::PropertyInfo* property : element().getMetaClass().owning)
+      property->services.link(element(), revives);
   }
   void settle() noexcept override {
     if (isMade_ == isDestruction()) element().model().end(element());

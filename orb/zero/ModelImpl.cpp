@@ -29,8 +29,8 @@ Model::Impl::~Impl() {
         if (element) visit(*element);
   };
   forAll([](Element& element) {
-    for (const meta::PropertyInfo* property : element.getMetaClass().all)
-      property->services.forget(element);
+    for (const meta::PropertyInfo* link : element.getMetaClass().links)
+      link->services.forget(element);
   });
   forAll([this](Element& element) { dispose(element); });
 }
@@ -97,8 +97,7 @@ void Model::Impl::end(Element& element) noexcept {
 }
 
 void Model::Impl::retire(Element& element) noexcept {
-  for (const meta::PropertyInfo* property : element.getMetaClass().all)
-    property->services.clear(element);
+  for (const meta::PropertyInfo* link : element.getMetaClass().links) link->services.clear(element);
   element.standing_.life = Element::Life::Ended;
   element.setContainer(nullptr, 0);
   if (element.outside_ == 0 && element.slots_ == 0) {

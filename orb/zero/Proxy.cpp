@@ -96,8 +96,7 @@ void ModelElement::Impl::convertReferencesToProxies(bool owned,
   Transaction unit(getModel());
   Targets referred;
   for (Impl* element : converted.found) {
-    for (const meta::PropertyInfo* property : element->getMetaClass().all) {
-      if (property->isOwning || !property->type) continue;
+    for (const meta::PropertyInfo* property : element->getMetaClass().referring) {
       referred.collect(*element, *property);
       for (Impl* target : referred.found) {
         if (target->isProxy() || (only && only->id != target->getUuid())) continue;
@@ -119,8 +118,8 @@ void ModelElement::Impl::disassociateIncoming() {
 void ModelElement::Impl::basicDisassociateAll() {
   checkNoProxy();
   Transaction unit(getModel());
-  for (const meta::PropertyInfo* property : getMetaClass().all)
-    if (!property->isOwning && property->type) property->services.set(*this, Value());
+  for (const meta::PropertyInfo* property : getMetaClass().referring)
+    property->services.set(*this, Value());
   unit.commit();
 }
 

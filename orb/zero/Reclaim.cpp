@@ -43,18 +43,23 @@ std::size_t Model::Impl::reclaim() {
   };
   for (std::uint32_t i = first; i < births(); ++i) consider(elements_[i]);
 
-  Targets owned, referred;
+  Targets targets;
   for (std::size_t i = 0; i < doomed.size(); ++i) {
     Element& element = *doomed[i];
-    owned.found.clear();
-    referred.found.clear();
-    for (const meta::PropertyInfo* property : element.getMetaClass().all) {
-      property->services.targets(element, property->isOwning ? owned : referred);
-      property->services.clear(element);
+    const auto letGo = [&](std::span<const meta::PropertyInfo* const> links) -> const auto& {
+      targets.found.clear();
+      for (const meta::PropertyInfo* link : links) {
+        link->services.targets(element, targets);
+        link->services.clear(element);
+      }
+      return targets.found;
+    };
+    const meta::ClassInfo& type = element.getMetaClass();
+    for (Element* child : letGo(type.owning)) {
+      child->standing_.life = Element::Life::Dying;
+      doomed.push_back(child);
     }
-    for (Element* child : owned.found) child->standing_.life = Element::Life::Dying;
-    doomed.insert(doomed.end(), owned.found.begin(), owned.found.end());
-    for (Element* target : referred.found) consider(target);
+    for (Element* target : letGo(type.referring)) consider(target);
   }
 
   std::size_t reclaimed = 0;

@@ -10,8 +10,8 @@ namespace orb::zero {
 
 /// Shows what the element owns.
 inline void visitOwned(const ModelElement::Impl& element, meta::TargetVisitor& visitor) {
-  for (const meta::PropertyInfo* property : element.getMetaClass().all)
-    if (property->isOwning) property->services.targets(element, visitor);
+  for (const meta::PropertyInfo* property : element.getMetaClass().owning)
+    property->services.targets(element, visitor);
 }
 
 /// Collects what properties name.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <tuple>
@@ -233,6 +234,22 @@ inline constexpr auto allProperties = [] {
 template <>
 inline constexpr std::array<const PropertyInfo*, 0> allProperties<ModelElement>{};
 
+/// Those of all whose values are elements, the owning ones first.
+template <class X>
+inline constexpr auto linkProperties = [] {
+  constexpr auto& all = allProperties<X>;
+  constexpr auto isLink = [](const PropertyInfo* property) { return property->type != nullptr; };
+  std::array<const PropertyInfo*, std::count_if(all.begin(), all.end(), isLink)> links{};
+  std::size_t n = 0;
+  for (const bool isOwning : {true, false})
+    for (const PropertyInfo* property : all)
+      if (isLink(property) && property->isOwning == isOwning) links[n++] = property;
+  return links;
+}();
+template <class X>
+inline constexpr std::size_t owningCount = std::count_if(
+    linkProperties<X>.begin(), linkProperties<X>.end(), [](auto* link) { return link->isOwning; });
+
 template <class X>
 consteval auto constructorOf() -> Element* (*)(void*) {
   if constexpr (X::Impl::table.instances == Instances::Concrete)
@@ -272,6 +289,9 @@ ORB_ZERO_API inline constexpr ClassInfo classOf{
     &classOf<typename X::Super>,
     ownProperties<X>,
     allProperties<X>,
+    linkProperties<X>,
+    std::span(linkProperties<X>).first(owningCount<X>),
+    std::span(linkProperties<X>).subspan(owningCount<X>),
     sizeof(typename X::Impl),
     constructorOf<X>(),
     [](Element& e) { return std::unique_ptr<Storage>(new (e.model()) StorageOf<X>(e)); },
@@ -284,6 +304,9 @@ ORB_ZERO_API inline constexpr ClassInfo classOf<ModelElement>{
     "orb.zero.ModelElement",
     uuidOf("6d3f1c52-7a0e-3b64-9d2b-0c6a5e1f8b47"),
     nullptr,
+    {},
+    {},
+    {},
     {},
     {},
     sizeof(ModelElement::Impl),

@@ -185,8 +185,7 @@ void MetaRegistry::Update::remove(const Package& package) {
   Targets named;
   for (const ModelElement& element : model.elements()) {
     if (isInside(element, package)) continue;
-    for (const PropertyInfo* property : element->getMetaClass().all) {
-      if (property->isOwning || !property->type) continue;
+    for (const PropertyInfo* property : element->getMetaClass().referring) {
       named.collect(*element.get(), *property);
       for (Element* target : named.found) {
         if (!isInside(ModelElement(target), package)) continue;
