@@ -16,6 +16,7 @@ FixpointSolver::FixpointSolver(System system) : model_(system->getModel()) {
   const auto& equations = system->getEquations();
   program_.reserve(equations.size());
   for (const Equation& equation : equations) program_.add(equation);
+  program_.complete();
   statistics_.equations = program_.equations();
   statistics_.variables = program_.variables();
 
@@ -60,15 +61,12 @@ void FixpointSolver::solve(const Progress& progress) {
       const Number later = ahead(2), next = ahead(1);
       program_.prefetch<Rule>(ahead(4));
       program_.prefetch<Summands>(ahead(3));
-      program_.prefetch<Handles>(later, later >= settled_);
-      program_.prefetch<Values>(next, next >= settled_);
+      program_.prefetch<Handles>(later);
+      program_.prefetch<Values>(next);
       __builtin_prefetch(&firstReaders_[program_.target(later)]);
       __builtin_prefetch(readers_.data() + firstReaders_[program_.target(next)]);
     }
-    const bool isNew = equation == settled_;
-    const bool hasGrown = program_.evaluate(equation, isNew);
-    if (isNew) ++settled_;
-    if (hasGrown) {
+    if (program_.evaluate(equation)) {
       const Number target = program_.target(equation);
       for (std::size_t i = firstReaders_[target]; i < firstReaders_[target + 1]; ++i) {
         if (isPending[readers_[i]]) continue;

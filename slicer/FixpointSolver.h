@@ -56,7 +56,6 @@ class FixpointSolver {
   Program program_;
   std::vector<std::uint32_t> firstReaders_;  // by number, and one more
   std::vector<Number> readers_;              // equations
-  std::size_t settled_ = 0;                  // equations whose constants have been joined
   std::size_t reclaimAt_ = 0;
   Statistics statistics_;
 };

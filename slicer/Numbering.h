@@ -22,7 +22,10 @@ class Numbering {
   std::size_t size() const { return elements_.size(); }
   /// Elements that have a number.
   std::size_t elements() const { return taken_; }
-  Number find(const Element& element) const { return table_.empty() ? none : table_[at(element)]; }
+  Number find(const Element& element) const {
+    if (table_.empty()) rehash(taken_);
+    return table_[at(element)];
+  }
   /// The number of the element, and whether it is a new one.
   std::pair<Number, bool> add(Element& element) {
     if (4 * (taken_ + 1) > 3 * table_.size()) rehash(taken_ + 1);
@@ -44,6 +47,8 @@ class Numbering {
     elements_.reserve(elements);
     rehash(elements);
   }
+  /// Gives back memory that the next search takes again.
+  void giveBack() { table_ = std::vector<Number>(); }
 
  private:
   /// Where the element is, or would be.
@@ -53,14 +58,14 @@ class Numbering {
     while (table_[at] != none && elements_[table_[at]].get() != &element) at = (at + 1) & mask;
     return at;
   }
-  void rehash(std::size_t elements) {
+  void rehash(std::size_t elements) const {
     table_.assign(std::bit_ceil(4 * elements / 3 + 1), none);
     for (Number number = 0; number < size(); ++number)
       if (elements_[number].get()) table_[at(*elements_[number].get())] = number;
   }
 
   std::vector<datamodel::ModelElement> elements_;  // by number
-  std::vector<Number> table_;                      // a power of two, at most 3/4 of it taken
+  mutable std::vector<Number> table_;              // a power of two, at most 3/4 of it taken
   std::size_t taken_ = 0;
 };
 

@@ -116,13 +116,13 @@ void Program::add(const Equation& equation) {
     kinds_[rule.target] = Kind::VariableOfParts;
     if (LatticeValue& value = values_[rule.target]) value = value.clone();
   }
+  const std::size_t constants = constants_.size();
   compile(equation->getRhs(), Stage::Summand);
   summands_.insert(summands_.end(), stack_.begin(), stack_.end());
   const std::size_t summands = summands_.size() - rule.summands;
-  room_.resize(std::max(room_.size(), summands + constants_.size() - rule.constants));
+  room_.resize(std::max(room_.size(), summands + constants_.size() - constants));
   rules_.push_back({0, static_cast<std::uint32_t>(operations_.size()),
-                    static_cast<std::uint32_t>(summands_.size()),
-                    static_cast<std::uint32_t>(constants_.size())});
+                    static_cast<std::uint32_t>(summands_.size())});
 }
 
 Program::Element* Program::addPlaces(const LExpression& place) {
@@ -158,10 +158,14 @@ void Program::enter(const Step& step, Code code) {
   if (code == Code::Nothing) return;
   if (code == Code::Variable) return stack_.push_back(numberOf(term));
   const bool isSummand = step.stage <= Stage::Summand;
-  if (code == Code::Constant && isSummand)
-    return void(constants_.emplace_back(ModelElement(&term)));
-  if (code == Code::Constant)
-    return stack_.push_back(add(LatticeValue(ModelElement(&term)), Kind::Constant));
+  if (code == Code::Constant) {
+    LatticeValue value{ModelElement(&term)};
+    if (isSummand)
+      constants_.push_back({std::move(value), static_cast<Number>(equations())});
+    else
+      stack_.push_back(add(value, Kind::Constant));
+    return;
+  }
   const bool isSum = isSummand && (code == Code::Join || code == Code::Conditional) &&
                      hasOneType(term, code) &&
                      (step.stage == Stage::FirstSummand || !beginsWithRange(term));
@@ -209,7 +213,7 @@ Program::Number Program::newTemporary() {
 }
 
 // ---------------------------------------------------------------- evaluation
-bool Program::evaluate(Number equation, bool withConstants) {
+bool Program::evaluate(Number equation) {
   const Rule &rule = rules_[equation], &next = rules_[equation + 1];
   const auto operations = operationsOf(rule, next);
   for (const Operation& operation : operations) compute(operation);
@@ -220,14 +224,23 @@ bool Program::evaluate(Number equation, bool withConstants) {
     if (more && !(isWhole && more == value)) *sumEnd++ = &more;
   };
   for (const Number summand : summandsOf(rule, next)) add(values_[summand]);
-  if (withConstants)
-    for (const LatticeValue& constant : constantsOf(rule, next)) add(constant);
+  std::size_t joined = joined_;
+  while (joined < constants_.size() && constants_[joined].equation == equation)
+    add(constants_[joined++].value);
   const Sum sum{room_.data(), sumEnd};
   const bool hasGrown =
       isWhole ? !sum.empty() && join(equation, sum) : joinParts(rule.target, sum, operations);
   for (const Operation& operation : operations)
     if (operation.code != Code::Place) values_[operation.result] = {};
+  if (joined != joined_) letGo(joined);
   return hasGrown;
+}
+
+void Program::letGo(std::size_t joined) {
+  while (joined_ < joined) constants_[joined_++].value = {};
+  if (joined_ < constants_.size()) return;
+  constants_ = std::vector<Constant>();
+  joined_ = 0;
 }
 
 LatticeValue Program::evaluate(const Term& term) const {

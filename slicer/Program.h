@@ -30,6 +30,8 @@ class Program {
   /// An equation that writes no variable is left out. What its terms become later is not seen.
   void add(const datamodel::Equation& equation);
   void reserve(std::size_t equations);
+  /// To be called when all equations are there: gives back memory.
+  void complete() { numbering_.giveBack(); }
   std::size_t equations() const { return rules_.size() - 1; }
   std::size_t variables() const { return numbering_.elements(); }
   /// All numbers are smaller.
@@ -47,19 +49,19 @@ class Program {
     for (const Operation& operation : operationsOf(rule, next)) visitAll(operandsOf(operation));
   }
 
-  /// Joins the right side into the left side; true when that has grown. As variables only grow,
-  /// constants are to be joined once.
-  bool evaluate(Number equation, bool withConstants);
+  /// Joins the right side into the left side; true when that has grown. Equations are to be
+  /// evaluated in their order at first, which joins their constants: once, as variables only grow.
+  bool evaluate(Number equation);
   /// Has memory brought that an evaluation will look at, each kind some time after the one before,
   /// which leads there. Always inside of its callers, as the compiler leaves out calls of what has
   /// no effect.
   enum class Prefetch : std::uint8_t { Rule, Summands, Handles, Values };
   template <Prefetch what>
-  [[gnu::always_inline]] void prefetch(Number equation, bool withConstants = false) const {
+  [[gnu::always_inline]] void prefetch(Number equation) const {
     const Rule &rule = rules_[equation], &next = rules_[equation + 1];
     if constexpr (what == Prefetch::Rule) {
       __builtin_prefetch(&rule);
-      __builtin_prefetch(&next);
+      __builtin_prefetch(&next.summands);  // the last that is read, maybe in the next line
     } else if constexpr (what == Prefetch::Summands) {
       __builtin_prefetch(summands_.data() + rule.summands);
     } else {
@@ -67,15 +69,17 @@ class Program {
       // To change a value, its model is asked, which is in the first line of the element.
       if constexpr (what == Prefetch::Values) __builtin_prefetch(values_[rule.target].get());
       for (const Number summand : summandsOf(rule, next)) bring<what>(values_[summand]);
-      if (withConstants)
-        for (const auto& constant : constantsOf(rule, next)) bring<what>(constant);
     }
+    // Constants are joined in their order, so that handles come by themselves.
+    if constexpr (what == Prefetch::Values)
+      if (joined_ + ahead < constants_.size()) bring<what>(constants_[joined_ + ahead].value);
   }
   /// The value of a term under the present values of the variables.
   datamodel::LatticeValue evaluate(const datamodel::Term& term) const;
 
  private:
   using Element = datamodel::ModelElement::Impl;
+  static constexpr std::size_t ahead = 4;  // constants, whose values are brought
   enum class Kind : std::uint8_t { Variable, VariableOfParts, Constant, Temporary };
   enum class Code : std::uint8_t {
     Nothing,
@@ -100,7 +104,12 @@ class Program {
   /// Where the lists of a rule begin. They end where those of the next one do.
   struct Rule {
     Number target;
-    std::uint32_t operations, summands, constants;
+    std::uint32_t operations, summands;
+  };
+  /// A constant that an equation joins by its first evaluation.
+  struct Constant {
+    datamodel::LatticeValue value;
+    Number equation;
   };
   /// What an evaluation joins into the target, empty values left out.
   using Sum = std::span<const datamodel::LatticeValue* const>;
@@ -146,9 +155,6 @@ class Program {
   std::span<const Operation> operationsOf(const Rule& rule, const Rule& next) const {
     return slice(operations_, rule.operations, next.operations);
   }
-  std::span<const datamodel::LatticeValue> constantsOf(const Rule& rule, const Rule& next) const {
-    return slice(constants_, rule.constants, next.constants);
-  }
   template <Prefetch what>
   [[gnu::always_inline]] static void bring(const datamodel::LatticeValue& value) {
     if constexpr (what == Prefetch::Handles)
@@ -156,6 +162,8 @@ class Program {
     else if (value.get())
       value.get()->prefetch();
   }
+  /// Lets go of constants up to there, and in the end of their list.
+  void letGo(std::size_t joined);
   void compute(const Operation& operation);
   bool join(Number equation, Sum sum);
   bool joinParts(Number variable, Sum sum, std::span<const Operation> operations);
@@ -168,7 +176,8 @@ class Program {
   std::vector<Rule> rules_{Rule{}};  // and one more, at the end of all lists
   std::vector<Operation> operations_;
   std::vector<Number> operands_, summands_;
-  std::vector<datamodel::LatticeValue> constants_;
+  std::vector<Constant> constants_;  // in the order of their equations, until all are joined
+  std::size_t joined_ = 0;           // of them
 
   std::vector<Step> pending_;  // the next one last
   std::vector<Number> stack_;

@@ -46,7 +46,7 @@ std::size_t Model::Impl::reclaim() {
   Targets targets;
   for (std::size_t i = 0; i < doomed.size(); ++i) {
     Element& element = *doomed[i];
-    const auto letGo = [&](std::span<const meta::PropertyInfo* const> links) -> const auto& {
+    const auto letGo = [&](meta::ClassInfo::Properties links) -> const auto& {
       targets.found.clear();
       for (const meta::PropertyInfo* link : links) {
         link->services.targets(element, targets);

@@ -187,15 +187,17 @@ struct OperationInfo {
 
 /// One class.
 struct ClassInfo {
+  using Properties = std::span<const PropertyInfo* const>;
+
   std::string_view name;  ///< dotted
   uuid id;
-  const ClassInfo* superclass;               ///< null for the root
-  std::span<const PropertyInfo> own;         ///< in order of their positions
-  std::span<const PropertyInfo* const> all;  ///< inherited ones first: position n is all[n - 1]
+  const ClassInfo* superclass;        ///< null for the root
+  std::span<const PropertyInfo> own;  ///< in order of their positions
+  Properties all;                     ///< inherited ones first: position n is all[n - 1]
   // Those whose values are elements: the ones that own these, and the others.
-  std::span<const PropertyInfo* const> links, owning, referring;
-  std::size_t size;                          ///< of an element, in bytes
-  Element* (*construct)(void* memory);       ///< null for an abstract class
+  Properties links, owning, referring;
+  std::size_t size;                                   ///< of an element, in bytes
+  Element* (*construct)(void* memory);                ///< null for an abstract class
   std::unique_ptr<Storage> (*makeStorage)(Element&);  ///< an empty undo record
   std::span<const OperationInfo> operations;          ///< own ones
   /// Makes an empty builder; null for an abstract class.

@@ -247,8 +247,9 @@ inline constexpr auto linkProperties = [] {
   return links;
 }();
 template <class X>
-inline constexpr std::size_t owningCount = std::count_if(
-    linkProperties<X>.begin(), linkProperties<X>.end(), [](auto* link) { return link->isOwning; });
+inline constexpr std::size_t owningCount = std::count_if(linkProperties<X>.begin(),
+                                                         linkProperties<X>.end(),
+                                                         [](auto* link) { return link->isOwning; });
 
 template <class X>
 consteval auto constructorOf() -> Element* (*)(void*) {
