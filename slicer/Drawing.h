@@ -20,9 +20,10 @@ struct Highlight {
   bool follows(SignalKind kind) const { return withEvents || kind != SignalKind::Event; }
 };
 
-/// An SVG picture of the outermost diagram in its own layout. A super-block counts as highlighted
-/// when any leaf inside it is, and a link when it leads from one highlighted leaf to another.
-/// `network` must have been made from `diagram` and have the criterion.
+/// An SVG picture of the outermost diagram in its own layout. A link counts as highlighted when it
+/// leads from one highlighted leaf to another, a super-block when any leaf inside it is highlighted
+/// or such a link leads through it. `network` must have been made from `diagram` and have the
+/// criterion.
 std::string drawSvg(const Diagram& diagram, const Network& network, const Highlight& highlight);
 
 /// The flattened network as a Graphviz digraph, with the highlighted leaves filled.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "DisjointSets.h"
+
 namespace torvan::slicer {
 namespace {
 
@@ -33,8 +35,11 @@ Flattener::Flattener(const Diagram& diagram) {
 }
 
 std::vector<Leaf> Flattener::takeLeaves() {
+  DisjointSets joined;
+  joined.add(ports_);
+  for (const auto& [first, second] : joints_) joined.unite(first, second);
   for (Leaf& leaf : leaves_)
-    for (LeafPort& port : leaf.ports) port.net = joined_.find(port.net);
+    for (LeafPort& port : leaf.ports) port.net = joined.find(port.net);
   return std::move(leaves_);
 }
 
@@ -42,8 +47,8 @@ std::size_t Flattener::addSheet(const Diagram& diagram, std::size_t parent, cons
   const std::size_t sheet = sheets_.size();
   sheets_.push_back({&diagram, parent, {}});
   for (const Block& block : diagram.blocks) {
-    sheets_[sheet].firstPorts.push_back(joined_.size());
-    joined_.add(block.ports.size());
+    sheets_[sheet].firstPorts.push_back(ports_);
+    ports_ += block.ports.size();
   }
   for (std::size_t index = 0; index < diagram.blocks.size(); ++index)
     addBlock(diagram.blocks[index], index, sheet, enclosing);
@@ -87,13 +92,14 @@ void Flattener::addLeaf(const Block& block, std::size_t firstPort, Leaf leaf) {
 
 void Flattener::joinPorts(const Block& block, std::size_t firstPort) {
   for (std::size_t i = 1; i < block.ports.size(); ++i)
-    if (block.ports[i].kind == block.ports[0].kind) joined_.unite(firstPort, firstPort + i);
+    if (block.ports[i].kind == block.ports[0].kind) joints_.push_back({firstPort, firstPort + i});
 }
 
 void Flattener::joinLinks(const Sheet& sheet) {
+  firstLink_ = joints_.size();  // of the outermost diagram in the end
   const auto number = [&](const PortIndex& at) { return sheet.firstPorts[at.block] + at.port; };
   for (const Link& link : sheet.diagram->links)
-    joined_.unite(number(link.source), number(link.target));
+    joints_.push_back({number(link.source), number(link.target)});
 }
 
 void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, const Sheet& inner) {
@@ -104,7 +110,7 @@ void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, con
       const Port& port = outer.ports[p];
       if (port.kind == block.boundary->kind && port.direction == block.boundary->direction &&
           port.number == block.boundary->number && port.kind == block.ports.front().kind)
-        joined_.unite(firstOuterPort + p, inner.firstPorts[i]);
+        joints_.push_back({firstOuterPort + p, inner.firstPorts[i]});
     }
   }
 }
@@ -112,7 +118,7 @@ void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, con
 void Flattener::joinTags() {
   for (const TagBlock& receiver : receivers_)
     for (const TagBlock& sender : senders_)
-      if (reaches(sender, receiver)) joined_.unite(sender.firstPort, receiver.firstPort);
+      if (reaches(sender, receiver)) joints_.push_back({sender.firstPort, receiver.firstPort});
 }
 
 bool Flattener::reaches(const TagBlock& sender, const TagBlock& receiver) const {

@@ -1,36 +1,41 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "Diagram.h"
-#include "DisjointSets.h"
 #include "Network.h"
 
 namespace torvan::slicer {
 
-/// Walks a diagram with all its inner ones, collects the leaves and finds out which ports are
-/// connected through links, splits, super-block boundaries and tags.
+/// Walks a diagram with all its inner ones, numbers the ports of all blocks, collects the leaves and
+/// finds out what joins ports: links, splits, super-block boundaries and tags.
 class Flattener {
  public:
+  /// Two joined ports, by their numbers.
+  using Joint = std::array<std::size_t, 2>;
+
   /// `diagram` must outlive the flattener.
   explicit Flattener(const Diagram& diagram);
 
-  /// The leaves in document order. Equal `net` values mark connected ports; they are not yet
-  /// indices of anything. Call once.
+  /// The leaves in document order. The `net` of a port is its number.
+  const std::vector<Leaf>& leaves() const { return leaves_; }
+  /// The same; equal `net` values mark connected ports. Call once.
   std::vector<Leaf> takeLeaves();
-  /// The `net` value of a port of the outermost diagram.
-  std::size_t netOf(const PortIndex& port) {
-    return joined_.find(sheets_.front().firstPorts[port.block] + port.port);
-  }
+  /// All numbers of ports are smaller.
+  std::size_t ports() const { return ports_; }
+  const std::vector<Joint>& joints() const { return joints_; }
+  /// Where the links of the outermost diagram are among the joints, in their order.
+  std::size_t firstLink() const { return firstLink_; }
 
  private:
   /// One diagram in its place; the outermost one is its own parent.
   struct Sheet {
     const Diagram* diagram;
     std::size_t parent;
-    std::vector<std::size_t> firstPorts;  // per block, the number of its first port in joined_
+    std::vector<std::size_t> firstPorts;  // per block, the number of its first port
   };
 
   /// A block that sends, receives or scopes signals by name.
@@ -55,7 +60,9 @@ class Flattener {
   std::vector<TagBlock> senders_;
   std::vector<TagBlock> receivers_;
   std::vector<TagBlock> scopes_;
-  DisjointSets joined_;
+  std::size_t ports_ = 0;
+  std::vector<Joint> joints_;
+  std::size_t firstLink_ = 0;
 };
 
 }  // namespace torvan::slicer

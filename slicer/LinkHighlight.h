@@ -1,18 +1,14 @@
 #pragma once
 
-#include <cstddef>
-#include <functional>
 #include <vector>
 
 #include "Diagram.h"
+#include "Drawing.h"
 
 namespace torvan::slicer {
 
-/// Whether a highlighted way may begin or end where a link meets the block at this end of it.
-using MayEnd = std::function<bool(std::size_t link, const PortIndex& end)>;
-
-/// Per link of one diagram, whether it lies on a way from one such end to another one. Splits are
-/// passed through, and not asked for.
-std::vector<bool> highlightedLinks(const Diagram& diagram, const MayEnd& mayEnd);
+/// Per link of the outermost diagram, whether it lies on a way from one highlighted leaf to another
+/// one or back to itself: through splits, super-blocks and tags.
+std::vector<bool> highlightedLinks(const Diagram& diagram, const Highlight& highlight);
 
 }  // namespace torvan::slicer

@@ -22,8 +22,7 @@ std::optional<std::size_t> Leaf::findPort(SignalKind portKind, Direction directi
 }
 
 Network::Network(const Diagram& diagram) {
-  Flattener flattener(diagram);
-  leaves_ = flattener.takeLeaves();
+  leaves_ = Flattener(diagram).takeLeaves();
   std::unordered_map<std::size_t, std::size_t> netOfSet;
   for (std::size_t leaf = 0; leaf < leaves_.size(); ++leaf) {
     std::vector<LeafPort>& ports = leaves_[leaf].ports;
@@ -41,10 +40,6 @@ Network::Network(const Diagram& diagram) {
       if (isImplicit || port.direction == Direction::In) net.readers.push_back({leaf, index});
     }
     leafIndex_.emplace(leaves_[leaf].name, leaf);
-  }
-  for (const Link& link : diagram.links) {
-    const auto found = netOfSet.find(flattener.netOf(link.source));
-    linkNets_.push_back(found == netOfSet.end() ? std::nullopt : std::optional(found->second));
   }
 }
 

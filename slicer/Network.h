@@ -58,8 +58,6 @@ class Network {
   const std::vector<Leaf>& leaves() const { return leaves_; }
 
   const std::vector<Net>& nets() const { return nets_; }
-  /// The net of a link of the outermost diagram, if a leaf is on it.
-  std::optional<std::size_t> netOfLink(std::size_t link) const { return linkNets_[link]; }
 
   /// The index of the leaf with this full name, if there is one.
   std::optional<std::size_t> findLeaf(std::string_view name) const;
@@ -67,7 +65,6 @@ class Network {
  private:
   std::vector<Leaf> leaves_;
   std::vector<Net> nets_;
-  std::vector<std::optional<std::size_t>> linkNets_;
   std::unordered_map<std::string, std::size_t> leafIndex_;
 };
 

@@ -1,9 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
-#include <optional>
-#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -81,54 +78,16 @@ class SvgDrawing {
     return standings_[network_.leaves()[leaf].path.front()];
   }
 
-  /// Finds the links to highlight, and with them the blocks they pass on the way. What leads on may
-  /// lead anywhere, so that the way has to be one in the network as well.
+  /// Finds the links to highlight, and with them the blocks they pass on the way.
   void lightLinks() {
-    for (std::size_t link = 0; link < diagram_.links.size(); ++link)
-      if (const auto net = network_.netOfLink(link))
-        for (const PortIndex& end : {diagram_.links[link].source, diagram_.links[link].target})
-          portsOn_[{end.block, *net}].insert(end.port);
-    isLit_ = highlightedLinks(
-        diagram_, [this](std::size_t link, const PortIndex& end) { return mayEnd(link, end); });
+    isLit_ = highlightedLinks(diagram_, highlight_);
     for (std::size_t link = 0; link < isLit_.size(); ++link) {
-      isLit_[link] = isLit_[link] && carriesInfluence(link);
       if (!isLit_[link]) continue;
       for (const PortIndex& end : {diagram_.links[link].source, diagram_.links[link].target}) {
         Standing& standing = standings_[end.block];
         if (standing == Standing::Plain) standing = Standing::Slice;
       }
     }
-  }
-
-  /// A block is in the slice, or leads on elsewhere: a tag block, and a super-block that no leaf
-  /// within it takes the net from or gives it to, or that has the net at other ports, too.
-  bool mayEnd(std::size_t link, const PortIndex& end) const {
-    const Block& block = diagram_.blocks[end.block];
-    if (isTag(block)) return true;
-    if (block.inner.empty()) return standings_[end.block] != Standing::Plain;
-    const std::optional<std::size_t> index = network_.netOfLink(link);
-    if (!index) return false;
-    const Net& net = network_.nets()[*index];
-    bool leadsOn = true;
-    for (const LeafPortIndex& port :
-         block.ports[end.port].direction == Direction::In ? net.readers : net.drivers) {
-      if (network_.leaves()[port.leaf].path.front() != end.block) continue;
-      if (highlight_.leaves.contains(port.leaf)) return true;
-      leadsOn = false;
-    }
-    return leadsOn || portsOn_.at({end.block, *index}).size() > 1;
-  }
-
-  /// Whether influence passes along its net from one highlighted leaf to another.
-  bool carriesInfluence(std::size_t link) const {
-    const std::optional<std::size_t> index = network_.netOfLink(link);
-    if (!index) return false;
-    const Net& net = network_.nets()[*index];
-    const auto isIn = [this](const LeafPortIndex& port) {
-      return highlight_.leaves.contains(port.leaf);
-    };
-    return highlight_.follows(net.kind) && std::ranges::any_of(net.drivers, isIn) &&
-           std::ranges::any_of(net.readers, isIn);
   }
 
   Rectangle bounds() const {
@@ -306,7 +265,6 @@ class SvgDrawing {
   std::vector<std::vector<Point>> routes_;  // per link
   std::vector<bool> isLit_;                 // per link
   // Of a block and a net: the ports where links of the net meet the block.
-  std::map<std::pair<std::size_t, std::size_t>, std::set<std::size_t>> portsOn_;
   Point corner_;
   std::ostringstream out_;
 };
