@@ -197,7 +197,7 @@ Options parse(int argc, char** argv, CLI::App& app) {
 }
 
 void warn(const Options& options, const std::string& warning) {
-  std::cerr << "torvan-slice: warning: " << options.file << ": " << warning << '\n';
+  std::cerr << "torvan-slice: warning: " << cleanText(options.file + ": " + warning) << '\n';
 }
 
 Source readSource(const Options& options) {

@@ -2,12 +2,13 @@
 #include <iostream>
 
 #include "Application.h"
+#include "Escape.h"
 
 int main(int argc, char** argv) {
   try {
     return torvan::slicer::runApplication(argc, argv);
   } catch (const std::exception& error) {
-    std::cerr << "torvan-slice: " << error.what() << '\n';
+    std::cerr << "torvan-slice: " << torvan::slicer::cleanText(error.what()) << '\n';
     return 2;
   }
 }
