@@ -28,6 +28,17 @@ bool isYoung(ModelElement::Impl& element, std::uint32_t births) {
                      [=](auto* child) { return isYoung(*child, births); });
 }
 
+/// Those of the targets that are not held by a slot alone after a rollback.
+struct Living final : Targets {
+  void visit(ModelElement::Impl& target) override {
+    if (target.isAlive()) Targets::visit(target);
+  }
+  void collect(const ModelElement::Impl& element, meta::ClassInfo::Properties links) {
+    found.clear();
+    for (const meta::PropertyInfo* link : links) link->services.targets(element, *this);
+  }
+};
+
 }  // namespace
 
 /// Collects first, then destroys: what the doomed let go of may be doomed in turn.
@@ -43,23 +54,23 @@ std::size_t Model::Impl::reclaim() {
   };
   for (std::uint32_t i = first; i < births(); ++i) consider(elements_[i]);
 
-  Targets targets;
+  constexpr std::uint32_t few = 2;  // slots, which are perhaps those of one other element
+  Living owned, referred, holders;
   for (std::size_t i = 0; i < doomed.size(); ++i) {
     Element& element = *doomed[i];
-    const auto letGo = [&](meta::ClassInfo::Properties links) -> const auto& {
-      targets.found.clear();
-      for (const meta::PropertyInfo* link : links) {
-        link->services.targets(element, targets);
-        link->services.clear(element);
-      }
-      return targets.found;
-    };
     const meta::ClassInfo& type = element.getMetaClass();
-    for (Element* child : letGo(type.owning)) {
-      child->standing_.life = Element::Life::Dying;
-      doomed.push_back(child);
+    owned.collect(element, type.owning);
+    referred.collect(element, type.referring);
+    for (const meta::PropertyInfo* link : type.links) link->services.clear(element);
+    for (Element* child : owned.found) child->standing_.life = Element::Life::Dying;
+    doomed.insert(doomed.end(), owned.found.begin(), owned.found.end());
+    for (Element* target : referred.found) {
+      consider(target);
+      if (!target->isAlive() || target->slots_ > few) continue;
+      // Two that hold each other, as a type and its top, are told by either.
+      holders.collect(*target, target->getMetaClass().referring);
+      for (Element* holder : holders.found) consider(holder);
     }
-    for (Element* target : letGo(type.referring)) consider(target);
   }
 
   std::size_t reclaimed = 0;

@@ -15,7 +15,7 @@ inline void visitOwned(const ModelElement::Impl& element, meta::TargetVisitor& v
 }
 
 /// Collects what properties name.
-struct Targets final : meta::TargetVisitor {
+struct Targets : meta::TargetVisitor {
   void visit(ModelElement::Impl& target) override { found.push_back(&target); }
   /// What one property names, each once.
   void collect(const ModelElement::Impl& element, const meta::PropertyInfo& property) {
