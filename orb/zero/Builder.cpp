@@ -90,17 +90,17 @@ void ModelElement::Builder::cascadeCreation(Impl& owner) {
 void ModelElement::Builder::dropLost() {
   Unit unit(*staged_);
   Targets targets;
-  for (const meta::PropertyInfo* property : class_.all) {
+  for (const meta::PropertyInfo* property : class_.referring) {
+    targets.collect(*staged_, *property);
+    for (Impl* target : targets.found)
+      if (!target->isAlive()) property->services.release(*staged_, *target);
+  }
+  const auto isLost = [this](const Impl* child) {
+    return !child->isAlive() || child->container() != staged_.get();
+  };
+  for (const meta::PropertyInfo* property : class_.owning) {
     targets.found.clear();
     property->services.targets(*staged_, targets);
-    const auto isLost = [&](const Impl* target) {
-      return !target->isAlive() || (property->isOwning && target->container() != staged_.get());
-    };
-    if (!property->isOwning) {
-      for (Impl* target : targets.found)
-        if (isLost(target)) property->services.release(*staged_, *target);
-      continue;
-    }
     targets.found.erase(std::remove_if(targets.found.begin(), targets.found.end(), isLost),
                         targets.found.end());
     property->services.clear(*staged_);
