@@ -9,6 +9,7 @@
 
 #include <rapidjson/writer.h>
 
+#include <orb/zero/io/impl/Output.h>
 #include <torvan/datamodel/Array.h>
 #include <torvan/datamodel/ArrayType.h>
 #include <torvan/datamodel/PowerSet.h>
@@ -29,34 +30,31 @@ class Lines {
   /// The next entry, which the writer begins with a comma unless it is the first of its list,
   /// stands on a line of its own.
   void breakBeforeEntry(bool isFirst, std::size_t indent = 0) {
-    indent_ = std::min<std::size_t>(indent, 16);  // deeper ones would make the text quadratic
+    indent_ = indent;
     isFirst ? breakLine() : void(breaksAfterComma_ = true);
   }
   void breakLine() {
-    text_ += '\n';
-    text_.append(std::exchange(indent_, 0), ' ');
-    if (text_.size() >= 1 << 16) flushText();
+    constexpr std::string_view blanks = "                ";  // more would make it quadratic
+    out_.Put('\n');
+    out_.append(blanks.substr(0, std::exchange(indent_, 0)));
   }
   void Put(char character) {
-    text_ += character;
+    out_.Put(character);
     if (character == ',' && std::exchange(breaksAfterComma_, false)) breakLine();
   }
   void Flush() {}
-  void flushText() {
-    out_ << text_;
-    text_.clear();
-  }
+  /// Returns false when the stream has failed.
+  bool finish() { return out_.finish(); }
 
  private:
-  std::ostream& out_;
-  std::string text_;
+  orb::zero::io::Output out_;
   std::size_t indent_ = 0;
   bool breaksAfterComma_ = false;
 };
 
 class ValueWriter {
  public:
-  explicit ValueWriter(std::ostream& out) : out_(out), lines_(out), json_(lines_) {}
+  explicit ValueWriter(std::ostream& out) : lines_(out), json_(lines_) {}
 
   void write(std::span<const NamedValue> values) {
     std::unordered_set<std::string_view> names;
@@ -87,8 +85,7 @@ class ValueWriter {
     json_.EndObject();
     name_.clear();
     lines_.breakLine();
-    lines_.flushText();
-    if (!out_.flush()) fail("The stream does not take it.");
+    if (!lines_.finish()) fail("The stream does not take it.");
   }
 
  private:
@@ -262,7 +259,6 @@ class ValueWriter {
     open.push_back({partsOf(value)});
   }
 
-  std::ostream& out_;
   Lines lines_;
   rapidjson::Writer<Lines, rapidjson::UTF8<>, rapidjson::UTF8<>, rapidjson::CrtAllocator,
                     rapidjson::kWriteValidateEncodingFlag>

@@ -22,7 +22,8 @@
 /// property declares, with "uuid"; a proxy among what an element owns, with the word "proxy" before
 /// the class. It goes on with its properties: values as their serializers write them, references as
 /// UUIDs, owned elements in place, all in their order; those of a keyed collection are members
-/// under their keys. What is not set, empty or transient is left out.
+/// under their keys, which count as set when they are read. What is not set, empty or transient is
+/// left out.
 ///
 /// Every element has a line of its own, in the order of creation, so equal models give equal texts.
 /// What is referred to but not saved, proxies included, is listed under "proxies".

@@ -28,7 +28,7 @@ using TextWriter =
 class Saver {
  public:
   Saver(Model::Impl& model, std::ostream& out)
-      : out_(out), texts_(out_), isSaved_(model.births()) {}
+      : model_(model), out_(out), texts_(out_), isSaved_(model.births()) {}
 
   /// An element that is being written, and what of it.
   struct Frame {
@@ -46,7 +46,7 @@ class Saver {
     plans_.of(element.getMetaClass());
   }
   bool isIncluded(const Element& element) const {
-    return element.isMember() && isSaved_[element.place()];
+    return element.isMember() && &element.model() == &model_ && isSaved_[element.place()];
   }
   void begin();
   void write(const Element& root);
@@ -67,6 +67,7 @@ class Saver {
   void writeUuid(const uuid& id);
   void newLine(std::size_t depth);
 
+  const Model::Impl& model_;
   Output out_;
   TextWriter texts_;
   ClassPlans plans_;

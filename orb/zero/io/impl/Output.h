@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -8,7 +9,7 @@
 
 namespace orb::zero::io {
 
-/// A stream that is written in blocks.
+/// A stream that is written in blocks. What it throws is told by `finish` alone.
 class Output {
  public:
   using Ch = char;  // for the library
@@ -23,7 +24,7 @@ class Output {
   void append(std::string_view text) {
     if (text.size() > size - used_) write();
     if (text.size() > size) {
-      out_.write(text.data(), static_cast<std::streamsize>(text.size()));
+      write(text);
     } else {
       std::memcpy(&block_[used_], text.data(), text.size());
       used_ += text.size();
@@ -32,13 +33,25 @@ class Output {
   /// Hands all on. Returns false when the stream has failed.
   bool finish() {
     write();
-    return static_cast<bool>(out_.flush());
+    attempt([this] { out_.flush(); });
+    return static_cast<bool>(out_);
   }
 
  private:
   static constexpr std::size_t size = 1 << 16;
 
-  void write() { out_.write(block_.get(), static_cast<std::streamsize>(std::exchange(used_, 0))); }
+  void write() { write({block_.get(), std::exchange(used_, 0)}); }
+  void write(std::string_view text) {
+    attempt([&] { out_.write(text.data(), static_cast<std::streamsize>(text.size())); });
+  }
+  /// The state of the stream remembers what it throws.
+  template <class Use>
+  static void attempt(Use use) {
+    try {
+      use();
+    } catch (const std::exception&) {
+    }
+  }
 
   std::ostream& out_;
   const std::unique_ptr<char[]> block_{new char[size]};
