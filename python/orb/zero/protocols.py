@@ -63,7 +63,7 @@ class Keys(Listing):
     def __getitem__(self: Any, key: Any) -> Any:
         try:
             found = self.at(key)
-        except (TypeError, OverflowError):
+        except (TypeError, ValueError, OverflowError):
             if not isinstance(key, (int, str)):
                 raise
             found = None  # no key could be that
