@@ -15,7 +15,8 @@ enum class Sharing : bool { None, Allowed };
 /// recorded as by its setter; otherwise the handle gets a new value, if it is more, and what it
 /// referred to stays as it is. Where sharing is allowed, that is the other value itself if it is a
 /// power set of the same type and model and all that results. Raises what `LatticeValue::join`
-/// does.
+/// does. What is below the value is known by `le`, so parts are to have the types that the type of
+/// their owner gives them, or `join` may do more.
 TORVAN_DATAMODEL_API bool joinInto(LatticeValue& value, const LatticeValue& other,
                                    Sharing sharing = Sharing::None);
 /// The same of several values, one after the other. When one raises, those before it have been
