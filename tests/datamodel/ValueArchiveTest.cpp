@@ -111,9 +111,8 @@ TEST_F(ValueArchiveTest, WhatCannotBeReadBackIsNotWritten) {
   EXPECT_EQ(failure({{"p", PowerSet::createProxy(model, model.newUuid())}}).substr(0, 21),
             "CannotExportValues(p,");
   EXPECT_EQ(failure({{"\xff", x}}).substr(0, 19), "CannotExportValues(");
-  std::ostringstream closed;
-  closed.setstate(std::ios::badbit);
-  EXPECT_NE(failureOf([&] { exportValues({}, closed); }), "none");
+  std::ostream closed(nullptr);
+  EXPECT_EQ(failureOf([&] { exportValues({}, closed); }).substr(0, 19), "CannotExportValues(");
 }
 
 TEST_F(ValueArchiveTest, ErrorsNameTheirPlaceAndLeaveNothing) {

@@ -106,6 +106,21 @@ TEST_F(ModelTest, ReclaimFreesValuesThatNobodyHolds) {
   values.createArray({}, {1, 2}, {{}, {}})->getValues()[2]->convertToProxy();
   EXPECT_EQ(model.reclaim(), 2U) << "without the proxy";
   EXPECT_EQ(model.size(), before);
+
+  LatticeType layers = types.createPowerSetType("", 3);
+  for (int layer = 0; layer < 3; ++layer) layers = types.createArrayType("", layers, 2);
+  const std::size_t made = model.size() - before;
+  layers = {};
+  EXPECT_EQ(model.reclaim(), made);
+
+  Struct record = values.createStruct({}, {"f"}, {{}});
+  {
+    const Transaction undone(model);
+    record.ref("f").assign(a.clone());
+  }
+  EXPECT_FALSE(record.at("f"));
+  record = {};
+  EXPECT_EQ(model.reclaim(), 2U) << "although its field refers to what the rollback has ended";
 }
 
 /// The order is closed up, and an element gets the place of the one that has just referred.

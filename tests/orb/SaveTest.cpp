@@ -300,7 +300,11 @@ TEST_F(SaveTest, StreamsAndTextsThatFailAreReported) {
   std::istream in(&broken);
   const Model model = Model::create();
   const auto x = Variable::create(model, id(1));
-  EXPECT_RAISES(io::save(model, out), "CannotSave(The stream cannot be written.)");
+  for (const auto thrown : {std::ios::goodbit, std::ios::badbit}) {
+    out.clear();
+    out.exceptions(thrown);
+    EXPECT_RAISES(io::save(model, out), "CannotSave(The stream cannot be written.)");
+  }
   EXPECT_RAISES(io::load(model, in, "f"), "CannotLoad(f,1,,,The stream cannot be read.)");
   for (const char* text : {"\xff", "a\xc3", "\xf0\x9d\x84", "\xed\xa0\x80"}) {
     x->setName(text);

@@ -41,7 +41,7 @@ def test_maps(array):
     for wrong in (8, "7", "\udc80", None, -1, 2**40, 10**400):
         assert wrong not in values and values.get(wrong) is None and values.get(wrong, 5) == 5
     assert dict(values) == dict(values.items()) and list(reversed(values)) == [7, 5, 3]
-    for wrong in (8, -1, 2**16, 10**30, "7"):
+    for wrong in (8, -1, 2**16, 10**30, "7", "\udc80"):
         with pytest.raises(KeyError):
             values[wrong]
     with pytest.raises(TypeError):

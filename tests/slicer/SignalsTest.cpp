@@ -44,6 +44,26 @@ TEST(SignalsTest, FollowsAsManyElementsAsAnArrayHas) {
     EXPECT_EQ(elementsOf(mux(sizes), "MUX#1"), elements) << sizes;
 }
 
+TEST(SignalsTest, ExtractorsSendTheElementsThatTheyName) {
+  const auto routesOf = [](const std::string& indices) {
+    const Network network(readDiagram(
+        sheet(mux("[1;2]") + block("BasicBlock", "e", "EXTRACTOR", inlineTexts({indices})) +
+              openInput("e.in1") + openOutput("e.out1") + link("m.out1", "e.in1")),
+        "test"));
+    const Signals signals(network);
+    std::string text;
+    for (const Route& route : signals.routes(network.findLeaf("EXTRACTOR#1").value()))
+      text += std::to_string(route.outputFirst) + '<' + std::to_string(route.inputFirst) + '*' +
+              std::to_string(route.count) + ' ';
+    return text;
+  };
+  EXPECT_EQ(routesOf("[3 1 2]"), "1<3*1 2<1*2 ");
+  EXPECT_EQ(routesOf("[2 2]"), "1<2*1 2<2*1 ");
+  EXPECT_EQ(routesOf("[4]"), "");
+  EXPECT_EQ(routesOf("[0]"), "");
+  EXPECT_EQ(routesOf("n"), "");
+}
+
 // Long enough to be noticed if each step took a look at all blocks.
 TEST(SignalsTest, ElementsPassAlongChainsInAnyOrderOfTheFile) {
   constexpr int length = 10'000;
