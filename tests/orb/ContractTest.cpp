@@ -41,26 +41,6 @@ void expectSetOnce(const Subject& s) {
   }
 }
 
-void expectUndone(const Subject& s) {
-  for (const Value& before : {s.unset, s.value}) {
-    s.set(before);
-    const auto state = snapshot(s.model);
-    {
-      const Transaction transaction(s.model);
-      for (const Value& now : {s.other, Value(), s.other}) {
-        const Transaction inner(s.model);
-        s.set(now);
-        EXPECT_TRUE(s.element->getOldValue(s.property) == before);
-      }
-      EXPECT_TRUE(s.get() == before);
-      s.set(s.other);
-      EXPECT_TRUE(s.element->getOldValue(s.property) == before);
-    }
-    EXPECT_EQ(snapshot(s.model), state);
-    EXPECT_TRUE(s.get() == before);
-  }
-}
-
 void expectQueried(const Subject& s) {
   const auto isFound = [&](const query::Constraint& constraint) {
     query::Query<ModelElement> search(s.model);
@@ -158,7 +138,6 @@ TYPED_TEST_SUITE(ContractTest, decltype(testedClasses(ModelClasses())));
 
 TYPED_TEST(ContractTest, ReadsBack) { this->forEachProperty(&expectReadBack); }
 TYPED_TEST(ContractTest, SetsNothingTwice) { this->forEachProperty(&expectSetOnce); }
-TYPED_TEST(ContractTest, IsUndone) { this->forEachProperty(&expectUndone); }
 TYPED_TEST(ContractTest, IsQueried) { this->forEachProperty(&expectQueried); }
 TYPED_TEST(ContractTest, IsToldAndRepeated) { this->forEachProperty(&expectToldAndRepeated); }
 TYPED_TEST(ContractTest, Refuses) { this->forEachProperty(&expectRefused); }
@@ -179,10 +158,6 @@ TYPED_TEST(ContractTest, CreatesUnsetElementOrRefuses) {
   EXPECT_TRUE(element->getModel() == this->model);
   EXPECT_TRUE(element->This() == element);
   EXPECT_FALSE(element->getContainer());
-  for (const Property* property : type.all) {
-    EXPECT_FALSE(element->isGiven(property->position));
-    EXPECT_TRUE(targetsOf(element, *property).empty());
-  }
 }
 
 TYPED_TEST(ContractTest, BuilderTakesAllValues) {
@@ -220,35 +195,6 @@ TYPED_TEST(ContractTest, BuilderTakesAllValues) {
                     "CannotSetReadOnlyProperty(" + property->getQualifiedName() + ')');
   }
   expectConsistent(this->model);
-}
-
-TYPED_TEST(ContractTest, CreationAndDestructionAreUndone) {
-  if (TypeParam::metaClass().isAbstract()) return;
-  const orb::zero::uuid id = this->model.newUuid();
-  TypeParam created, built;
-  {
-    const Transaction transaction(this->model);
-    created = TypeParam::create(this->model, id);
-    built = typename TypeParam::Builder(this->model).create();
-    EXPECT_EQ(this->model.size(), 2U);
-  }
-  EXPECT_FALSE(created || built || this->model.find(id));
-  EXPECT_EQ(this->model.size(), 0U);
-
-  created = TypeParam::create(this->model, id);
-  for (const Property* property : TypeParam::metaClass().all)
-    if (!(property->flags & meta::ReadOnly))
-      created->setPropertyValue(*property, fit(this->model, *property, 2));
-  const auto state = snapshot(this->model);
-  {
-    const Transaction transaction(this->model);
-    created->destroy();
-    EXPECT_FALSE(created);
-    EXPECT_RAISES(created->getUuid(), castFailure(TypeParam::metaClass().name));
-    expectConsistent(this->model);
-  }
-  EXPECT_TRUE(created);
-  EXPECT_EQ(snapshot(this->model), state);
 }
 
 }  // namespace

@@ -136,10 +136,13 @@ class RandomChanges {
 
   void create() {
     static constexpr const meta::ClassInfo& (*classes[])() = {
-        StructType::metaClass, FieldType::metaClass,    Struct::metaClass,     FieldElem::metaClass,
-        FieldElem::metaClass,  System::metaClass,       Equation::metaClass,   Equation::metaClass,
-        Variable::metaClass,   PowerSetType::metaClass, PowerSet::metaClass,   Join::metaClass,
-        ArrayType::metaClass,  ArrayElem::metaClass,    Conditional::metaClass};
+        StructType::metaClass,   FieldType::metaClass, Struct::metaClass,
+        FieldElem::metaClass,    FieldElem::metaClass, System::metaClass,
+        Equation::metaClass,     Equation::metaClass,  Variable::metaClass,
+        PowerSetType::metaClass, PowerSet::metaClass,  Join::metaClass,
+        ArrayType::metaClass,    ArrayElem::metaClass, Conditional::metaClass,
+        Meet::metaClass,         StructRef::metaClass, IndexRef::metaClass,
+        Prune::metaClass,        Array::metaClass};
     const ModelElement made =
         model_->create(classes[below(std::size(classes))](), model_.newUuid());
     held_[below(held_.size())] = made;

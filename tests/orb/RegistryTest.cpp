@@ -170,23 +170,6 @@ TEST_F(RegistryTest, SecondInitialisationReplaces) {
   EXPECT_EQ(serializer->serializeValue(BitSet(1)), "");  // who holds it may go on
 }
 
-TEST_F(RegistryTest, FailedInitialisationLeavesTheRegistryAsItWas) {
-  const std::vector<meta::Type> all = registry.getTypes();
-  const std::size_t size = registry.getModel().size();
-  {
-    const Model::Freezer::Thaw thaw(registry.getModel());
-    const Transaction transaction(registry.getModel());
-    for (const char* name : {"UInteger16", "StdString"}) registry.getPrimitiveType(name)->destroy();
-    EXPECT_RAISES(package.initialize(), "NoSuchType(StdString)");
-  }
-  EXPECT_EQ(registry.getModel().size(), size);
-  EXPECT_EQ(registry.getTypes().size(), all.size());
-  for (const meta::Type& type : all) {
-    EXPECT_TRUE(registry.findType(type->getQualifiedName()).get() == type.get());
-    EXPECT_TRUE(registry.findType(type->getNativeName()).get() == type.get());
-  }
-}
-
 /// Describes an enumeration; fails as often as it is told to, late.
 class ColourPackage final : public meta::AbstractMetaPackage {
  public:

@@ -24,12 +24,11 @@ class ProgramTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
 
-    def assert_refused(self, message, *words):
-        result = run(*words)
-        self.assertEqual(result.returncode, 2, result)
-        self.assertEqual(result.stdout, "")
+    def assert_refused(self, message, *words, is_one_line=True, **options):
+        result = run(*words, **options)
+        self.assertEqual((result.returncode, result.stdout), (2, ""), result)
         self.assertIn(message, result.stderr)
-        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+        self.assertTrue(result.stderr.count("\n") == 1 or not is_one_line, result.stderr)
 
     def test_formats_agree(self):
         criterion = ("--criterion", "CMSCOPE#1")
@@ -87,9 +86,7 @@ class ProgramTest(unittest.TestCase):
         text = pathlib.Path(DIAGRAM).read_text()
         self.assertEqual(run("/dev/stdin", "--list", "blocks", input=text).stdout,
                          run(DIAGRAM, "--list", "blocks").stdout)
-        result = run("/dev/stdin", input="{}")
-        self.assertEqual(result.returncode, 2)
-        self.assertIn("cannot come through a pipe", result.stderr)
+        self.assert_refused("cannot come through a pipe", "/dev/stdin", input="{}")
 
     def test_what_is_in_use_is_not_overwritten(self):
         diagram, saved, other = (self.folder / name for name in ("d.xcos", "saved", "other"))
@@ -138,9 +135,7 @@ class ProgramTest(unittest.TestCase):
 
     def test_empty_names_are_refused(self):
         for words in (["", "--list", "sinks"], [DIAGRAM, "-o", ""], [DIAGRAM, "--save", ""]):
-            result = run(*words)
-            self.assertEqual((result.returncode, result.stdout), (2, ""), words)
-            self.assertIn("the name is empty", result.stderr)
+            self.assert_refused("the name is empty", *words, is_one_line=False)
 
     def test_who_slices_a_diagram_without_sinks_is_told(self):
         source = self.folder / "source.xcos"
@@ -154,13 +149,20 @@ class ProgramTest(unittest.TestCase):
         for words in (["--list", "sinks"], ["--equations"], ["--stats"], ["--save", self.folder / "saved"]):
             self.assertEqual(run(source, *words).returncode, 0, words)
 
+    def test_names_of_a_file_break_no_message(self):
+        source = self.folder / "forged.xcos"
+        source.write_text('<XcosDiagram><mxGraphModel as="model"><root>'
+                          '<ExplicitInputPort id="p&#10;torvan-slice: well" parent="none"/>'
+                          '</root></mxGraphModel></XcosDiagram>')
+        for line in run(source).stderr.splitlines():
+            self.assertTrue(line.startswith("torvan-slice: warning: "), line)
+        self.assert_refused("'A B'", source, "--criterion", "A\nB", is_one_line=False)
+
     def test_options_that_do_not_go_together_are_refused(self):
         for words in (["--equations", "--format", "svg"], ["--equations", "--format", "json"],
                       ["--list", "sinks", "--format", "json"], ["--list", "sinks", "--equations"],
                       ["--list", "sinks", "--criterion", "MUX#1"], ["--list", "sinks", "--stats"]):
-            result = run(DIAGRAM, *words)
-            self.assertEqual((result.returncode, result.stdout), (2, ""), words)
-            self.assertIn("excludes", result.stderr)
+            self.assert_refused("excludes", DIAGRAM, *words, is_one_line=False)
 
     def test_bad_systems_are_refused_in_one_line(self):
         saved, values = self.folder / "saved", self.folder / "saved.values"
@@ -198,12 +200,6 @@ class ProgramTest(unittest.TestCase):
         self.assert_refused("one criterion", DIAGRAM, "--format", "svg")
         self.assert_refused("cannot write", DIAGRAM, "-o", self.folder / "none" / "slice.txt")
         self.assertEqual(run(DIAGRAM, "--format", "pdf").returncode, 2)
-        cut = self.folder / "cut.xcos"
-        cut.write_bytes(pathlib.Path(DIAGRAM).read_bytes()[:2000])
-        self.assert_refused("cut.xcos", cut)
-        broken = self.folder / "broken.zcos"
-        broken.write_bytes(b"PK\x03\x04 and nothing more")
-        self.assert_refused("broken.zcos: not a zip archive\n", broken)
 
 
 if __name__ == "__main__":

@@ -51,9 +51,7 @@ void expectEveryCutToFail(const std::string& whole) {
 }
 
 TEST(DiagramReaderTest, BothLinkEncodingsJoinTheSamePorts) {
-  const std::string blocks = block("BasicBlock", "a", "CONST_m") + output("a.out1") +
-                             block("BasicBlock", "b", "GAINBLK") + output("b.out1") +
-                             input("b.in1");
+  const std::string blocks = source("a") + source("b", "GAINBLK") + input("b.in1");
   const std::string repeated =
       "<ExplicitLink><mxCell as=\"parent\" id=\"sheet\"/>"
       "<ExplicitOutputPort as=\"source\" id=\"a.out1\"/>"
@@ -83,8 +81,7 @@ TEST(DiagramReaderTest, NamesBlocksByKindAndCount) {
 }
 
 TEST(DiagramReaderTest, WarnsOfWhatIsMissing) {
-  const std::string blocks = block("BasicBlock", "a", "CONST_m") + output("a.out1") +
-                             input("a.in1") + port("ControlPort", "a.event", 1);
+  const std::string blocks = source("a") + input("a.in1") + port("ControlPort", "a.event", 1);
   const Diagram diagram =
       read(sheet(block("SuperBlock", "s", "", inner(blocks + link("a.out1", "nowhere"))) +
                  block("SuperBlock", "t", "") + blocks + "<ExplicitLink id=\"bare\"/>" +
@@ -100,10 +97,8 @@ TEST(DiagramReaderTest, WarnsOfWhatIsMissing) {
 }
 
 TEST(DiagramReaderTest, TellsOfIdsThatAreNotUnique) {
-  const Diagram diagram =
-      read(sheet(block("BasicBlock", "a", "SRC") + output("a.out1") +
-                 block("BasicBlock", "a", "SRC") + output("a.out1", 2) +
-                 block("BasicBlock", "b", "CSCOPE") + input("b.in1") + link("a.out1", "b.in1")));
+  const Diagram diagram = read(sheet(source("a", "SRC") + block("BasicBlock", "a", "SRC") +
+                                     output("a.out1", 2) + sink("b") + link("a.out1", "b.in1")));
   EXPECT_EQ(diagram.warnings,
             (std::vector<std::string>{
                 "SRC#2: its id a is that of another one, which it stands for",

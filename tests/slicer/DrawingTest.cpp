@@ -82,18 +82,14 @@ TEST(DrawingTest, HighlightsTheWayBetweenHighlightedBlocks) {
 }
 
 TEST(DrawingTest, HighlightsTagsAndEventsOnlyWhereInfluencePasses) {
-  const auto tagged = [](const std::string& id, const std::string& kind, const std::string& tag) {
-    return block("BasicBlock", id, kind, inlineTexts({tag, "1"}));
-  };
   Picture picture(readDiagram(
-      sheet(block("BasicBlock", "a", "SRC") + output("a.out1") + output("a.out2", 2) +
-            port("ControlPort", "a.event", 1) + block("BasicBlock", "c", "CLOCK") +
-            port("CommandPort", "c.event", 1) + link("c.event", "a.event", "CommandControlLink") +
-            tagged("g", "GOTO", "T") + input("g.in1") + link("a.out1", "g.in1") +
-            tagged("f", "FROM", "T") + output("f.out1") + block("BasicBlock", "x", "CSCOPE") +
-            input("x.in1") + link("f.out1", "x.in1") + tagged("h", "GOTO", "U") + input("h.in1") +
-            link("a.out2", "h.in1") + tagged("e", "FROM", "U") + output("e.out1") +
-            block("BasicBlock", "y", "CSCOPE") + input("y.in1") + link("e.out1", "y.in1")),
+      sheet(source("a", "SRC") + output("a.out2", 2) + port("ControlPort", "a.event", 1) +
+            block("BasicBlock", "c", "CLOCK") + port("CommandPort", "c.event", 1) +
+            link("c.event", "a.event", "CommandControlLink") + tagged("g", "GOTO", "T", "1") +
+            input("g.in1") + link("a.out1", "g.in1") + tagged("f", "FROM", "T") + output("f.out1") +
+            sink("x") + link("f.out1", "x.in1") + tagged("h", "GOTO", "U", "1") + input("h.in1") +
+            link("a.out2", "h.in1") + tagged("e", "FROM", "U") + output("e.out1") + sink("y") +
+            link("e.out1", "y.in1")),
       "test"));
   const auto lit = [&] { return count(picture.svg(), "//polyline[starts-with(@class, 'slice')]"); };
   picture.show({"CSCOPE#1", "SRC#1", "CLOCK#1"});
@@ -104,26 +100,18 @@ TEST(DrawingTest, HighlightsTagsAndEventsOnlyWhereInfluencePasses) {
 
 /// One that passes a signal on, and one where only what is not in the slice reads it.
 TEST(DrawingTest, HighlightsSuperBlocksByTheirPorts) {
-  const auto border = [](const std::string& tag, const std::string& id, const std::string& kind,
-                         const std::string& number) {
-    return block(tag, id, kind, inlineTexts({number}));
-  };
-  const std::string passing = border("ExplicitInBlock", "i", "IN_f", "1") + output("i.out1") +
-                              border("ExplicitOutBlock", "o", "OUT_f", "1") + input("o.in1") +
-                              link("i.out1", "o.in1");
-  const std::string mixed = border("ExplicitInBlock", "j", "IN_f", "1") + output("j.out1") +
-                            block("BasicBlock", "t", "TRASH_f") + input("t.in1") +
-                            link("j.out1", "t.in1") + block("BasicBlock", "k", "CONST_m") +
-                            output("k.out1") + border("ExplicitOutBlock", "p", "OUT_f", "1") +
-                            input("p.in1") + link("k.out1", "p.in1");
+  const std::string passing = numbered("ExplicitInBlock", "i", 1) +
+                              numbered("ExplicitOutBlock", "o", 1) + link("i.out1", "o.in1");
+  const std::string mixed = numbered("ExplicitInBlock", "j", 1) + sink("t", "TRASH_f") +
+                            link("j.out1", "t.in1") + source("k") +
+                            numbered("ExplicitOutBlock", "p", 1) + link("k.out1", "p.in1");
   const auto super = [](const std::string& id, const std::string& cells) {
     return block("SuperBlock", id, "SUPER_f", inner(cells)) + input(id + ".in1") +
            output(id + ".out1");
   };
   Picture picture(readDiagram(
-      sheet(block("BasicBlock", "a", "SRC") + output("a.out1") + super("s", passing) +
-            block("SplitBlock", "d", "SPLIT_f") + input("d.in1") + output("d.out1") +
-            output("d.out2", 2) + block("BasicBlock", "x", "SUMMATION") + input("x.in1") +
+      sheet(source("a", "SRC") + super("s", passing) + block("SplitBlock", "d", "SPLIT_f") +
+            input("d.in1") + output("d.out1") + output("d.out2", 2) + sink("x", "SUMMATION") +
             input("x.in2", 2) + super("m", mixed) + link("a.out1", "s.in1") +
             link("s.out1", "d.in1") + link("d.out1", "x.in1") + link("d.out2", "m.in1") +
             link("m.out1", "x.in2")),
@@ -133,11 +121,33 @@ TEST(DrawingTest, HighlightsSuperBlocksByTheirPorts) {
   EXPECT_EQ(count(svg, "//polyline[@class='plain']"), 1U);
 }
 
+/// Two ports of a super-block with the same signal, of which the slice reads one, a tag, and a
+/// super-block that only passes signals on, all of which lead to nothing in the slice.
+TEST(DrawingTest, HighlightsNoWayThatEndsOutside) {
+  const std::string cells =
+      source("a", "SRC") + block("SplitBlock", "d", "SPLIT_f") + input("d.in1") + output("d.out1") +
+      output("d.out2", 2) + output("d.out3", 3) + output("d.out4", 4) + link("a.out1", "d.in1") +
+      block("SuperBlock", "s", "SUPER_f",
+            inner(numbered("ExplicitInBlock", "i", 1) + sink("x", "SINKA") +
+                  link("i.out1", "x.in1") + numbered("ExplicitInBlock", "j", 2) +
+                  sink("y", "SINKB") + link("j.out1", "y.in1"))) +
+      input("s.in1") + input("s.in2", 2) + link("d.out1", "s.in1") + link("d.out2", "s.in2") +
+      tagged("g", "GOTO", "T", "1") + input("g.in1") + link("d.out3", "g.in1") +
+      tagged("f", "FROM", "T") + output("f.out1") + sink("t", "SINKT") + link("f.out1", "t.in1") +
+      block("SuperBlock", "p", "SUPER_f",
+            inner(numbered("ExplicitInBlock", "k", 1) + numbered("ExplicitOutBlock", "o", 1) +
+                  link("k.out1", "o.in1"))) +
+      input("p.in1") + output("p.out1") + link("d.out4", "p.in1") + sink("u", "SINKU") +
+      link("p.out1", "u.in1");
+  Picture picture(readDiagram(sheet(cells), "test"));
+  const auto svg = picture.show({"SUPER_f#1/SINKA#1", "SRC#1"}).svg();
+  EXPECT_EQ(count(svg, "//polyline[@class='slice']"), 2U);
+  EXPECT_EQ(count(svg, "//polyline[@class='plain']"), 5U);
+  EXPECT_EQ(count(svg, "//g/rect[@class='slice']"), 1U) << "the source";
+}
+
 TEST(DrawingTest, ArrowsPointAtReadersOfBackwardLinks) {
-  Picture picture(readDiagram(
-      sheet(block("BasicBlock", "a", "CONST_m") + output("a.out1") +
-            block("BasicBlock", "b", "CSCOPE") + input("b.in1") + link("b.in1", "a.out1")),
-      "test"));
+  Picture picture(readDiagram(sheet(source("a") + sink("b") + link("b.in1", "a.out1")), "test"));
   const auto svg = picture.show({"CSCOPE#1", "CONST_m#1"}).svg();
   EXPECT_EQ(count(svg, "//polyline[@marker-start='url(#arrow-slice)']"), 1U);
   EXPECT_EQ(count(svg, "//polyline[@marker-end]"), 0U);

@@ -13,24 +13,6 @@ namespace {
 
 Network networkOf(const std::string& cells) { return Network(readDiagram(sheet(cells), "test")); }
 
-std::string source(const std::string& id, const std::string& kind = "CONST_m") {
-  return block("BasicBlock", id, kind) + output(id + ".out1");
-}
-
-std::string sink(const std::string& id, const std::string& kind = "CSCOPE") {
-  return block("BasicBlock", id, kind) + input(id + ".in1");
-}
-
-std::string numbered(const std::string& tag, const std::string& id, int number) {
-  const std::string ports = tag == "ExplicitInBlock" ? output(id + ".out1") : input(id + ".in1");
-  return block(tag, id, "", inlineTexts({std::to_string(number)})) + ports;
-}
-
-std::string tagged(const std::string& id, const std::string& kind, const std::string& tag,
-                   const std::string& visibility = "") {
-  return block("BasicBlock", id, kind, inlineTexts({tag, visibility}));
-}
-
 // Names of the leaves that drive a data input of a leaf, separated by blanks.
 std::string driversOf(const Network& network, const std::string& leafName, int number = 1) {
   const Leaf& leaf = network.leaves().at(network.findLeaf(leafName).value());

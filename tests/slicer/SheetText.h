@@ -42,6 +42,28 @@ inline std::string link(const std::string& source, const std::string& target,
          target + "\"/>";
 }
 
+// A block with one data output.
+inline std::string source(const std::string& id, const std::string& kind = "CONST_m") {
+  return block("BasicBlock", id, kind) + output(id + ".out1");
+}
+
+// One with a data input.
+inline std::string sink(const std::string& id, const std::string& kind = "CSCOPE") {
+  return block("BasicBlock", id, kind) + input(id + ".in1");
+}
+
+// The inside of a port of a super-block, with one port of its own.
+inline std::string numbered(const std::string& tag, const std::string& id, int number) {
+  const std::string ports = tag == "ExplicitInBlock" ? output(id + ".out1") : input(id + ".in1");
+  return block(tag, id, "", inlineTexts({std::to_string(number)})) + ports;
+}
+
+// One that sends, receives or limits what goes by a tag.
+inline std::string tagged(const std::string& id, const std::string& kind, const std::string& tag,
+                          const std::string& visibility = "") {
+  return block("BasicBlock", id, kind, inlineTexts({tag, visibility}));
+}
+
 inline std::string graph(const std::string& cells) {
   return "<mxGraphModel as=\"model\"><root>" + cells + "</root></mxGraphModel>";
 }
