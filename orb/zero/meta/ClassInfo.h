@@ -152,6 +152,7 @@ struct PropertyInfo {
   const ClassInfo& (*type)();  ///< class of the values, null for primitive ones
   PropertyServices services;
   const std::type_info* primitive = nullptr;    ///< type of the values, null for elements
+  bool isLink = false;                          ///< the values are elements
   Name lookup{name};                            ///< the name, to be compared
   std::string_view (*typeName)() = nullptr;     ///< of the values, see `valueName`
   AbstractMetaPackage& (*package)() = nullptr;  ///< the one of its class

@@ -196,6 +196,7 @@ consteval PropertyInfo emitProperty() {
   PropertyInfo info{A::row.name,  A::row.id,  A::row.position,     K::value, K::isOwning,
                     A::row.flags, A::row.key, X::Impl::table.name, nullptr,  emitServices<X, I>()};
   if constexpr (requires { K::type(); }) {
+    info.isLink = true;
     info.type = &K::type;
     info.typeName = [] { return K::type().name; };
   } else {
@@ -238,7 +239,7 @@ inline constexpr std::array<const PropertyInfo*, 0> allProperties<ModelElement>{
 template <class X>
 inline constexpr auto linkProperties = [] {
   constexpr auto& all = allProperties<X>;
-  constexpr auto isLink = [](const PropertyInfo* property) { return property->type != nullptr; };
+  constexpr auto isLink = [](const PropertyInfo* property) { return property->isLink; };
   std::array<const PropertyInfo*, std::count_if(all.begin(), all.end(), isLink)> links{};
   std::size_t n = 0;
   for (const bool isOwning : {true, false})
