@@ -170,12 +170,14 @@ Options parse(int argc, char** argv, CLI::App& app) {
       app.add_flag("--backward")->description("what influences the criterion (default)");
   auto* const forward = app.add_flag("--forward", options.forward, "what the criterion influences");
   forward->excludes(backward);
-  app.add_option("--deps", options.dependences, "what counts as an influence")
+  app.add_option("--deps", options.dependences,
+                 "what counts as an influence; fixed in a saved system")
       ->check(CLI::IsMember({"data", "activation", "direct"}))
       ->default_str("data");
   auto* const list = app.add_option("--list", options.list, "list blocks instead of slicing")
                          ->check(CLI::IsMember({"sinks", "sources", "blocks"}));
-  app.add_option("--format", options.format, "how slices are written")
+  app.add_option("--format", options.format,
+                 "how slices are written; only text with --list or --equations")
       ->check(CLI::IsMember({"text", "json", "dot", "svg"}))
       ->capture_default_str();
   app.add_option("-o", options.output, "write to a file instead of standard output")

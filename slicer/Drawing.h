@@ -21,9 +21,9 @@ struct Highlight {
 };
 
 /// An SVG picture of the outermost diagram in its own layout. A link counts as highlighted when it
-/// leads from one highlighted leaf to another, a super-block when any leaf inside it is highlighted
-/// or such a link leads through it. `network` must have been made from `diagram` and have the
-/// criterion.
+/// lies on a way from a highlighted leaf to another one or back to itself, a block when it is such
+/// a leaf, has one inside, or meets such a link. `network` must have been made from `diagram` and
+/// have the criterion.
 std::string drawSvg(const Diagram& diagram, const Network& network, const Highlight& highlight);
 
 /// The flattened network as a Graphviz digraph, with the highlighted leaves filled.

@@ -10,8 +10,8 @@
 
 namespace torvan::slicer {
 
-/// Walks a diagram with all its inner ones, numbers the ports of all blocks, collects the leaves and
-/// finds out what joins ports: links, splits, super-block boundaries and tags.
+/// Walks a diagram with all its inner ones, numbers the ports of all blocks, collects the leaves
+/// and finds out what joins ports: links, splits, super-block boundaries and tags.
 class Flattener {
  public:
   /// Two joined ports, by their numbers.

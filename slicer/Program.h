@@ -70,7 +70,7 @@ class Program {
       if constexpr (what == Prefetch::Values) __builtin_prefetch(values_[rule.target].get());
       for (const Number summand : summandsOf(rule, next)) bring<what>(values_[summand]);
     }
-    // Constants are joined in their order, so that handles come by themselves.
+    // Constants are joined in their order, so that the handles come without.
     if constexpr (what == Prefetch::Values)
       if (joined_ + ahead < constants_.size()) bring<what>(constants_[joined_ + ahead].value);
   }
@@ -162,7 +162,7 @@ class Program {
     else if (value.get())
       value.get()->prefetch();
   }
-  /// Lets go of constants up to there, and in the end of their list.
+  /// Lets go of the constants before that place, and of their list behind the last.
   void letGo(std::size_t joined);
   void compute(const Operation& operation);
   bool join(Number equation, Sum sum);

@@ -264,7 +264,6 @@ class SvgDrawing {
   std::vector<Standing> standings_;         // per block of the diagram
   std::vector<std::vector<Point>> routes_;  // per link
   std::vector<bool> isLit_;                 // per link
-  // Of a block and a net: the ports where links of the net meet the block.
   Point corner_;
   std::ostringstream out_;
 };

@@ -58,9 +58,10 @@ class ORB_ZERO_API Model {
   /// A UUID for a new element.
   uuid newUuid() const;
   /// Frees the elements that nothing can reach any more and whose class allows it: values that no
-  /// outside handle and no slot holds, and what these alone held. Returns their number. Takes time
-  /// proportional to the size of the model: call it whenever the size has doubled. Elements that
-  /// are older than an open transaction stay.
+  /// outside handle and no slot holds, anonymous types that only their own top and bottom refer to,
+  /// and what these alone held. Returns their number. Takes time proportional to the size of the
+  /// model: call it whenever the size has doubled. Elements that are older than an open transaction
+  /// stay.
   std::size_t reclaim() const;
   /// The stand-in for an element of this class and UUID that is not there: the one that the model
   /// has, or a new one. Raises "InvalidValue" for an abstract class, and when the model has a proxy

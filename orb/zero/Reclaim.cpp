@@ -28,7 +28,7 @@ bool isYoung(ModelElement::Impl& element, std::uint32_t births) {
                      [=](auto* child) { return isYoung(*child, births); });
 }
 
-/// Those of the targets that are not held by a slot alone after a rollback.
+/// The targets that are alive; a slot may be the last to hold what a rollback has ended.
 struct Living final : Targets {
   void visit(ModelElement::Impl& target) override {
     if (target.isAlive()) Targets::visit(target);
@@ -67,7 +67,7 @@ std::size_t Model::Impl::reclaim() {
     for (Element* target : referred.found) {
       consider(target);
       if (!target->isAlive() || target->slots_ > few) continue;
-      // Two that hold each other, as a type and its top, are told by either.
+      // Of two that hold each other, as a type and its top, either may be the one to ask.
       holders.collect(*target, target->getMetaClass().referring);
       for (Element* holder : holders.found) consider(holder);
     }

@@ -25,8 +25,9 @@
 /// under their keys, which count as set when they are read. What is not set, empty or transient is
 /// left out.
 ///
-/// Every element has a line of its own, in the order of creation, so equal models give equal texts.
-/// What is referred to but not saved, proxies included, is listed under "proxies".
+/// Every element has a line of its own: those without an owner in the order of creation, each
+/// followed by what it owns. Loading creates in the order of the file, so that saving again gives
+/// the same text. What is referred to but not saved, proxies included, is listed under "proxies".
 namespace orb::zero::io {
 
 /// Writes all elements of the model. Raises "CannotSave" with the element, the property and a cause
@@ -46,8 +47,8 @@ ORB_ZERO_API void save(std::span<const ModelElement> roots, std::ostream& out);
 ///
 /// Raises "CannotLoad" for a text that is no such file, for references to nothing and UUIDs that
 /// the model has, and for whatever setters and collections refuse; the model is then as it was. The
-/// arguments are the name given for the file, the line, the UUID of the element and the name of the
-/// property concerned, empty when there is none, and the cause.
+/// arguments are the name given for the file, the line, the UUID of the innermost element that was
+/// made by then and the name of its property, empty when there is none, and the cause.
 ORB_ZERO_API void load(const Model& model, std::istream& in, std::string_view name = "");
 
 }  // namespace orb::zero::io

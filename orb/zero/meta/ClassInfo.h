@@ -195,7 +195,7 @@ struct ClassInfo {
   const ClassInfo* superclass;        ///< null for the root
   std::span<const PropertyInfo> own;  ///< in order of their positions
   Properties all;                     ///< inherited ones first: position n is all[n - 1]
-  // Those whose values are elements: the ones that own these, and the others.
+  // Those whose values are elements: all, the ones that own these, and the others.
   Properties links, owning, referring;
   std::size_t size;                                   ///< of an element, in bytes
   Element* (*construct)(void* memory);                ///< null for an abstract class

@@ -192,8 +192,10 @@ ClassPointer makeSystemBuilderClass() {
 ClassPointer makeBitsClass() {
   auto info = std::make_unique<orb::zero::hb::NativeClass<Bits>>(
       "Reads and writes the bits of power sets.");
-  info->staticMethod("members", "set", "The names of the elements of a set, in their order.",
-                     membersOf);
+  info->staticMethod(
+      "members", "set",
+      "The names of the elements of a set, in their order; see indices for those without.",
+      membersOf);
   info->staticMethod("indices", "set", "The indices of the elements of a set, from 1.", indicesOf);
   info->staticMethod("text", "set", "All bits of a set as they print, the last element first.",
                      textOf);
