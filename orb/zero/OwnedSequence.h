@@ -16,8 +16,9 @@ namespace orb::zero {
 /// sentinel, for range `for` and `std::ranges`.
 ///
 /// Every child knows its place in the storage, so that finding and removing it takes no search. A
-/// removal leaves a gap there. Gaps are closed when a place is asked for by its number, unless a
-/// change may still be taken back; then the place is searched from the one asked for last.
+/// removal leaves a gap there, and a place that is asked for by its number is searched from the one
+/// asked for last, or from the front. When searches have taken as many steps as there are places,
+/// the gaps are closed, unless a change may still be taken back.
 template <class E>
 class OwnedSequence : public Collection {
  public:
@@ -25,7 +26,7 @@ class OwnedSequence : public Collection {
   class Iterator;
   using Collection::Collection;
 
-  Iterator begin() const noexcept { return Iterator(*this, 0).settle(); }
+  Iterator begin() const noexcept;
   std::default_sentinel_t end() const noexcept { return {}; }
   bool empty() const noexcept { return size() == 0; }
   std::size_t size() const noexcept { return content_.size() - gaps_; }
@@ -158,7 +159,7 @@ class OwnedSequence : public Collection {
     for (; content_.size() <= order; ++gaps_) content_.emplace_back();
     content_[order] = std::move(child);
     --gaps_;
-    found_ = {};
+    if (order < found_.order) ++found_.place;
     if (links) settle(order);
   }
   Slot<E> withdraw(std::uint32_t order, bool links) noexcept {
@@ -166,20 +167,24 @@ class OwnedSequence : public Collection {
     if (links) disown(*child.get());
     ++gaps_;
     for (; !content_.empty() && !content_.back().get(); --gaps_) content_.pop_back();
-    if (order < found_.order || found_.order >= content_.size()) found_ = {};
+    if (order < found_.order) --found_.place;
+    if (found_.order > content_.size()) found_ = {};
     return child;
   }
   /// Where in the storage the child at this place is.
   std::size_t locate(std::size_t place) const {
     if (place >= size()) raise("InvalidValue");
-    if (!owner().model().transactions().keepsRecords()) compact();
     if (gaps_ == 0) return place;
-    const bool isAhead = place >= found_.place && found_.order < content_.size();
-    std::size_t order = isAhead ? found_.order : 0;
-    std::size_t left = isAhead ? place - found_.place : place;
-    while (!content_[order].get() || left-- > 0) ++order;
+    const Found start = place < found_.place / 2 ? Found() : found_;
+    auto [before, order] = start;
+    const auto hasChild = [this](std::size_t at) { return content_[at].get() != nullptr; };
+    while (before > place) before -= hasChild(--order) ? 1 : 0;
+    while (before < place || !hasChild(order)) before += hasChild(order++) ? 1 : 0;
     found_ = {place, order};
-    return order;
+    steps_ += order < start.order ? start.order - order : order - start.order;
+    if (steps_ < content_.size() || owner().model().transactions().keepsRecords()) return order;
+    compact();
+    return place;
   }
   /// Links the child at this place of the storage to its owner and place.
   void settle(std::uint32_t order) const noexcept {
@@ -195,15 +200,18 @@ class OwnedSequence : public Collection {
       if (owns(*content_[order].get()))  // not so what went back from a builder
         content_[order].get()->setOrder(order);
     gaps_ = 0;
+    steps_ = 0;
     found_ = {};
   }
 
+  /// A place of the storage, and how many children are before it.
   struct Found {
     std::size_t place = 0, order = 0;
   };
   mutable std::vector<Slot<E>> content_;
   mutable std::size_t gaps_ = 0;
-  mutable Found found_;  // by the last search
+  mutable std::size_t steps_ = 0;  // of searches since gaps were closed
+  mutable Found found_;            // by the last search
 };
 
 /// Goes over the children, past the gaps. While one is in use, children may be removed, but none
@@ -237,5 +245,13 @@ class OwnedSequence<E>::Iterator {
   const OwnedSequence* sequence_;
   std::size_t place_;
 };
+
+template <class E>
+typename OwnedSequence<E>::Iterator OwnedSequence<E>::begin() const noexcept {
+  if (found_.place != 0) return Iterator(*this, 0).settle();
+  const Iterator first = Iterator(*this, found_.order).settle();
+  found_.order = first.place_;
+  return first;
+}
 
 }  // namespace orb::zero

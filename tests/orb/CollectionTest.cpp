@@ -1,5 +1,6 @@
 #include <list>
 #include <map>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -135,6 +136,38 @@ TEST_F(CollectionTest, OwnedSequenceLosesChildrenWhileIterated) {
   }
   EXPECT_EQ(visited, (std::vector{all[0], all[1], all[3]}));
   EXPECT_TRUE(equations[0] == all[1] && equations[1] == all[3]);
+}
+
+TEST_F(CollectionTest, OwnedSequencesAreAskedForAnyPlace) {
+  std::mt19937 random(5);
+  const auto below = [&](std::size_t bound) { return random() % bound; };
+  const System system = make<System>();
+  auto& equations = system->getEquations();
+  std::vector<Equation> expected, before;
+  std::optional<Transaction> open;
+  for (int step = 0; step < 5000; ++step) {
+    const std::size_t place = expected.empty() ? 0 : below(expected.size());
+    const auto kind = below(100);
+    if (kind == 0 && !open) {
+      open.emplace(model);
+      before = expected;
+    } else if (kind < 2 && open) {
+      below(2) == 0 ? open->commit() : void(expected = before);
+      open.reset();
+    } else if (kind < 40 || expected.empty()) {
+      equations.add(expected.emplace_back(make<Equation>()));
+    } else if (kind < 75) {
+      equations.remove(equations[kind < 60 ? place : 0]);
+      expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(kind < 60 ? place : 0));
+    } else if (kind < 80) {
+      equations.set(place, expected[place] = make<Equation>());
+    }
+    ASSERT_EQ(equations.size(), expected.size());
+    ASSERT_TRUE(expected.empty() || *equations.begin() == expected.front());
+    for (std::size_t at = below(expected.size() + 1); at-- > 0 && below(4) > 0;)
+      ASSERT_TRUE(equations[at] == expected[at]) << step;
+  }
+  expectConsistent(model);
 }
 
 TEST_F(CollectionTest, OwnedSequenceReplaces) {
