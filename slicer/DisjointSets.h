@@ -16,7 +16,12 @@ class DisjointSets {
     for (; count > 0; --count) parents_.push_back(parents_.size());
   }
 
-  void unite(std::size_t first, std::size_t second) { parents_[find(second)] = find(first); }
+  /// False when they were in one set before.
+  bool unite(std::size_t first, std::size_t second) {
+    const std::size_t one = find(first), other = find(second);
+    parents_[other] = one;
+    return one != other;
+  }
 
   /// The number that stands for the whole set.
   std::size_t find(std::size_t member) {

@@ -33,7 +33,8 @@ class FixpointSolver {
   /// Called now and then while solving.
   using Progress = std::function<void(const Statistics&, std::size_t pending)>;
 
-  /// Takes the equations as they are now.
+  /// Takes the equations and operands as they are now; constants, and what selections select, are
+  /// read while solving and have to stay.
   explicit FixpointSolver(datamodel::System system);
 
   void solve(const Progress& progress = {});

@@ -1,9 +1,9 @@
 #include "Flattener.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
-
-#include "DisjointSets.h"
 
 namespace torvan::slicer {
 namespace {
@@ -18,8 +18,8 @@ bool isScopeMark(const Block& block) {
   return block.kind == "GotoTagVisibility" || block.kind == "CLKGotoTagVisibility";
 }
 
-std::string expression(const Block& block, std::size_t index) {
-  return index < block.exprs.size() ? block.exprs[index] : "";
+std::string_view expression(const Block& block, std::size_t index) {
+  return index < block.exprs.size() ? std::string_view(block.exprs[index]) : std::string_view();
 }
 
 std::size_t sizeOf(const Port& port) {
@@ -35,11 +35,9 @@ Flattener::Flattener(const Diagram& diagram) {
 }
 
 std::vector<Leaf> Flattener::takeLeaves() {
-  DisjointSets joined;
-  joined.add(ports_);
-  for (const auto& [first, second] : joints_) joined.unite(first, second);
+  for (const auto& [first, second] : joints_) joined_.unite(first, second);
   for (Leaf& leaf : leaves_)
-    for (LeafPort& port : leaf.ports) port.net = joined.find(port.net);
+    for (LeafPort& port : leaf.ports) port.net = joined_.find(port.net);
   return std::move(leaves_);
 }
 
@@ -47,8 +45,8 @@ std::size_t Flattener::addSheet(const Diagram& diagram, std::size_t parent, cons
   const std::size_t sheet = sheets_.size();
   sheets_.push_back({&diagram, parent, {}});
   for (const Block& block : diagram.blocks) {
-    sheets_[sheet].firstPorts.push_back(ports_);
-    ports_ += block.ports.size();
+    sheets_[sheet].firstPorts.push_back(joined_.size());
+    joined_.add(block.ports.size());
   }
   for (std::size_t index = 0; index < diagram.blocks.size(); ++index)
     addBlock(diagram.blocks[index], index, sheet, enclosing);
@@ -90,9 +88,13 @@ void Flattener::addLeaf(const Block& block, std::size_t firstPort, Leaf leaf) {
   leaves_.push_back(std::move(leaf));
 }
 
+void Flattener::join(std::size_t first, std::size_t second) {
+  if (joined_.unite(first, second)) joints_.push_back({first, second});
+}
+
 void Flattener::joinPorts(const Block& block, std::size_t firstPort) {
   for (std::size_t i = 1; i < block.ports.size(); ++i)
-    if (block.ports[i].kind == block.ports[0].kind) joints_.push_back({firstPort, firstPort + i});
+    if (block.ports[i].kind == block.ports[0].kind) join(firstPort, firstPort + i);
 }
 
 void Flattener::joinLinks(const Sheet& sheet) {
@@ -110,23 +112,25 @@ void Flattener::joinBoundary(const Block& outer, std::size_t firstOuterPort, con
       const Port& port = outer.ports[p];
       if (port.kind == block.boundary->kind && port.direction == block.boundary->direction &&
           port.number == block.boundary->number && port.kind == block.ports.front().kind)
-        joints_.push_back({firstOuterPort + p, inner.firstPorts[i]});
+        join(firstOuterPort + p, inner.firstPorts[i]);
     }
   }
 }
 
 void Flattener::joinTags() {
+  std::unordered_map<std::string_view, std::vector<const TagBlock*>> senders;
+  for (const TagBlock& sender : senders_) senders[expression(*sender.block, 0)].push_back(&sender);
   for (const TagBlock& receiver : receivers_)
-    for (const TagBlock& sender : senders_)
-      if (reaches(sender, receiver)) joints_.push_back({sender.firstPort, receiver.firstPort});
+    for (const TagBlock* sender : senders[expression(*receiver.block, 0)])
+      if (reaches(*sender, receiver)) join(sender->firstPort, receiver.firstPort);
 }
 
+/// Of two with the same tag.
 bool Flattener::reaches(const TagBlock& sender, const TagBlock& receiver) const {
-  const std::string tag = expression(*sender.block, 0);
-  if (tag != expression(*receiver.block, 0)) return false;
+  const std::string_view tag = expression(*sender.block, 0);
   if (sender.block->ports.empty() || receiver.block->ports.empty()) return false;
   if (sender.block->ports[0].kind != receiver.block->ports[0].kind) return false;
-  const std::string visibility = expression(*sender.block, 1);
+  const std::string_view visibility = expression(*sender.block, 1);
   if (visibility == "3") return true;
   if (visibility != "2") return sender.sheet == receiver.sheet;
   return std::any_of(scopes_.begin(), scopes_.end(), [&](const TagBlock& scope) {

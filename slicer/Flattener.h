@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Diagram.h"
+#include "DisjointSets.h"
 #include "Network.h"
 
 namespace torvan::slicer {
@@ -25,7 +26,8 @@ class Flattener {
   /// The same; equal `net` values mark connected ports. Call once.
   std::vector<Leaf> takeLeaves();
   /// All numbers of ports are smaller.
-  std::size_t ports() const { return ports_; }
+  std::size_t ports() const { return joined_.size(); }
+  /// Links lead in circles only where they do so on the sheets, other joints never.
   const std::vector<Joint>& joints() const { return joints_; }
   /// Where the links of the outermost diagram are among the joints, in their order.
   std::size_t firstLink() const { return firstLink_; }
@@ -48,6 +50,7 @@ class Flattener {
   std::size_t addSheet(const Diagram& diagram, std::size_t parent, const Leaf& enclosing);
   void addBlock(const Block& block, std::size_t index, std::size_t sheet, const Leaf& enclosing);
   void addLeaf(const Block& block, std::size_t firstPort, Leaf leaf);
+  void join(std::size_t first, std::size_t second);
   void joinPorts(const Block& block, std::size_t firstPort);
   void joinLinks(const Sheet& sheet);
   void joinBoundary(const Block& outer, std::size_t firstOuterPort, const Sheet& inner);
@@ -60,7 +63,7 @@ class Flattener {
   std::vector<TagBlock> senders_;
   std::vector<TagBlock> receivers_;
   std::vector<TagBlock> scopes_;
-  std::size_t ports_ = 0;
+  DisjointSets joined_;  // ports; by links when the leaves are taken
   std::vector<Joint> joints_;
   std::size_t firstLink_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <utility>
 
@@ -23,27 +24,40 @@ class Spreading {
   /// reads) without passing the joint itself.
   std::vector<std::array<bool, 2>> reachedFrom(Direction direction) const {
     std::vector<std::array<bool, 2>> reached(flattener_.joints().size());
+    std::vector<std::size_t> firstAt(flattener_.ports(), none);  // the joint of the first arrival
     std::deque<std::pair<std::size_t, std::size_t>> open;
     const auto reach = [&](std::size_t joint, std::size_t port) {
       const std::size_t end = flattener_.joints()[joint][0] == port ? 0 : 1;
       if (!std::exchange(reached[joint][end], true)) open.emplace_back(joint, end);
     };
+    const auto reachAll = [&](std::size_t port, std::size_t but) {
+      for (const std::size_t joint : jointsAt_[port])
+        if (joint != but) reach(joint, port);
+    };
     for (const std::size_t leaf : highlight_.leaves)
       for (const LeafPort& port : flattener_.leaves()[leaf].ports)
         if (highlight_.follows(port.kind) &&
-            (port.kind == SignalKind::Implicit || port.direction == direction))
-          for (const std::size_t joint : jointsAt_[port.net]) reach(joint, port.net);
+            (port.kind == SignalKind::Implicit || port.direction == direction)) {
+          firstAt[port.net] = done;
+          reachAll(port.net, none);
+        }
     while (!open.empty()) {
       const auto [joint, end] = open.front();
       open.pop_front();
       const std::size_t port = flattener_.joints()[joint][1 - end];
-      for (const std::size_t next : jointsAt_[port])
-        if (next != joint) reach(next, port);
+      if (firstAt[port] == none) {
+        firstAt[port] = joint;
+        reachAll(port, joint);
+      } else if (firstAt[port] != done && firstAt[port] != joint) {  // only that one is left
+        reach(std::exchange(firstAt[port], done), port);
+      }
     }
     return reached;
   }
 
  private:
+  static constexpr std::size_t none = SIZE_MAX, done = none - 1;
+
   const Flattener& flattener_;
   const Highlight& highlight_;
   std::vector<std::vector<std::size_t>> jointsAt_;

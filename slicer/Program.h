@@ -27,7 +27,8 @@ class Program {
 
   Program() = default;
 
-  /// An equation that writes no variable is left out. What its terms become later is not seen.
+  /// An equation that writes no variable is left out. Operands that come later are not seen, while
+  /// constants, and what selections select, are read by evaluations.
   void add(const datamodel::Equation& equation);
   void reserve(std::size_t equations);
   /// To be called when all equations are there: gives back memory.
