@@ -91,8 +91,8 @@ class ORB_ZERO_API ModelElement::Impl {
   /// What the transaction has changed so far, as listeners would be told.
   ElementChange createChanges() const;
   /// An empty storage of the class, which takes single values from `copyValue` and gives them back
-  /// by `copyStateFromStorage`, which leaves it the present ones. Raises nothing but for lack of
-  /// memory.
+  /// by `copyStateFromStorage`, which leaves it the present ones. Lies in the memory of the model,
+  /// and has to end before it. Raises nothing but for lack of memory.
   std::unique_ptr<Storage> createStorage() const;
   void copyValue(Storage& storage, int position) const;
   void copyStateFromStorage(Storage& storage) noexcept;

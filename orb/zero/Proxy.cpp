@@ -99,7 +99,8 @@ void ModelElement::Impl::convertReferencesToProxies(bool owned,
     for (const meta::PropertyInfo* property : element->getMetaClass().referring) {
       referred.collect(*element, *property);
       for (Impl* target : referred.found) {
-        if (target->isProxy() || (only && only->id != target->getUuid())) continue;
+        if (!target->isAlive() || target->isProxy() || (only && only->id != target->getUuid()))
+          continue;
         if (std::binary_search(inside.begin(), inside.end(), target)) continue;
         property->services.replace(*element, *target, *model_->proxy(target->getProxyId()).get());
       }

@@ -77,7 +77,7 @@ std::size_t Model::Impl::reclaim() {
   for (Element* element : doomed) {
     if (!element->isProxy()) ++reclaimed;
     remove(*element);
-    dispose(*element);
+    element->slots_ == 0 ? dispose(*element) : retire(*element);  // held by one that has to stay
   }
   alive_ -= reclaimed;
   if (2 * gaps_ > elements_.size()) compact();

@@ -123,6 +123,24 @@ TEST_F(ModelTest, ReclaimFreesValuesThatNobodyHolds) {
   EXPECT_EQ(model.reclaim(), 2U) << "although its field refers to what the rollback has ended";
 }
 
+TEST_F(ModelTest, WhatATransactionHasToKeepRefersToNothingFreed) {
+  FieldElem part = field("a");
+  const uuid id = part->getUuid();
+  {
+    const Transaction undone(model);
+    auto type = make<StructType>();
+    auto top = make<Struct>();
+    top->setType(type);
+    top->getValues().insert(part);
+    type->setTop(top);
+    const uuid kept = top->getUuid();
+    part = {}, type = {}, top = {};
+    model.reclaim();
+    EXPECT_FALSE(Struct(model.find(kept))->hasType());
+  }
+  EXPECT_TRUE(model.find(id) && !model.find(id)->getContainer());
+}
+
 /// The order is closed up, and an element gets the place of the one that has just referred.
 TEST_F(ModelTest, ReclaimForgetsNoReference) {
   const PowerSetType type = sets(4);

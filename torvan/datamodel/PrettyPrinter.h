@@ -31,7 +31,7 @@ namespace torvan::datamodel {
 /// without recursion, in time proportional to the text; what contains itself raises "CyclicValue".
 /// A printer does not change; it may be used often. A function that a derived printer adds for a
 /// class of its own counts for the parts of what is printed as well; such functions may call each
-/// other through `dispatch` a thousand levels deep.
+/// other through `dispatch` a thousand levels deep. They must not end elements.
 class TORVAN_DATAMODEL_API PrettyPrinter : public orb::zero::Visitor<std::string> {
  public:
   PrettyPrinter();

@@ -18,7 +18,8 @@ namespace torvan::datamodel {
 /// a variable is listed as often as it occurs. Values and empty operands contribute nothing.
 /// Nesting of any depth is walked without recursion; an expression that contains itself raises
 /// "CyclicValue". A function that a derived collector adds for a class of its own may dispatch on
-/// parts of the element, or visit it as its base: the walk comes to what that holds next.
+/// parts of the element, or visit it as its base: the walk comes to what that holds next. It must
+/// not end elements.
 class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void> {
  public:
   RefVariableCollector();

@@ -87,6 +87,8 @@ consteval PropertyServices emitServices() {
   services.get = [](const Element& e, ProxyTag tag) -> Value {
     if constexpr (isPrimitive)
       if (!e.isGiven(A::row.position)) return Value();
+    if constexpr (requires { typename K::Handle; })
+      if (!A::slot(e)) tag = ProxyTag::Keep;  // an ended proxy stands for nothing
     return K::get(A::slot(e), tag);
   };
   services.set = [](Element& e, const Value& value) {
