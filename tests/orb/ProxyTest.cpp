@@ -189,6 +189,20 @@ TEST_F(ProxyTest, TakesThePlaceOfTheElementWhateverItsKey) {
   expectConsistent(model);
 }
 
+TEST_F(ProxyTest, WhatARollbackHasEndedStandsForNothing) {
+  const auto real = make<PowerSet>();
+  const FieldElem owner = field("a");
+  for (const bool isProxy : {true, false}) {
+    {
+      const Transaction undone(model);
+      *owner.ref() = isProxy ? PowerSet::createProxy(model, real->getUuid()) : make<PowerSet>();
+    }
+    EXPECT_FALSE(owner->getPropertyValue(FieldElem::value()).getValue<ModelElement>());
+    owner->convertReferencesToProxies(false, {});
+    EXPECT_FALSE(owner->hasValue());
+  }
+}
+
 TEST_F(ProxyTest, ReferencesBecomeProxies) {
   const LatticeType type = make<PowerSetType>();
   const Variable x = variable("x", type), y = variable("y", type);

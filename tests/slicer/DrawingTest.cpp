@@ -121,8 +121,8 @@ TEST(DrawingTest, HighlightsSuperBlocksByTheirPorts) {
   EXPECT_EQ(count(svg, "//polyline[@class='plain']"), 1U);
 }
 
-/// Two ports of a super-block with the same signal, of which the slice reads one, a tag, and a
-/// super-block that only passes signals on, all of which lead to nothing in the slice.
+/// Two ports of a super-block with the same signal, of which the slice reads one, tags that could
+/// lead in a circle, and a super-block that only passes signals on, all to nothing in the slice.
 TEST(DrawingTest, HighlightsNoWayThatEndsOutside) {
   const std::string cells =
       source("a", "SRC") + block("SplitBlock", "d", "SPLIT_f") + input("d.in1") + output("d.out1") +
@@ -133,6 +133,7 @@ TEST(DrawingTest, HighlightsNoWayThatEndsOutside) {
                   sink("y", "SINKB") + link("j.out1", "y.in1"))) +
       input("s.in1") + input("s.in2", 2) + link("d.out1", "s.in1") + link("d.out2", "s.in2") +
       tagged("g", "GOTO", "T", "1") + input("g.in1") + link("d.out3", "g.in1") +
+      tagged("h", "GOTO", "T", "1") + input("h.in1") + tagged("e", "FROM", "T") + output("e.out1") +
       tagged("f", "FROM", "T") + output("f.out1") + sink("t", "SINKT") + link("f.out1", "t.in1") +
       block("SuperBlock", "p", "SUPER_f",
             inner(numbered("ExplicitInBlock", "k", 1) + numbered("ExplicitOutBlock", "o", 1) +
