@@ -179,10 +179,11 @@ class ColourPackage final : public meta::AbstractMetaPackage {
 
  private:
   void instantiate(MetaRegistry&) override { createEnum(u"Colour", "Colour", id); }
-  void weave(MetaRegistry& registry, meta::PropertySerializerRegistry&) override {
+  void weave(MetaRegistry& registry, meta::PropertySerializerRegistry& serializers) override {
     const auto colour = created<meta::Enum>(id);
     colour->setOwningPackage(packageAt(u"http://example.org/colour"));
     registry.registerTypeNames(colour, "Colour", "F\u00e4rbung \U0001d11e");
+    serializers.registerPropertySerializer(colour, serializers.find("UInteger16"));
     if (failures-- > 0) registry.requireType("Hue");
   }
 };
@@ -195,12 +196,14 @@ TEST_F(RegistryTest, FailedFirstUseIsTriedAgain) {
     EXPECT_RAISES(colours.ensureInitialized(), "NoSuchType(Hue)");
     EXPECT_FALSE(registry.findType("Colour") || registry.findType("F\u00e4rbung \U0001d11e"));
     EXPECT_FALSE(registry.findPackage("http://example.org/colour"));
+    EXPECT_FALSE(registry.getSerializers().find("Colour"));
     EXPECT_EQ(registry.getModel().size(), size);
   }
   colours.ensureInitialized();
   const meta::Type colour = registry.findType(u"F\u00e4rbung \U0001d11e");
   colours.ensureInitialized();
   EXPECT_TRUE(colour);  // initialised once
+  EXPECT_TRUE(registry.getSerializers().find("Colour"));
   registry.unregisterRootPackage(u"http://example.org/colour");
   EXPECT_FALSE(registry.findType("Colour") || registry.findPackage("http://example.org/colour"));
   EXPECT_TRUE(registry.findType("torvan.datamodel.Array"));
