@@ -250,7 +250,7 @@ template <class E>
 typename OwnedSequence<E>::Iterator OwnedSequence<E>::begin() const noexcept {
   if (found_.place != 0) return Iterator(*this, 0).settle();
   const Iterator first = Iterator(*this, found_.order).settle();
-  found_.order = first.place_;
+  if (found_.order != first.place_) found_.order = first.place_;  // who only reads writes nothing
   return first;
 }
 
