@@ -22,17 +22,31 @@ void ModelElement::Impl::leaveContainer() {
   containment().services.release(*container_, *this);
 }
 
+namespace {
+
+/// What ends with its owner. Proxies stay: what they stand for may be somewhere else.
+struct Doomed final : Targets {
+  void visit(ModelElement::Impl& target) override {
+    target.isProxy() ? proxies.visit(target) : Targets::visit(target);
+  }
+  Targets proxies;
+};
+
+}  // namespace
+
 void Model::Impl::destroy(Element& root, Element* replacement) {
   if (replacement && root.container_)
     root.containment().services.replace(*root.container_, root, *replacement);
   else
     root.leaveContainer();
   lose();
-  Targets doomed;
+  Doomed doomed;
   doomed.found.push_back(&root);
   for (std::size_t i = 0; i < doomed.found.size(); ++i) {  // grows while it runs
     Element& element = *doomed.found[i];
     visitOwned(element, doomed);
+    for (Element* proxy : doomed.proxies.found) proxy->leaveContainer();
+    doomed.proxies.found.clear();
     transactions_.reserve();
     auto record =
         std::unique_ptr<UndoRecord>(new (*this) Existence(element, Existence::Change::Destruction));
