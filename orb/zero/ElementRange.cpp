@@ -11,6 +11,10 @@ ElementRange::ElementRange(const ElementRange& other) noexcept
     : ElementRange(other.model_, other.type_, other.mode_) {}
 ElementRange::~ElementRange() { --model_->readers_; }
 
+ElementRange::Iterator ElementRange::begin() const {
+  return Iterator(*this, model_->firstMember()).settle();
+}
+
 ModelElement ElementRange::Iterator::operator*() const {
   return ModelElement(range_->model_->born(index_));
 }

@@ -44,7 +44,7 @@ class ORB_ZERO_API ElementRange {
   ElementRange& operator=(const ElementRange&) = delete;
   ~ElementRange();
 
-  Iterator begin() const { return Iterator(*this, 0).settle(); }
+  Iterator begin() const;
   std::default_sentinel_t end() const noexcept { return {}; }
 
  private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include <orb/zero/ModelImpl.h>
 #include <orb/zero/UndoRecord.h>
 
@@ -21,6 +23,10 @@ class Existence final : public UndoRecord {
     const bool revives = element().standing_.life != Life::Alive;
     element().standing_.life = revives ? Life::Alive : Life::Destroyed;
     if (!element().isProxy()) revives ? ++model.alive_ : --model.alive_;
+    if (revives) {
+      model.first_ = std::min(model.first_, element().place());
+      if (element().isProxy()) model.proxies_.find(element().getUuid())->second.latest = &element();
+    }
     isMade_ = !isMade_;
     if (isDestruction()) return;
     for (const meta::PropertyInfo* property : element().getMetaClass().owning)

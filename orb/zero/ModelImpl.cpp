@@ -81,10 +81,11 @@ ModelElement Model::Impl::create(const meta::ClassInfo& type, const uuid& id) {
 
 void Model::Impl::remove(Element& element) noexcept {
   if (element.isProxy()) {
-    const auto [first, last] = proxies_.equal_range(element.getUuid());
-    const auto entry =
-        std::find_if(first, last, [&](const auto& each) { return each.second == &element; });
-    if (entry != last) proxies_.erase(entry);
+    const auto entry = proxies_.find(element.getUuid());
+    if (entry != proxies_.end()) {
+      if (entry->second.latest == &element) entry->second.latest = nullptr;
+      if (--entry->second.count == 0) proxies_.erase(entry);
+    }
   }
   if (index_) index_->erase(element, element.index_);
   elements_[element.index_] = nullptr;
@@ -126,6 +127,7 @@ void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
     --gaps_;
   }
   if (index_) index_->cut(births);
+  first_ = std::min(first_, births);
 }
 
 /// Closes the gaps in the creation order.
@@ -143,6 +145,12 @@ void Model::Impl::compact() noexcept {
   if (index_) index_->renumber(elements_);
   std::erase(elements_, nullptr);
   gaps_ = 0;
+  first_ = 0;
+}
+
+std::uint32_t Model::Impl::firstMember() noexcept {
+  while (first_ < births() && !(elements_[first_] && elements_[first_]->isMember())) ++first_;
+  return first_;
 }
 
 }  // namespace orb::zero

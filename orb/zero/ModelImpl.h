@@ -84,6 +84,12 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   friend class Existence;
   friend class ElementRange;
 
+  /// Those of one UUID. Only the latest to be made or revived may be alive.
+  struct Proxies {
+    Element* latest = nullptr;
+    std::size_t count = 0;
+  };
+
   ~Impl();
   ModelElement adoptWithCare(Staged staged, const meta::ClassInfo& type);
   /// The last element of the creation order becomes a live one.
@@ -97,6 +103,8 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   /// Frees the memory of an ended element that nothing counts any more.
   void free(Element& element) noexcept;
   void compact() noexcept;
+  /// Before the first element that is a member, or at it.
+  std::uint32_t firstMember() noexcept;
   /// Takes the element out of the creation order and the index.
   void remove(Element& element) noexcept;
   void disassociateIncoming(std::span<Element* const> targets, Element* replacement);
@@ -107,13 +115,13 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   std::uint64_t losses_ = 0;
   std::vector<Element*> elements_;  // in the order of creation, with gaps
   std::size_t gaps_ = 0;
+  std::uint32_t first_ = 0;      // no member is before it
   std::uint32_t readers_ = 0;    // ranges that must not see the order renumbered
   std::vector<Element*> ended_;  // still counted by a handle or a slot
   UuidGenerator newUuid_;
   Referrers referrers_{elements_};
   std::unique_ptr<UuidIndex> index_;  // made by the first look-up
-  // Mostly one is alive; what is taken back or made again may revive another of the same UUID.
-  std::unordered_multimap<uuid, Element*, UuidHash> proxies_;
+  std::unordered_map<uuid, Proxies, UuidHash> proxies_;
   TransactionCoordinator transactions_;
   uuid identity_;
   ModelConstellation constellation_;

@@ -10,20 +10,21 @@
 namespace orb::zero {
 
 ModelElement Model::Impl::proxy(const ProxyId& id, const Element* original) {
-  const auto [first, last] = proxies_.equal_range(id.id);
-  const auto known =
-      std::find_if(first, last, [](const auto& each) { return each.second->isAlive(); });
-  if (known != last) {
-    if (&known->second->getMetaClass() != id.type) raise("InvalidValue");
-    if (original && !known->second->container_) copyKey(*original, *known->second);
-    return ModelElement(known->second);
+  const auto found = proxies_.find(id.id);
+  if (Element* const known = found != proxies_.end() ? found->second.latest : nullptr;
+      known && known->isAlive()) {
+    if (&known->getMetaClass() != id.type) raise("InvalidValue");
+    if (original && !known->container_) copyKey(*original, *known);
+    return ModelElement(known);
   }
   Staged staged = stage(*id.type);
   if (original) copyKey(*original, *staged);
   staged->standing_.isProxy = true;
   Transaction unit(Model(this));
   ModelElement made = adopt(std::move(staged), id.id);
-  proxies_.emplace(id.id, made.get());
+  Proxies& proxies = proxies_[id.id];
+  proxies.latest = made.get();
+  ++proxies.count;
   unit.commit();
   return made;
 }

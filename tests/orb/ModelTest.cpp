@@ -33,6 +33,14 @@ TEST_F(ModelTest, IteratesInOrderOfCreation) {
   }
   EXPECT_EQ(met, "ade");
   EXPECT_EQ(model.size(), 2U);
+  for (const ModelElement element : model.elements()) element->destroy();
+  {
+    const Transaction undone(model);
+    for (int i = 0; i < 9; ++i) variable("x")->destroy();
+    EXPECT_TRUE(model.elements().begin() == model.elements().end());
+  }
+  const Variable f = variable("f");
+  EXPECT_TRUE(*model.elements().begin() == f);
 }
 
 TEST_F(ModelTest, FindsElementsOfAClass) {

@@ -50,6 +50,17 @@ TEST_F(ProxyTest, IsStillOneAfterRollbackAndDestruction) {
   EXPECT_TRUE(!second && Variable::createProxy(model, id) == proxy);
   replace(Transaction(model), true);
   EXPECT_TRUE(!proxy && Struct::createProxy(model, id) == second);
+  model.setHistoryLimit(9);
+  second->destroy();
+  Variable::createProxy(model, id);
+  EXPECT_FALSE(model.redo());
+  EXPECT_TRUE(model.undo() && model.undo() && Struct::createProxy(model, id) == second);
+  second->destroy();
+  {
+    const Transaction undone(model);
+    Variable::createProxy(model, id);
+  }
+  EXPECT_FALSE(Struct::createProxy(model, id) == second);
 }
 
 TEST_F(ProxyTest, ReferencesResolveInTheirPlaces) {
@@ -117,6 +128,29 @@ TEST_F(ProxyTest, OwnedElementsKeepKeyAndPlaceBothWays) {
     EXPECT_EQ(b && second, !isKept);
   }
   EXPECT_EQ(model.size(), std::count(state.begin(), state.end(), '\n'));
+}
+
+TEST_F(ProxyTest, IsLetGoByAnOwnerThatEnds) {
+  const ArrayElem part = ArrayElem::createProxy(model, id);
+  const Equation equation = Equation::createProxy(model, model.newUuid());
+  const System system = systemOf({equation, make<Equation>()});
+  const Array inner = make<Array>();
+  inner->getValues().add(part);
+  const FieldElem outer = field("f", inner);
+  const auto state = snapshot(model);
+  model.setHistoryLimit(9);
+  {
+    const Transaction undone(model);
+    system->destroy();
+    inner->doDestroy(true, true);
+    EXPECT_TRUE(part && equation && !part->getContainer() && !equation->getContainer());
+    EXPECT_TRUE(ArrayElem::createProxy(model, id) == part && outer->getValue()->isProxy());
+  }
+  EXPECT_EQ(snapshot(model), state);
+  system->destroy();
+  EXPECT_TRUE(equation && !equation->getContainer());
+  EXPECT_TRUE(model.undo() && equation->getContainer() == system);
+  EXPECT_EQ(snapshot(model), state);
 }
 
 TEST_F(ProxyTest, HistoryTakesConversionsBackAndMakesThemAgain) {
