@@ -26,7 +26,7 @@ class OwnedSequence : public Collection {
   class Iterator;
   using Collection::Collection;
 
-  Iterator begin() const noexcept;
+  Iterator begin() const noexcept { return Iterator(*this, first()); }
   std::default_sentinel_t end() const noexcept { return {}; }
   bool empty() const noexcept { return size() == 0; }
   std::size_t size() const noexcept { return content_.size() - gaps_; }
@@ -109,6 +109,7 @@ class OwnedSequence : public Collection {
     link(false);
     content_.clear();
     gaps_ = 0;
+    first_ = 0;
     found_ = {};
   }
   void forget() noexcept {
@@ -159,6 +160,7 @@ class OwnedSequence : public Collection {
     for (; content_.size() <= order; ++gaps_) content_.emplace_back();
     content_[order] = std::move(child);
     --gaps_;
+    first_ = std::min<std::size_t>(first_, order);
     if (order < found_.order) ++found_.place;
     if (links) settle(order);
   }
@@ -167,6 +169,7 @@ class OwnedSequence : public Collection {
     if (links) disown(*child.get());
     ++gaps_;
     for (; !content_.empty() && !content_.back().get(); --gaps_) content_.pop_back();
+    first_ = std::min(first_, content_.size());
     if (order < found_.order) --found_.place;
     if (found_.order > content_.size()) found_ = {};
     return child;
@@ -175,9 +178,9 @@ class OwnedSequence : public Collection {
   std::size_t locate(std::size_t place) const {
     if (place >= size()) raise("InvalidValue");
     if (gaps_ == 0) return place;
-    const Found start = place < found_.place / 2 ? Found() : found_;
+    if (place == 0) return first();
+    const Found start = place < found_.place / 2 ? Found{0, first()} : found_;
     auto [before, order] = start;
-    const auto hasChild = [this](std::size_t at) { return content_[at].get() != nullptr; };
     while (before > place) before -= hasChild(--order) ? 1 : 0;
     while (before < place || !hasChild(order)) before += hasChild(order++) ? 1 : 0;
     found_ = {place, order};
@@ -185,6 +188,17 @@ class OwnedSequence : public Collection {
     if (steps_ < content_.size() || owner().model().transactions().keepsRecords()) return order;
     compact();
     return place;
+  }
+  bool hasChild(std::size_t order) const noexcept { return content_[order].get() != nullptr; }
+  /// Where in the storage the first child at this order or behind it is, or else the end.
+  std::size_t next(std::size_t order) const noexcept {
+    while (order < content_.size() && !hasChild(order)) ++order;
+    return order;
+  }
+  std::size_t first() const noexcept {
+    const std::size_t order = next(first_);
+    if (first_ != order) first_ = order;  // who only reads writes nothing
+    return order;
   }
   /// Links the child at this place of the storage to its owner and place.
   void settle(std::uint32_t order) const noexcept {
@@ -201,6 +215,7 @@ class OwnedSequence : public Collection {
         content_[order].get()->setOrder(order);
     gaps_ = 0;
     steps_ = 0;
+    first_ = 0;
     found_ = {};
   }
 
@@ -211,6 +226,7 @@ class OwnedSequence : public Collection {
   mutable std::vector<Slot<E>> content_;
   mutable std::size_t gaps_ = 0;
   mutable std::size_t steps_ = 0;  // of searches since gaps were closed
+  mutable std::size_t first_ = 0;  // no child is before it
   mutable Found found_;            // by the last search
 };
 
@@ -225,8 +241,8 @@ class OwnedSequence<E>::Iterator {
   const E& operator*() const noexcept { return sequence_->content_[place_]; }
   const E* operator->() const noexcept { return &**this; }
   Iterator& operator++() noexcept {
-    ++place_;
-    return settle();
+    place_ = sequence_->next(place_ + 1);
+    return *this;
   }
   void operator++(int) noexcept { ++*this; }
   bool operator==(std::default_sentinel_t) const noexcept {
@@ -237,21 +253,9 @@ class OwnedSequence<E>::Iterator {
   friend OwnedSequence;
   Iterator(const OwnedSequence& sequence, std::size_t place)
       : sequence_(&sequence), place_(place) {}
-  Iterator& settle() noexcept {
-    while (place_ < sequence_->content_.size() && !sequence_->content_[place_].get()) ++place_;
-    return *this;
-  }
 
   const OwnedSequence* sequence_;
   std::size_t place_;
 };
-
-template <class E>
-typename OwnedSequence<E>::Iterator OwnedSequence<E>::begin() const noexcept {
-  if (found_.place != 0) return Iterator(*this, 0).settle();
-  const Iterator first = Iterator(*this, found_.order).settle();
-  if (found_.order != first.place_) found_.order = first.place_;  // who only reads writes nothing
-  return first;
-}
 
 }  // namespace orb::zero
