@@ -13,8 +13,7 @@ TransactionCoordinator::TransactionCoordinator(Model::Impl& model) : model_(mode
 TransactionCoordinator::~TransactionCoordinator() = default;
 
 bool TransactionCoordinator::isOpen(std::uint64_t era) const noexcept {
-  return std::any_of(savepoints_.rbegin(), savepoints_.rend(),
-                     [=](const Savepoint& savepoint) { return savepoint.era == era; });
+  return std::ranges::binary_search(savepoints_, era, {}, &Savepoint::era);
 }
 
 std::uint64_t TransactionCoordinator::begin() {
