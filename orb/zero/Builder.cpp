@@ -24,7 +24,7 @@ ModelElement::Impl* ModelElement::Builder::staged() const {
 }
 
 void ModelElement::Builder::add(const meta::PropertyInfo& property,
-                                std::unique_ptr<Builder> child) {
+                                std::unique_ptr<Builder>&& child) {
   if (!class_.has(property) || !property.isOwning || !child) raise("InvalidValue");
   checkModel(*child, model_);
   children_.push_back({&property, std::move(child)});

@@ -26,8 +26,9 @@ class ORB_ZERO_API ModelElement::Builder {
   const meta::ClassInfo& getMetaClass() const noexcept { return class_; }
   /// Gives the builder of an element to be created into the owned collection. Raises
   /// "InvalidValue" when there is no builder or the property is no owned collection of the class,
-  /// and "CannotCreateCrossModelAssociation" for a builder of another model.
-  void add(const meta::PropertyInfo& property, std::unique_ptr<Builder> child);
+  /// and "CannotCreateCrossModelAssociation" for a builder of another model; the caller keeps it
+  /// then.
+  void add(const meta::PropertyInfo& property, std::unique_ptr<Builder>&& child);
 
   /// Gives a value by the descriptor of its property: a single one, or one more of a collection,
   /// or, as a sequence, all of it. Returns the position of the property; -1 when the class lacks

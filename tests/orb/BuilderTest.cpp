@@ -47,8 +47,10 @@ TEST_F(BuilderTest, RefusedPartsLeaveNothing) {
   EXPECT_RAISES(twice.create(), "UniquenessConstraint");
   EXPECT_RAISES(unfit.create(),
                 "CannotAddIncompatibleTypes(torvan.datamodel.Equation,torvan.datamodel.FieldElem)");
-  EXPECT_RAISES(twice.add(Struct::values(), fieldBuilder(foreign, "a")),
-                "CannotCreateCrossModelAssociation");
+  std::unique_ptr<ModelElement::Builder> other = fieldBuilder(foreign, "a");
+  EXPECT_RAISES(twice.setOrAdd(Struct::values(), other), "CannotCreateCrossModelAssociation");
+  EXPECT_RAISES(twice.setOrAdd(Struct::type(), other), "InvalidValue");
+  EXPECT_TRUE(other);  // is left to the caller
   EXPECT_RAISES(twice.add(Struct::values(), nullptr), "InvalidValue");
   FieldElem::Builder part(foreign);
   EXPECT_RAISES(record->createIntoValues(part, model.newUuid()),
