@@ -19,6 +19,9 @@ namespace orb::zero {
 template <class Item>
 class Sequence : public Collection {
  public:
+  /// One item may stand in several places, so that a property of it is not `Unique`.
+  static constexpr bool isRepeatable = true;
+
   Sequence(ModelElement::Impl& element, Descriptor descriptor) noexcept
       : Collection(element, descriptor), content_(PoolAllocator<Item>(element)) {}
 

@@ -26,7 +26,10 @@ struct Row {
         key(qualifier),
         id(uuidOf(uuidText)),
         position(place),
-        flags(static_cast<std::uint8_t>(flagSet)) {}
+        flags(static_cast<std::uint8_t>(flagSet)) {
+    if constexpr (requires { M::isRepeatable; })
+      if (flagSet & Unique) throw "the property holds items more than once";
+  }
 
   M Impl::*member;
   std::string_view name, key;
