@@ -13,6 +13,13 @@ Exception::Exception(std::string catalog, std::string identifier,
       arguments_(std::move(arguments)),
       text_(MessageCatalog::text(catalog_, identifier_, arguments_)) {}
 
+Exception::Exception(std::string catalog, std::string identifier,
+                     std::vector<std::string> arguments, std::string text)
+    : catalog_(std::move(catalog)),
+      identifier_(std::move(identifier)),
+      arguments_(std::move(arguments)),
+      text_(std::move(text)) {}
+
 Exception::~Exception() = default;
 
 void raise(std::string_view identifier, std::vector<std::string> arguments) {

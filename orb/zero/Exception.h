@@ -15,6 +15,9 @@ namespace orb::zero {
 class ORB_ZERO_API Exception : public std::exception {
  public:
   Exception(std::string catalog, std::string identifier, std::vector<std::string> arguments = {});
+  /// With a text that tells more than the arguments do.
+  Exception(std::string catalog, std::string identifier, std::vector<std::string> arguments,
+            std::string text);
   ~Exception() override;
 
   const std::string& getCatalog() const noexcept { return catalog_; }

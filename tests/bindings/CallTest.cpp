@@ -83,8 +83,7 @@ TEST_F(CallTest, ConstructorsRefuseWhatTheyCannotUse) {
     EXPECT_EQ(failure("Variable", {noModel}), "CannotCreateWithoutModel");
   for (const Host& noUuid : {text("12345678-1234"), Host::scalar(1.0), Host(),
                              Host::structure({"name"}, {text("x"), text("y")}, {1, 2})})
-    EXPECT_EQ(failure("Variable", {model, noUuid}),
-              "InvalidValue(" + noUuid.describe() + ",this is no UUID)");
+    EXPECT_EQ(failure("Variable", {model, noUuid}), "InvalidValue");
   EXPECT_EQ(failure("Variable", {model, Host::structure({"type"}, {host(sets->getTop())})}),
             "CannotCastIncompatibleTypes(torvan.datamodel.LatticeType)");
 }
@@ -131,8 +130,7 @@ TEST_F(CallTest, CreateIntoAddsOneElementOrNone) {
 
   const std::size_t size = session.model().size();
   EXPECT_RAISES(call(array, "createIntoValues", {init}), "UniquenessConstraint");
-  EXPECT_RAISES(call(array, "createIntoValues", {init, text("no UUID")}),
-                "InvalidValue('no UUID',this is no UUID)");
+  EXPECT_RAISES(call(array, "createIntoValues", {init, text("no UUID")}), "InvalidValue");
   EXPECT_EQ(session.model().size(), size);
 
   call(array, "createIntoValues");

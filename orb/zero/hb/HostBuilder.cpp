@@ -4,6 +4,7 @@
 #include <string>
 
 #include <orb/zero/Exception.h>
+#include <orb/zero/MessageCatalog.h>
 #include <orb/zero/Value.h>
 #include <orb/zero/hb/MetaMarshalerRegistry.h>
 #include <tyve/factory/Marshaler.h>
@@ -49,8 +50,10 @@ BuilderPointer createBuilderFromStructFirst(const meta::ClassInfo& type, const M
 uuid extractUuid(const tyve::Value& value) {
   const auto text = tyve::factory::CharPolicy::fromHost(value);
   const std::optional<uuid> id = text ? parseUuid(*text) : std::nullopt;
-  if (!id) raise("InvalidValue", {value.describe(), "this is no UUID"});
-  return *id;
+  if (id) return *id;
+  const std::string catalog(frameworkCatalog), identifier = "InvalidValue";
+  throw Exception(catalog, identifier, {},
+                  MessageCatalog::text(catalog, identifier, {value.describe(), "this is no UUID"}));
 }
 
 }  // namespace orb::zero::hb
