@@ -41,11 +41,11 @@ def test_maps(array):
     for wrong in (8, "7", "\udc80", None, -1, 2**40, 10**400):
         assert wrong not in values and values.get(wrong) is None and values.get(wrong, 5) == 5
     assert dict(values) == dict(values.items()) and list(reversed(values)) == [7, 5, 3]
-    for wrong in (8, -1, 2**16, 10**30, "7", "\udc80"):
+    for wrong in (8, -1, 2**16, 10**30, "7", "\udc80", None, 1.5, (7,)):
         with pytest.raises(KeyError):
             values[wrong]
     with pytest.raises(TypeError):
-        values[None]
+        values[[7]]
 
 
 def test_views_are_alive(array, model):

@@ -64,8 +64,7 @@ class Keys(Listing):
         try:
             found = self.at(key)
         except (TypeError, ValueError, OverflowError):
-            if not isinstance(key, (int, str)):
-                raise
+            hash(key)  # which a list refuses, as it does for a dict
             found = None  # no key could be that
         if not found:
             raise KeyError(key)
