@@ -2,6 +2,7 @@
 
 // All of the library's public headers.
 
+#include <orb/zero/ElementRange.h>
 #include <torvan/datamodel/Array.h>
 #include <torvan/datamodel/ArrayElem.h>
 #include <torvan/datamodel/ArrayType.h>

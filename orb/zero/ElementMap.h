@@ -34,7 +34,8 @@ class ElementMap : public Collection {
     return node ? static_cast<typename E::Impl*>(node->second.get()) : nullptr;
   }
   bool contains(const K& key) const { return !nodes_.isBehindAll(key) && nodes_.find(key); }
-  /// Entries are pairs of a key and a handle. What comes or goes elsewhere leaves iterators alone.
+  /// Entries are pairs of a key and a handle, given by value (`const auto& [key, element]`). What
+  /// comes or goes elsewhere leaves iterators alone.
   auto begin() const noexcept { return nodes_.begin(); }
   auto end() const noexcept { return nodes_.end(); }
   bool empty() const noexcept { return nodes_.empty(); }

@@ -28,7 +28,8 @@ namespace torvan::datamodel {
 ///     Join, Meet   Join(a,b)                  Equation     lhs = rhs
 ///
 /// A list without items has no opening parenthesis: "Join)". Nesting of any depth is written
-/// without recursion, in time proportional to the text; what contains itself raises "CyclicValue".
+/// without recursion, in time proportional to the text; what contains itself, or shares parts so
+/// often that the walk as good as never ends, raises "CyclicValue".
 /// A printer does not change; it may be used often. A function that a derived printer adds for a
 /// class of its own counts for the parts of what is printed as well; such functions may call each
 /// other through `dispatch` a thousand levels deep. They must not end elements.

@@ -19,7 +19,7 @@ namespace torvan::datamodel {
 ///
 /// Writes are plain assignments: they are not checked, not undone and not announced. A written slot
 /// shares the value's element, which has to belong to the slot's model: a slot keeps no other
-/// model.
+/// model. To destroy such an element takes a look at the whole model; `Model::reclaim` does not.
 class TORVAN_DATAMODEL_API Ref {
  public:
   /// An update step: brings the incoming value into the place and tells whether that changed it.

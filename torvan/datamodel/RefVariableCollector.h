@@ -16,10 +16,10 @@ namespace torvan::datamodel {
 /// Finds the variables that an expression mentions: dispatch on the expression, then read the list.
 /// The walk is pre-order and from left to right, the control expression of a conditional included;
 /// a variable is listed as often as it occurs. Values and empty operands contribute nothing.
-/// Nesting of any depth is walked without recursion; an expression that contains itself raises
-/// "CyclicValue". A function that a derived collector adds for a class of its own may dispatch on
-/// parts of the element, or visit it as its base: the walk comes to what that holds next. It must
-/// not end elements.
+/// Nesting of any depth is walked without recursion; an expression that contains itself, or shares
+/// parts so often that the walk as good as never ends, raises "CyclicValue". A function that a
+/// derived collector adds for a class of its own may dispatch on parts of the element, or visit it
+/// as its base: the walk comes to what that holds next. It must not end elements.
 class TORVAN_DATAMODEL_API RefVariableCollector : public orb::zero::Visitor<void> {
  public:
   RefVariableCollector();

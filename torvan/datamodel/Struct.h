@@ -28,8 +28,8 @@ class TORVAN_DATAMODEL_API Struct : public orb::zero::Handle<Struct, LatticeValu
   Ref ref(const std::string& name) const;
   /// A new record without the field that the path names, field by field from the outermost record:
   /// the field reads as bottom there. All other stored values are cloned, fields that are not
-  /// stored stay so. With an empty path all stored fields are cloned. A step inside a value that is
-  /// no record raises "CannotCastIncompatibleTypes".
+  /// stored, or stored without a value, stay so. With an empty path all stored fields are cloned. A
+  /// step inside a value that is no record raises "CannotCastIncompatibleTypes".
   Struct prune(const std::vector<std::string>& path) const;
 
   static const Property& values() { return property(2); }
