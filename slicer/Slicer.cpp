@@ -9,9 +9,10 @@ Slicer::Slicer(const BlockSystem& system, const FixpointSolver::Progress& progre
   solver_.solve(progress);
 }
 
-void Slicer::join(BitSet& influences, const BlockPort& port, std::optional<std::size_t> element) {
+void Slicer::join(BitSet& influences, const BlockPort& port,
+                  std::optional<std::size_t> element) const {
   const auto add = [&](const LatticeValue& value) {
-    BitSet bits = PowerSet(value)->getValue();
+    BitSet bits = PowerSet(value)->bits().copy();
     bits.resize(influences.size());
     influences |= bits;
   };
@@ -26,13 +27,13 @@ void Slicer::join(BitSet& influences, const BlockPort& port, std::optional<std::
   }
 }
 
-BitSet Slicer::influences(const SystemBlock& block) {
+BitSet Slicer::influences(const SystemBlock& block) const {
   BitSet influences(system_.blocks.size());
   for (const BlockPort& port : block.ports) join(influences, port);
   return influences;
 }
 
-std::set<std::size_t> Slicer::backward(const Criterion& criterion) {
+std::set<std::size_t> Slicer::backward(const Criterion& criterion) const {
   const SystemBlock& block = system_.blocks[criterion.block];
   BitSet found(system_.blocks.size());
   if (criterion.port)
@@ -45,7 +46,7 @@ std::set<std::size_t> Slicer::backward(const Criterion& criterion) {
   return slice;
 }
 
-std::set<std::size_t> Slicer::forward(const Criterion& criterion) {
+std::set<std::size_t> Slicer::forward(const Criterion& criterion) const {
   std::set<std::size_t> slice{criterion.block};
   for (std::size_t block = 0; block < system_.blocks.size(); ++block)
     if (influences(system_.blocks[block]).test(criterion.block)) slice.insert(block);

@@ -69,7 +69,7 @@ class BitsCopy {
     if (&form != &formOf(from->getMetaClass())) failHere("It is of another kind.");
     if (!areAlike(from->getType(), to->getType())) failHere("It is of another type.");
     if (to->getMetaClass().isKindOf(PowerSet::metaClass()))
-      return PowerSet(to)->setValue(PowerSet(from)->getValue());
+      return PowerSet(to)->setValue(PowerSet(from)->bits().copy());
     Pair pair{form.content, partsOf(from), partsOf(to)};
     if (pair.from.size() != pair.to.size()) failHere("It has other fields or indices.");
     open_.push_back(std::move(pair));

@@ -41,7 +41,7 @@ PowerSetType createPowerSetType(TypeFactory& factory, const std::string& name,
 List membersOf(const PowerSet& set) {
   const PowerSetType type{set->getType()};
   List members;
-  const BitSet& bits = set->getValue();
+  const BitSet bits = set->bits().copy();
   for (auto bit = bits.find_first(); bit != BitSet::npos; bit = bits.find_next(bit)) {
     if (!type || bit >= type->getUniverse().size())
       orb::zero::raise("InvalidValue", {std::to_string(bit + 1), "the element has no name"});
@@ -52,7 +52,7 @@ List membersOf(const PowerSet& set) {
 
 List indicesOf(const PowerSet& set) {
   List indices;
-  const BitSet& bits = set->getValue();
+  const BitSet bits = set->bits().copy();
   for (auto bit = bits.find_first(); bit != BitSet::npos; bit = bits.find_next(bit))
     indices.values.push_back(Value::scalar(static_cast<std::int32_t>(bit + 1)));
   return indices;
@@ -60,7 +60,7 @@ List indicesOf(const PowerSet& set) {
 
 std::string textOf(const PowerSet& set) {
   std::string text;
-  to_string(set->getValue(), text);
+  to_string(set->bits().copy(), text);
   return text;
 }
 
@@ -201,11 +201,11 @@ ClassPointer makeBitsClass() {
                      textOf);
   info->staticMethod("hex", "set", "The bits as a hexadecimal number, such as '0x5'.",
                      [](const PowerSet& set) {
-                       const std::string digits = toHexadecimal(set->getValue());
+                       const std::string digits = toHexadecimal(set->bits().copy());
                        return "0x" + (digits.empty() ? "0" : digits);
                      });
   info->staticMethod("count", "set", "The number of elements of a set.", [](const PowerSet& set) {
-    return static_cast<std::int32_t>(set->getValue().count());
+    return static_cast<std::int32_t>(set->bits().copy().count());
   });
   info->staticMethod(
       "set", "set bits",

@@ -122,7 +122,7 @@ BitSet bitsFromHost(const tyve::Value& value, const PowerSetType& type) {
 
 BitSet bitsFromHost(const tyve::Value& value, const PowerSet& set) {
   const PowerSetType type{set->getType()};
-  return BitsReader(type ? type->getNumElems() : set->getValue().size(), type).read(value);
+  return BitsReader(type ? type->getNumElems() : set->bits().size(), type).read(value);
 }
 
 }  // namespace torvan::datamodel::hb
