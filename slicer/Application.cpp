@@ -54,8 +54,7 @@ struct Result {
 
 bool hasPort(const SystemBlock& block, Direction direction) {
   return std::any_of(block.ports.begin(), block.ports.end(), [=](const BlockPort& port) {
-    return port.kind == SignalKind::Implicit ||
-           (port.kind == SignalKind::Data && port.direction == direction);
+    return port.kind != SignalKind::Event && goes(port, direction);
   });
 }
 

@@ -51,16 +51,9 @@ DependenceSystem::DependenceSystem(const Network& network, const Signals& signal
   for (std::size_t leaf = 0; leaf < size; ++leaf) addEquations(leaf);
 }
 
-bool DependenceSystem::isInput(const LeafPort& port) const {
-  if (port.kind == SignalKind::Implicit) return true;
-  return port.direction == Direction::In &&
-         (port.kind == SignalKind::Data || dependences_ == Dependences::Activation);
-}
-
-bool DependenceSystem::isOutput(const LeafPort& port) const {
-  if (port.kind == SignalKind::Implicit) return true;
-  return port.direction == Direction::Out &&
-         (port.kind == SignalKind::Data || dependences_ == Dependences::Activation);
+bool DependenceSystem::carries(const LeafPort& port, Direction direction) const {
+  return goes(port, direction) &&
+         (port.kind != SignalKind::Event || dependences_ == Dependences::Activation);
 }
 
 // ---------------------------------------------------------------- types and variables

@@ -39,8 +39,10 @@ class DependenceSystem {
  private:
   using Terms = std::vector<datamodel::Term>;
 
-  bool isInput(const LeafPort& port) const;
-  bool isOutput(const LeafPort& port) const;
+  /// Whether influence comes in, or goes out, by the port.
+  bool carries(const LeafPort& port, Direction direction) const;
+  bool isInput(const LeafPort& port) const { return carries(port, Direction::In); }
+  bool isOutput(const LeafPort& port) const { return carries(port, Direction::Out); }
   const Leaf& leafAt(std::size_t leaf) const { return network_.leaves()[leaf]; }
   const LeafPort& portAt(LeafPortIndex at) const { return leafAt(at.leaf).ports[at.port]; }
   datamodel::LExpression placeOf(LeafPortIndex output) const {

@@ -12,6 +12,11 @@ enum class SignalKind { Data, Event, Implicit };
 
 enum class Direction { In, Out };
 
+/// Whether signals go this way by the port; those of a physical one go both ways.
+bool goes(const auto& port, Direction direction) {
+  return port.kind == SignalKind::Implicit || port.direction == direction;
+}
+
 /// In the length unit of the file; y grows downwards.
 struct Point {
   double x = 0;
@@ -58,7 +63,6 @@ struct Block {
   std::string label;        ///< Plain text, often empty.
   bool dependsOnU = false;  ///< Outputs follow inputs without delay.
   bool isSplit = false;     ///< Only branches a link.
-  bool isOpaque = false;    ///< A super-block whose inner diagram is not in the file.
   Rectangle geometry;
   Orientation orientation;
   std::vector<std::string> exprs;  ///< Parameters as the user typed them.

@@ -192,7 +192,6 @@ class SheetReader {
       std::move(warnings.begin(), warnings.end(), std::back_inserter(diagram_.warnings));
       warnings.clear();
     } else if (block.simulation == "csuper" || std::string_view(cell.name()) == "SuperBlock") {
-      block.isOpaque = true;
       warn(block.name + ": its inner diagram is not in the file, taken as a single block");
     }
   }
@@ -286,16 +285,16 @@ class SheetReader {
 }  // namespace
 
 Diagram readDiagram(std::string_view bytes, const std::string& name) {
-  std::string content(bytes);
+  std::string unpacked;
   std::vector<Parameter> table;
   if (looksLikeArchive(bytes)) {
     constexpr const char* tableName = "dictionary/dictionary.ser";
     const Archive archive(bytes, name);
-    content = archive.entry("content.xml");
+    bytes = unpacked = archive.entry("content.xml");
     table = SerialStream(archive.entry(tableName), name + ": " + tableName).parameters();
   }
   pugi::xml_document document;
-  const pugi::xml_parse_result result = document.load_buffer(content.data(), content.size());
+  const pugi::xml_parse_result result = document.load_buffer(bytes.data(), bytes.size());
   if (!result)
     throw DiagramError(name, std::string("damaged XML: ") + result.description() + " at byte " +
                                  std::to_string(result.offset));

@@ -36,8 +36,7 @@ class Spreading {
     };
     for (const std::size_t leaf : highlight_.leaves)
       for (const LeafPort& port : flattener_.leaves()[leaf].ports)
-        if (highlight_.follows(port.kind) &&
-            (port.kind == SignalKind::Implicit || port.direction == direction)) {
+        if (highlight_.follows(port.kind) && goes(port, direction)) {
           firstAt[port.net] = done;
           reachAll(port.net, none);
         }

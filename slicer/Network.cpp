@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <unordered_map>
 
 #include "Flattener.h"
 
@@ -34,18 +35,11 @@ Network::Network(const Diagram& diagram) {
       const auto [entry, isNew] = netOfSet.try_emplace(port.net, nets_.size());
       if (isNew) nets_.push_back({port.kind, {}, {}});
       port.net = entry->second;
-      const bool isImplicit = port.kind == SignalKind::Implicit;
       Net& net = nets_[port.net];
-      if (isImplicit || port.direction == Direction::Out) net.drivers.push_back({leaf, index});
-      if (isImplicit || port.direction == Direction::In) net.readers.push_back({leaf, index});
+      if (goes(port, Direction::Out)) net.drivers.push_back({leaf, index});
+      if (goes(port, Direction::In)) net.readers.push_back({leaf, index});
     }
-    leafIndex_.emplace(leaves_[leaf].name, leaf);
   }
-}
-
-std::optional<std::size_t> Network::findLeaf(std::string_view name) const {
-  const auto found = leafIndex_.find(std::string(name));
-  return found == leafIndex_.end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace torvan::slicer

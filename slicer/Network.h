@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "Diagram.h"
@@ -59,13 +57,9 @@ class Network {
 
   const std::vector<Net>& nets() const { return nets_; }
 
-  /// The index of the leaf with this full name, if there is one.
-  std::optional<std::size_t> findLeaf(std::string_view name) const;
-
  private:
   std::vector<Leaf> leaves_;
   std::vector<Net> nets_;
-  std::unordered_map<std::string, std::size_t> leafIndex_;
 };
 
 }  // namespace torvan::slicer

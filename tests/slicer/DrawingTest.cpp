@@ -12,6 +12,7 @@
 
 #include "Archive.h"
 #include "DiagramReader.h"
+#include "LeafNamed.h"
 #include "SheetText.h"
 
 namespace torvan::slicer {
@@ -26,8 +27,8 @@ struct Picture {
 
   // The first name is the criterion.
   Picture& show(std::initializer_list<std::string> names) {
-    highlight.criterion = network.findLeaf(*names.begin()).value();
-    for (const std::string& each : names) highlight.leaves.insert(*network.findLeaf(each));
+    highlight.criterion = leafNamed(network, *names.begin());
+    for (const std::string& each : names) highlight.leaves.insert(leafNamed(network, each));
     return *this;
   }
 
@@ -170,7 +171,7 @@ TEST(DrawingTest, GraphHoldsTheFlattenedNetwork) {
   const Picture picture = room().show({"MUX#1", "GENSIN_f#1"});
   const std::string dot = drawDot(picture.network, picture.highlight);
   const auto node = [&](const std::string& leafName) {
-    return "n" + std::to_string(picture.network.findLeaf(leafName).value());
+    return "n" + std::to_string(leafNamed(picture.network, leafName));
   };
   EXPECT_NE(dot.find(node("GENSIN_f#1") + " -> " + node("MUX#1") + " [penwidth=2"),
             std::string::npos);

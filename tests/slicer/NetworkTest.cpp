@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DiagramReader.h"
+#include "LeafNamed.h"
 #include "SheetText.h"
 
 namespace torvan::slicer {
@@ -15,7 +16,7 @@ Network networkOf(const std::string& cells) { return Network(readDiagram(sheet(c
 
 // Names of the leaves that drive a data input of a leaf, separated by blanks.
 std::string driversOf(const Network& network, const std::string& leafName, int number = 1) {
-  const Leaf& leaf = network.leaves().at(network.findLeaf(leafName).value());
+  const Leaf& leaf = network.leaves()[leafNamed(network, leafName)];
   const std::size_t port = leaf.findPort(SignalKind::Data, Direction::In, number).value();
   std::string names;
   for (const LeafPortIndex& driver : network.nets().at(leaf.ports[port].net).drivers) {
@@ -39,10 +40,9 @@ TEST(NetworkTest, SuperBlockPortsMeetInnerBlocksByNumber) {
                 input("s.in1") + link("a.out1", "s.in1") + link("b.out1", "s.in2"));
   EXPECT_EQ(driversOf(network, "MASK#1/SUPER_f#1/CSCOPE#1"), "FIRST#1");
   EXPECT_EQ(driversOf(network, "MASK#1/SUPER_f#1/CSCOPE#2"), "SECOND#1");
-  const Leaf& leaf = network.leaves().at(*network.findLeaf("MASK#1/SUPER_f#1/CSCOPE#2"));
+  const Leaf& leaf = network.leaves()[leafNamed(network, "MASK#1/SUPER_f#1/CSCOPE#2")];
   EXPECT_EQ(leaf.path, (std::vector<std::size_t>{2, 2, 3}));
-  EXPECT_FALSE(network.findLeaf("CSCOPE#2"));
-  EXPECT_TRUE(networkOf(numbered("ExplicitInBlock", "i", 1)).findLeaf("ExplicitInBlock#1"));
+  leafNamed(networkOf(numbered("ExplicitInBlock", "i", 1)), "ExplicitInBlock#1");
 }
 
 // The sender sits in the outer super-block OUTER, receivers at the top, beside it and below it.

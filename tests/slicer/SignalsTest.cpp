@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "DiagramReader.h"
+#include "LeafNamed.h"
 #include "SheetText.h"
 
 namespace torvan::slicer {
@@ -30,7 +31,7 @@ std::string mux(const std::string& sizes) {
 std::size_t elementsOf(const std::string& cells, const std::string& leafName) {
   const Network network(readDiagram(sheet(cells), "test"));
   const Signals signals(network);
-  const std::size_t leaf = network.findLeaf(leafName).value();
+  const std::size_t leaf = leafNamed(network, leafName);
   const LeafPortIndex output{
       leaf, network.leaves()[leaf].findPort(SignalKind::Data, Direction::Out, 1).value()};
   return signals.isSplit(output) ? signals.size(output) : 0;
@@ -52,7 +53,7 @@ TEST(SignalsTest, ExtractorsSendTheElementsThatTheyName) {
         "test"));
     const Signals signals(network);
     std::string text;
-    for (const Route& route : signals.routes(network.findLeaf("EXTRACTOR#1").value()))
+    for (const Route& route : signals.routes(leafNamed(network, "EXTRACTOR#1")))
       text += std::to_string(route.outputFirst) + '<' + std::to_string(route.inputFirst) + '*' +
               std::to_string(route.count) + ' ';
     return text;
