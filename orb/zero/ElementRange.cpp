@@ -2,6 +2,12 @@
 
 namespace orb::zero {
 
+bool isFound(const meta::ClassInfo& actual, const meta::ClassInfo& type,
+             query::SearchClassMatchMode mode) noexcept {
+  return mode == query::SearchClassMatchMode::ThisClassOnly ? actual == type
+                                                            : actual.isKindOf(type);
+}
+
 ElementRange::ElementRange(const Model& model, const meta::ClassInfo* type,
                            query::SearchClassMatchMode mode) noexcept
     : model_(model), type_(type), mode_(mode) {
@@ -27,11 +33,7 @@ ElementRange::Iterator& ElementRange::Iterator::settle() {
   for (; index_ < range_->model_->births(); ++index_) {
     const ModelElement::Impl* const element = range_->model_->born(index_);
     if (!element || !element->isMember()) continue;
-    if (!range_->type_) break;
-    const meta::ClassInfo& type = element->getMetaClass();
-    if (range_->mode_ == query::SearchClassMatchMode::ThisClassOnly ? type == *range_->type_
-                                                                    : type.isKindOf(*range_->type_))
-      break;
+    if (!range_->type_ || isFound(element->getMetaClass(), *range_->type_, range_->mode_)) break;
   }
   return *this;
 }

@@ -9,6 +9,10 @@
 
 namespace orb::zero {
 
+/// Whether a search for the type finds elements of the class.
+bool isFound(const meta::ClassInfo& actual, const meta::ClassInfo& type,
+             query::SearchClassMatchMode mode) noexcept;
+
 /// The live elements of a model, all or those of a class, in the order of their creation. While it
 /// exists, elements may be created (they are met as well) and destroyed (they are not). The end is
 /// a sentinel, for range `for` and `std::ranges`.

@@ -34,6 +34,7 @@ class HistoryStep {
 /// The latest transactions of a model, as many as it keeps.
 class History {
  public:
+  std::size_t limit() const noexcept { return limit_; }
   void setLimit(std::size_t steps) noexcept;
   /// Fills the last step of `done`; what was undone can no longer be redone.
   void push(HistoryStep step) noexcept;

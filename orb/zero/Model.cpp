@@ -41,6 +41,10 @@ void Model::setHistoryLimit(std::size_t steps) const {
 }
 bool Model::undo() const { return (*this)->transactions().undo(); }
 bool Model::redo() const { return (*this)->transactions().redo(); }
+std::size_t Model::historyLimit() const noexcept {
+  const History* const history = (*this)->transactions().history();
+  return history ? history->limit() : 0;
+}
 std::size_t Model::undoSteps() const noexcept {
   const History* const history = (*this)->transactions().history();
   return history ? history->done.size() : 0;

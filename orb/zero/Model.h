@@ -80,6 +80,7 @@ class ORB_ZERO_API Model {
   /// Keeps the latest committed transactions, so many at most, and single changes like them, for
   /// `undo` and `redo`; 0, as at first, keeps none. Elements that these know are not reclaimed.
   void setHistoryLimit(std::size_t steps) const;
+  std::size_t historyLimit() const noexcept;
   /// Takes the latest transaction back; false when none is kept. Listeners are told.
   bool undo() const;
   /// Makes again what was taken back last; false when there is none, as after any other change.

@@ -76,12 +76,6 @@ Array combine(const Array::Impl& array, const LatticeValue& other, Operation ope
   return result;
 }
 
-/// Number of indices of a range; a range that ends before it starts is empty.
-std::uint16_t countOf(std::uint16_t start, std::uint16_t end) {
-  if (end == 0) return 1;
-  return static_cast<std::uint16_t>(end < start ? 0 : end - start + 1);
-}
-
 }  // namespace
 
 LatticeValue Array::Impl::join(const LatticeValue& other) const {

@@ -32,11 +32,10 @@ LatticeValue PowerSet::Impl::clone() const {
 }
 
 LatticeValue PowerSet::Impl::at(std::uint16_t start, std::uint16_t end) const {
-  if (end == 0) end = start;
-  if (start == 1 && end == value_.size() && hasType()) return clone();
+  const std::uint16_t length = countOf(start, end);
+  if (start == 1 && length == value_.size() && hasType()) return clone();
 
   const auto offset = static_cast<std::uint16_t>(start - 1);
-  const auto length = static_cast<std::uint16_t>(end < start ? 0 : end - start + 1);
   BitSet bits = value_.copy() >> offset;
   bits.resize(length);
 

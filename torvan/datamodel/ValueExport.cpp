@@ -260,9 +260,7 @@ class ValueWriter {
   }
 
   Lines lines_;
-  rapidjson::Writer<Lines, rapidjson::UTF8<>, rapidjson::UTF8<>, rapidjson::CrtAllocator,
-                    rapidjson::kWriteValidateEncodingFlag>
-      json_;
+  orb::zero::io::JsonWriter<Lines> json_;
   std::string name_;  // of the value at hand
   std::unordered_map<const ModelElement::Impl*, Known> known_;
   std::vector<LatticeType> types_;

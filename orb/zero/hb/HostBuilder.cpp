@@ -14,14 +14,11 @@ namespace {
 
 void setFromHost(ModelElement::Builder& builder, const std::string& name,
                  const tyve::Value& value) {
-  const meta::ClassInfo& type = builder.getMetaClass();
-  const meta::PropertyInfo* const property = type.find(std::string_view(name));
-  const ValueMarshaler* const marshaler =
-      property ? MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property) : nullptr;
-  if (!marshaler) raise("NoSuchProperty", {std::string(type.name), name});
-  builder.setOrAdd(*property, property->kind == meta::ValueKind::Single
-                                  ? marshaler->fromHost(value)
-                                  : marshaler->fromHostMany(value));
+  const auto& [property, marshaler] =
+      MetaMarshalerRegistry::getInstance().getProperty(builder.getMetaClass(), name);
+  builder.setOrAdd(property, property.kind == meta::ValueKind::Single
+                                 ? marshaler.fromHost(value)
+                                 : marshaler.fromHostMany(value));
 }
 
 }  // namespace

@@ -95,6 +95,14 @@ const ValueMarshaler* MetaMarshalerRegistry::findPropertyMarshaler(
   return property.type ? &getElementMarshaler(property.type()) : find(property.typeName());
 }
 
+MetaMarshalerRegistry::HostProperty MetaMarshalerRegistry::getProperty(const meta::ClassInfo& type,
+                                                                       const std::string& name) {
+  const meta::PropertyInfo* const property = type.find(std::string_view(name));
+  const ValueMarshaler* const marshaler = property ? findPropertyMarshaler(*property) : nullptr;
+  if (!marshaler) raise("NoSuchProperty", {std::string(type.name), name});
+  return {*property, *marshaler};
+}
+
 const ValueMarshaler& MetaMarshalerRegistry::getElementMarshaler(const meta::ClassInfo& type) {
   if (const ValueMarshaler* const known = find(type.name)) return *known;
   registerPropertyMarshaler(type.name, std::make_unique<ElementMarshaler>(type));

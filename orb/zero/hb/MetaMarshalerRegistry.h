@@ -26,6 +26,14 @@ class ORB_ZERO_HB_API MetaMarshalerRegistry {
   const ValueMarshaler& getPropertyMarshaler(std::string_view typeName);
   /// The marshaler of the property's values; null when they have no form in the host.
   const ValueMarshaler* findPropertyMarshaler(const meta::PropertyInfo& property);
+  /// The property of this name that the host can give a value. Raises "NoSuchProperty" with class
+  /// and name when there is none.
+  struct HostProperty {
+    const meta::PropertyInfo& property;
+    const ValueMarshaler& marshaler;
+  };
+  HostProperty getProperty(const meta::ClassInfo& type, const std::string& name);
+  /// The marshaler of handles to elements of the class.
   const ValueMarshaler& getElementMarshaler(const meta::ClassInfo& type);
 
   /// Adds the marshaler of the type with this name, unless there is one.

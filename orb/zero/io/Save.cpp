@@ -1,7 +1,5 @@
 #include <orb/zero/io/ModelFile.h>
 
-#include <rapidjson/writer.h>
-
 #include <algorithm>
 #include <string>
 #include <unordered_set>
@@ -18,11 +16,6 @@ namespace {
 
 using Element = ModelElement::Impl;
 using Kind = PropertyPlan::Kind;
-
-/// Writes texts in quotes, with escapes, and only if they are UTF-8.
-using TextWriter =
-    rapidjson::Writer<Output, rapidjson::UTF8<>, rapidjson::UTF8<>, rapidjson::CrtAllocator,
-                      rapidjson::kWriteValidateEncodingFlag>;
 
 /// Writes elements, without recursion: what is owned is as deep as it likes.
 class Saver {
@@ -69,7 +62,7 @@ class Saver {
 
   const Model::Impl& model_;
   Output out_;
-  TextWriter texts_;
+  JsonWriter<Output> texts_;
   ClassPlans plans_;
   std::vector<bool> isSaved_;  // by place
   std::vector<Frame> frames_;  // from the root to the element that is being written

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include <orb/zero/ElementRange.h>
 #include <orb/zero/Exception.h>
 #include <orb/zero/query/Constrainables.h>
 
@@ -26,9 +27,7 @@ class ClassFilter {
   bool operator()(const ModelElement::Impl& element) {
     if (element.classNumber() != last_) {
       last_ = element.classNumber();
-      const meta::ClassInfo& actual = element.getMetaClass();
-      matches_ =
-          mode_ == SearchClassMatchMode::ThisClassOnly ? actual == type_ : actual.isKindOf(type_);
+      matches_ = isFound(element.getMetaClass(), type_, mode_);
     }
     return matches_;
   }

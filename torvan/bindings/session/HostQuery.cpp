@@ -39,16 +39,12 @@ class HasValue final : public query::Constraint::Node {
 
 query::Constraint constraintOf(const meta::ClassInfo& type, const std::string& name,
                                const tyve::Value& value) {
-  const meta::PropertyInfo* const property = type.find(std::string_view(name));
-  const auto* const marshaler =
-      property
-          ? orb::zero::hb::MetaMarshalerRegistry::getInstance().findPropertyMarshaler(*property)
-          : nullptr;
-  if (!marshaler) orb::zero::raise("NoSuchProperty", {std::string(type.name), name});
-  orb::zero::Value given = marshaler->fromHost(value);
-  if (property->type && property->kind != meta::ValueKind::Single)
-    return query::ElementCollection(*property).contains(given.getValue<ModelElement>());
-  return query::Constraint(std::make_shared<HasValue>(*property, std::move(given)));
+  const auto& [property, marshaler] =
+      orb::zero::hb::MetaMarshalerRegistry::getInstance().getProperty(type, name);
+  orb::zero::Value given = marshaler.fromHost(value);
+  if (property.type && property.kind != meta::ValueKind::Single)
+    return query::ElementCollection(property).contains(given.getValue<ModelElement>());
+  return query::Constraint(std::make_shared<HasValue>(property, std::move(given)));
 }
 
 const meta::ClassInfo& classOf(const tyve::Value& type) {

@@ -60,7 +60,6 @@ Value importFrom(const std::string& path, const orb::zero::Model& model) {
 void setHistoryLimit(const SessionObject& session, std::int32_t steps) {
   if (steps < 0) orb::zero::raise("InvalidValue", {std::to_string(steps)});
   session->model().setHistoryLimit(static_cast<std::size_t>(steps));
-  session.host()->historyLimit = steps;
 }
 
 }  // namespace
@@ -81,7 +80,10 @@ ClassPointer makeSessionClass() {
   info->property(
       "history_limit",
       "How many transactions are kept for undo and redo, single changes counted; 0 for none.",
-      [](const SessionObject& session) { return session.host()->historyLimit; }, setHistoryLimit);
+      [](const SessionObject& session) {
+        return static_cast<std::int32_t>(session->model().historyLimit());
+      },
+      setHistoryLimit);
   info->method("create_system_builder", "", "A builder of a new system of equations.",
                [](const SessionObject& session) {
                  return std::make_shared<SystemBuilderObject>(*session.host());

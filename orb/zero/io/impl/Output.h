@@ -7,7 +7,15 @@
 #include <string_view>
 #include <utility>
 
+#include <rapidjson/writer.h>
+
 namespace orb::zero::io {
+
+/// Writes JSON to a stream or what looks like one; refuses texts that are no UTF-8.
+template <class Out>
+using JsonWriter =
+    rapidjson::Writer<Out, rapidjson::UTF8<>, rapidjson::UTF8<>, rapidjson::CrtAllocator,
+                      rapidjson::kWriteValidateEncodingFlag>;
 
 /// A stream that is written in blocks. What it throws is told by `finish` alone.
 class Output {

@@ -21,7 +21,6 @@ class TransactionObject;
 struct HostSession {
   Session session;
   const void* const domain = session.model().operator->();
-  std::int32_t historyLimit = 0;
   std::vector<const TransactionObject*> open;  // the innermost one last
 };
 
@@ -92,10 +91,10 @@ class TransactionObject final : public SingleObject {
   ~TransactionObject() override;
 
   bool isOpen() const noexcept { return transaction_.has_value(); }
-  /// Both raise "TransactionEnded" when it is not open.
-  /// Raises "TransactionInProgress" while an inner one is open.
+  /// Raises "TransactionEnded" when it is not open, and "TransactionInProgress" while an inner one
+  /// is.
   void commit() const;
-  /// Also rolls back the inner ones.
+  /// Also rolls back the inner ones. Raises "TransactionEnded" when it is not open.
   void rollback() const;
   const void* domain() const noexcept override { return host_->domain; }
 
