@@ -32,13 +32,12 @@ class OurIndex {
   static constexpr char name[] = "ours";
   explicit OurIndex(const std::vector<uuid>& ids) {
     for (const uuid& id : ids) Variable::Builder(model_).create(id);
-    first_ = model_.find(ids.front());
+    model_.find(ids.front());  // makes the index
   }
   bool finds(const uuid& id) const { return static_cast<bool>(model_.find(id)); }
 
  private:
   Model model_ = Model::create();
-  ModelElement first_;
 };
 
 class RawIndex {

@@ -58,6 +58,4 @@ void raise(std::string_view identifier, std::vector<std::string> arguments) {
                   std::move(text));
 }
 
-void raiseInvalidHandle() { raise("InvalidHandle"); }
-
 }  // namespace tyve

@@ -55,7 +55,4 @@ inline constexpr std::string_view classCatalog = "NUMBAT:class";
 [[noreturn]] TYVE_API void raise(std::string_view identifier,
                                  std::vector<std::string> arguments = {});
 
-/// Throws "InvalidHandle": an object was used whose native object is gone.
-[[noreturn]] TYVE_API void raiseInvalidHandle();
-
 }  // namespace tyve

@@ -23,9 +23,9 @@ Member::Member(Name className, Name name, std::string documentation)
 void Member::checkReceiver(const Value& object, bool mayBeGone) const {
   if (!classWord_.isClassOf(object)) raiseWrong("1", class_, object);
   if (!object.is(Kind::Object)) return;  // a member of an enumeration is always there
-  if (object.isEmpty() && !mayBeGone) raiseInvalidHandle();
+  if (object.isEmpty() && !mayBeGone) raise("InvalidHandle");
   if (!object.isEmpty() && !object.isScalar()) raiseWrong("1", class_, object);
-  if (!mayBeGone && !object.native()->isValid()) raiseInvalidHandle();
+  if (!mayBeGone && !object.native()->isValid()) raise("InvalidHandle");
 }
 
 void Member::raiseWrong(std::string argument, Name expected, const Value& value) const {

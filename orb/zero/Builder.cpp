@@ -58,12 +58,12 @@ int ModelElement::Builder::doClear(const meta::PropertyInfo& property) {
   return markGiven(property.position, false);
 }
 
-ModelElement ModelElement::Builder::make() {
+ModelElement ModelElement::Builder::create() {
   if (children_.empty()) return adopt(model_->newUuid());
-  return make(model_->newUuid());
+  return create(model_->newUuid());
 }
 
-ModelElement ModelElement::Builder::make(const uuid& id) {
+ModelElement ModelElement::Builder::create(const uuid& id) {
   if (children_.empty()) {
     model_->checkUnique(id);
     return adopt(id);

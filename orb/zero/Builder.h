@@ -46,12 +46,10 @@ class ORB_ZERO_API ModelElement::Builder {
   /// as a proxy that was resolved, is left out. Raises "InvalidValue" the second time,
   /// "UniquenessConstraint" when a live element of the model has the given UUID or two children
   /// have one key. A frozen model refuses it, and may be asked again when it is thawed.
-  ModelElement create() { return make(); }
-  ModelElement create(const uuid& id) { return make(id); }
+  ModelElement create();
+  ModelElement create(const uuid& id);
 
  protected:
-  ModelElement make();
-  ModelElement make(const uuid& id);
   Impl* staged() const;
 
  private:

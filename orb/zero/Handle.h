@@ -97,8 +97,8 @@ class Handle<X, Base>::Builder : public ModelElement::Builder {
 
   auto* operator->() const { return static_cast<typename X::Impl*>(this->staged()); }
   /// Makes the element, with a new UUID or a given one (see `ModelElement::Builder`).
-  X create() { return Handle::of(this->make()); }
-  X create(const uuid& id) { return Handle::of(this->make(id)); }
+  X create() { return Handle::of(ModelElement::Builder::create()); }
+  X create(const uuid& id) { return Handle::of(ModelElement::Builder::create(id)); }
 };
 
 /// What a query may ask of elements of class X. A class with properties of its own derives its

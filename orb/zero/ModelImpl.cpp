@@ -22,7 +22,7 @@ Model::Impl::Impl(const uuid& identity, const ModelConstellation& constellation,
 /// Rings and long chains end without recursion: first all slots let go, then all elements die.
 Model::Impl::~Impl() {
   std::erase(*constellation_.members_, this);
-  transactions_.settle();
+  transactions_.forgetHistory();
   const auto forAll = [this](auto visit) {
     for (const auto* list : {&elements_, &ended_})
       for (Element* element : *list)
@@ -117,7 +117,7 @@ void Model::Impl::free(Element& element) noexcept {
 }
 
 void Model::Impl::endYoungerThan(std::uint32_t births) noexcept {
-  ++losses_;
+  lose();
   while (elements_.size() > births) {
     if (Element* const element = elements_.back()) {
       if (element->isAlive() && !element->isProxy()) --alive_;

@@ -103,7 +103,7 @@ class OwnedSequence : public Collection {
   }
   void link(bool links) noexcept {
     for (std::uint32_t order = 0; order < content_.size(); ++order)
-      if (content_[order].get()) links ? settle(order) : disown(*content_[order].get());
+      if (content_[order].get()) links ? linkAt(order) : disown(*content_[order].get());
   }
   void reset() noexcept {
     link(false);
@@ -135,7 +135,7 @@ class OwnedSequence : public Collection {
     void exchange(bool links) noexcept {
       if (links) sequence.disown(*sequence.content_[order].get());
       std::swap(sequence.content_[order], other);
-      if (links) sequence.settle(order);
+      if (links) sequence.linkAt(order);
     }
     OwnedSequence& sequence;
     std::uint32_t order;
@@ -150,7 +150,7 @@ class OwnedSequence : public Collection {
     const auto order = static_cast<std::uint32_t>(content_.size());
     if (isRecorded()) log(Presence{*this, order, {}});
     content_.emplace_back(&child);
-    settle(order);
+    linkAt(order);
   }
   void replaceAt(std::uint32_t order, ModelElement::Impl& child) {
     perform(Replacement{*this, order, Slot<E>(&child)});
@@ -162,7 +162,7 @@ class OwnedSequence : public Collection {
     --gaps_;
     first_ = std::min<std::size_t>(first_, order);
     if (order < found_.order) ++found_.place;
-    if (links) settle(order);
+    if (links) linkAt(order);
   }
   Slot<E> withdraw(std::uint32_t order, bool links) noexcept {
     Slot<E> child = std::move(content_[order]);
@@ -201,7 +201,7 @@ class OwnedSequence : public Collection {
     return order;
   }
   /// Links the child at this place of the storage to its owner and place.
-  void settle(std::uint32_t order) const noexcept {
+  void linkAt(std::uint32_t order) const noexcept {
     ModelElement::Impl& child = *content_[order].get();
     adopt(child);
     child.setOrder(order);

@@ -172,7 +172,7 @@ void TransactionCoordinator::setListeners(Listeners listeners) {
 void TransactionCoordinator::setHistoryLimit(std::size_t steps) {
   checkNoneOpen();
   if (steps == 0) {
-    settle();
+    forgetHistory();
   } else {
     if (!history_) history_ = std::make_unique<History>();
     history_->setLimit(steps);
@@ -180,7 +180,7 @@ void TransactionCoordinator::setHistoryLimit(std::size_t steps) {
   update();
 }
 
-void TransactionCoordinator::settle() noexcept {
+void TransactionCoordinator::forgetHistory() noexcept {
   if (history_) history_->setLimit(0);
   history_.reset();
   update();

@@ -79,8 +79,7 @@ class ORB_ZERO_API TransactionCoordinator {
   const History* history() const noexcept { return history_.get(); }
   bool undo();
   bool redo();
-  /// Forgets the history.
-  void settle() noexcept;
+  void forgetHistory() noexcept;
 
   /// Told by the model when it closes the gaps in the creation order; `renumbered` maps the number
   /// of elements before the change to that after it.

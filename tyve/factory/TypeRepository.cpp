@@ -51,12 +51,6 @@ void TypeRepository::addConversion(Name word, Conversion conversion) {
   known.conversion_.store(known.owned_.get(), std::memory_order_release);
 }
 
-const Conversion* TypeRepository::findConversion(Name word) const {
-  const std::shared_lock lock(mutex_);
-  const auto found = words_.find(word);
-  return found == words_.end() ? nullptr : found->second.owned_.get();
-}
-
 const TypeWord& TypeRepository::word(Name name) {
   const std::lock_guard lock(mutex_);
   return words_.try_emplace(name, name).first->second;

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
-#include <shared_mutex>
 #include <string_view>
 #include <unordered_map>
 
@@ -23,7 +23,6 @@ class TYVE_API TypeWord {
  public:
   explicit TypeWord(Name name);
 
-  Name name() const noexcept { return name_; }
   /// Whether the value fits the word. If it is not in the form that the word promises, `made`
   /// becomes a value that is. Passes on what a registered conversion raises.
   bool fits(const Value& value, std::optional<Value>& made) const;
@@ -63,8 +62,6 @@ class TYVE_API TypeRepository {
   /// under the name of a class replaces the test for that class, but of values of exactly that
   /// class, which stay as they are.
   void addConversion(Name word, Conversion conversion);
-  /// The conversion registered under this word, or null.
-  const Conversion* findConversion(Name word) const;
   /// The word itself. It stays in its place, and what is registered under it later is found, too.
   const TypeWord& word(Name name);
   /// The value in the form that the word promises; nothing when it does not fit. Passes on what a
@@ -72,7 +69,7 @@ class TYVE_API TypeRepository {
   std::optional<Value> convert(const Value& value, Name word);
 
  private:
-  mutable std::shared_mutex mutex_;
+  std::mutex mutex_;
   std::unordered_map<Name, TypeWord> words_;  // its nodes stay in place
 };
 

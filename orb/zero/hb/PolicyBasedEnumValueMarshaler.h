@@ -52,9 +52,7 @@ class PolicyBasedEnumValueMarshaler : public PolicyBasedValueMarshaler<T> {
   /// What the host makes of the text; itself when it cannot.
   tyve::Value memberOf(const tyve::Value& text) const {
     hostClass();  // brings the conversion
-    const auto* const conversion =
-        tyve::ClassSystem::getInstance().types().findConversion(className_);
-    return conversion ? (*conversion)(text).value_or(text) : text;
+    return tyve::ClassSystem::getInstance().types().convert(text, className_).value_or(text);
   }
   const tyve::COSClassInfo& hostClass() const {
     return tyve::ClassSystem::getInstance().getClass(className_);

@@ -19,7 +19,7 @@ template struct Opened<&BitSet::m_bits>;
 }  // namespace
 
 inline void Bits::makeBlock(std::size_t size, orb::zero::ElementPool& pool) {
-  const std::size_t count = countFor(size);
+  const std::size_t count = wordsFor(size);
   block_ = static_cast<Word*>(pool.allocate(blockSize(count)));
   size_ = static_cast<std::uint32_t>(size);
   new (block_ + count) BlockEnd{&pool, 1};
@@ -58,14 +58,14 @@ void Bits::release() noexcept {
   if (isStored())
     delete stored_;
   else if (--blockEnd().users == 0)
-    blockEnd().pool->deallocate(block_, blockSize(count()));
+    blockEnd().pool->deallocate(block_, blockSize(wordCount()));
 }
 
 const Bits::Word* Bits::storedWords() const noexcept { return blocksOf(*stored_).data(); }
 
 BitSet Bits::copy() const {
   if (isStored()) return *stored_;
-  BitSet bits(words(), words() + count());
+  BitSet bits(words(), words() + wordCount());
   bits.resize(size_);
   return bits;
 }
@@ -81,7 +81,7 @@ BitSet& Bits::stored() {
 
 /// Room for bits of this size.
 Bits::Word* Bits::allocate(std::size_t size, orb::zero::ElementPool& pool) {
-  if (countFor(size) > Short::count) return makeBlock(size, pool), block_;
+  if (wordsFor(size) > Short::count) return makeBlock(size, pool), block_;
   size_ = static_cast<std::uint32_t>(size);
   return short_.words();
 }
@@ -92,7 +92,7 @@ void Bits::assignBlock(const Bits& other, orb::zero::ElementPool& pool) {
     size_ = other.size_;
     ++blockEnd().users;
   } else {
-    std::copy_n(other.words(), other.count(), allocate(other.size(), pool));
+    std::copy_n(other.words(), other.wordCount(), allocate(other.size(), pool));
   }
 }
 
@@ -112,9 +112,9 @@ void Bits::combineBlocks(const Bits& a, const Bits& b, orb::zero::ElementPool& p
   }
   if (a.hasBlockLike(b)) {
     makeBlock(a.size_, pool);
-    return combineWords(block_, a.block_, b.block_, countFor(size_));
+    return combineWords(block_, a.block_, b.block_, wordsFor(size_));
   }
-  const std::size_t size = a.size(), count = a.count(), common = std::min(count, b.count());
+  const std::size_t size = a.size(), count = a.wordCount(), common = std::min(count, b.wordCount());
   Word* const to = allocate(size, pool);
   combineWords(to, a.words(), b.words(), common);
   for (std::size_t i = common; i < count; ++i) to[i] = isJoin ? a.words()[i] : 0;
@@ -129,10 +129,10 @@ template void Bits::combineBlocks<Bits::Operation::Meet>(const Bits&, const Bits
 /// The words that one of them lacks are compared with none.
 boolean3 Bits::compareWords(const Bits& other) const noexcept {
   const Word *const mine = words(), *const others = other.words();
-  const std::size_t common = std::min(count(), other.count());
+  const std::size_t common = std::min(wordCount(), other.wordCount());
   if (mine == others) return boolean3::T;
   const auto isRestEmpty = [common](const Bits& bits) {
-    return std::all_of(bits.words() + common, bits.words() + bits.count(),
+    return std::all_of(bits.words() + common, bits.words() + bits.wordCount(),
                        [](Word word) { return word == 0; });
   };
   if (isRestEmpty(*this) && words::isSubset(mine, others, common)) return boolean3::T;
@@ -141,7 +141,7 @@ boolean3 Bits::compareWords(const Bits& other) const noexcept {
 }
 
 bool Bits::hasEqualWords(const Bits& other) const noexcept {
-  return size() == other.size() && std::equal(words(), words() + count(), other.words());
+  return size() == other.size() && std::equal(words(), words() + wordCount(), other.words());
 }
 
 }  // namespace torvan::datamodel

@@ -69,7 +69,7 @@ class TORVAN_DATAMODEL_API Bits {
 
   /// In bits.
   std::size_t size() const noexcept { return isStored() ? stored_->size() : size_; }
-  std::size_t count() const noexcept { return countFor(size()); }
+  std::size_t wordCount() const noexcept { return wordsFor(size()); }
   const Word* words() const noexcept {
     return isShort() ? short_.words() : isStored() ? storedWords() : block_;
   }
@@ -126,12 +126,12 @@ class TORVAN_DATAMODEL_API Bits {
              : other.short_.isSubsetOf(short_) ? boolean3::F
                                                : boolean3::NA;
     if (isStored()) return compareWords(other);
-    return words::compare(block_, other.block_, countFor(size_));
+    return words::compare(block_, other.block_, wordsFor(size_));
   }
   bool isSubsetOf(const Bits& other) const noexcept { return compare(other) == boolean3::T; }
   friend bool operator==(const Bits& a, const Bits& b) noexcept {
     if (a.hasBlockLike(b)) [[likely]]
-      return words::isEqual(a.block_, b.block_, countFor(a.size_));
+      return words::isEqual(a.block_, b.block_, wordsFor(a.size_));
     if (a.size_ != b.size_) return a.hasEqualWords(b);
     if (a.size_ <= wordBits) return a.short_.first() == b.short_.first();
     return a.isShort() ? a.short_ == b.short_ : a.hasEqualWords(b);
@@ -141,7 +141,7 @@ class TORVAN_DATAMODEL_API Bits {
   enum class Operation : bool { Join, Meet };
   static constexpr std::size_t wordBits = 64;
   static constexpr std::uint32_t sizeOfStored = UINT32_MAX;
-  static constexpr std::size_t countFor(std::size_t size) noexcept {
+  static constexpr std::size_t wordsFor(std::size_t size) noexcept {
     return (size + wordBits - 1) / wordBits;
   }
 
@@ -180,7 +180,7 @@ class TORVAN_DATAMODEL_API Bits {
   void makeBlock(std::size_t size, orb::zero::ElementPool& pool);
   void keep(BitSet* bits) noexcept;
   BlockEnd& blockEnd() const noexcept {
-    return *reinterpret_cast<BlockEnd*>(block_ + countFor(size_));
+    return *reinterpret_cast<BlockEnd*>(block_ + wordsFor(size_));
   }
   Word* allocate(std::size_t size, orb::zero::ElementPool& pool);
   const Word* storedWords() const noexcept;
