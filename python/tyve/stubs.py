@@ -171,6 +171,7 @@ def stub_of(module: str) -> str:
 def main(folder: str, *modules: str) -> None:
     for module in modules:
         path = Path(folder, *module.split("."), "__init__.pyi")
+        path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(stub_of(module), encoding="utf-8")
 
 

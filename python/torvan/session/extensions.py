@@ -48,12 +48,14 @@ class Transaction:
 
 class Session:
     def transaction(self: Any) -> Transaction:
-        """Opens a transaction, to be used in a `with` statement."""
+        """Opens a transaction, to be used in a `with` statement. Until it ends, it takes in what
+        all threads do with the model."""
         return self.begin()
 
     def find(self: Any, type: object, /, **properties: Any) -> list[Any]:
         """The elements of a class, whose properties have these values, in the order of their
-        creation. The class is given as such, by its full name or by its description."""
+        creation; of a collection, one item that it holds. The class is given as such, by its full
+        name or by its description."""
         if isinstance(type, builtins.type):
             type = f"{type.__module__}.{type.__qualname__}"
         return _find(self, type, properties)
