@@ -187,7 +187,8 @@ void DependenceSystem::addEquations(std::size_t leaf) {
   const auto& ports = leafAt(leaf).ports;
   const auto& routes = signals_.routes(leaf);
   const bool isDelay = dependences_ == Dependences::Direct && !leafAt(leaf).feedthrough;
-  const Terms mixed = isDelay ? Terms{self(leaf)} : mixture(leaf);
+  Terms mixed = isDelay ? Terms{self(leaf)} : mixture(leaf);
+  std::vector<std::size_t> mixing;  // outputs
   bool isSink = true;
   for (std::size_t port = 0; port < ports.size(); ++port) {
     if (!isOutput(ports[port])) continue;
@@ -195,13 +196,18 @@ void DependenceSystem::addEquations(std::size_t leaf) {
     const bool isRouted = std::any_of(routes.begin(), routes.end(),
                                       [=](const Route& route) { return route.output == port; });
     if (!isRouted)
-      addEquation(places_[leaf][port], mixed);
+      mixing.push_back(port);
     else if (isDelay)
       addEquation(places_[leaf][port], {self(leaf, signals_.size({leaf, port}))});
     else
       addRoutedEquations(leaf, port);
   }
-  if (isSink) addEquation(expressions_.createVariable(leafSet_, leafAt(leaf).name), mixed);
+  if (isSink || (mixing.size() > 1 && mixed.size() > 2)) {
+    const Variable mixture = expressions_.createVariable(leafSet_, leafAt(leaf).name);
+    addEquation(mixture, mixed);
+    mixed = {mixture};
+  }
+  for (const std::size_t port : mixing) addEquation(places_[leaf][port], mixed);
 }
 
 /// A block that chooses between its inputs makes a conditional of them.
