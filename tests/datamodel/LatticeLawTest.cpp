@@ -149,16 +149,52 @@ TEST_P(LatticeLawTest, ResultsAreNewAndOperandsStayTheSame) {
   });
 }
 
-TEST_P(LatticeLawTest, RightOperandMayBeOfAnotherModel) {
+TEST_P(LatticeLawTest, JoinIntoMakesTheJoinAndChangesOnlyWhatItsHandleAloneHolds) {
+  const bool isSet = type->getMetaClass() == PowerSetType::metaClass();
+  forTriples([&](const auto& a, const auto& b, const auto& c) {
+    const LatticeValue* const others[] = {&b, &c};
+    const LatticeValue wanted = a.join(b).join(c);
+    const auto before = describe(a) + describe(b) + describe(c);
+    for (const unsigned way : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
+      const bool isAlone = way & 1, isAtOnce = way & 2;
+      const Sharing sharing{(way & 4) != 0};
+      LatticeValue value = isAlone ? a.clone() : a;
+      const auto* const element = value.get();
+      const auto join = [&] {
+        if (isAtOnce) return joinAllInto(value, others, sharing);
+        const bool isMore = joinInto(value, b, sharing);
+        return joinInto(value, c, sharing) || isMore;
+      };
+      {
+        const Transaction undone(model);
+        EXPECT_EQ(join(), !wanted.eq(a));
+        EXPECT_TRUE(value.eq(wanted) && !join());
+        EXPECT_EQ(value.get() == element, wanted.eq(a) || (isSet && isAlone));
+        EXPECT_TRUE((isSet && sharing == Sharing::Allowed) || !(value == b || value == c));
+      }
+      EXPECT_TRUE(value.get() != element || value.eq(a));
+    }
+    EXPECT_EQ(describe(a) + describe(b) + describe(c), before);
+  });
+}
+
+TEST_P(LatticeLawTest, RightOperandMayBeOfAnotherTypeOrModel) {
   Session foreign;
-  const LatticeType same = GetParam().makeType(*foreign.typeFactory());
-  const LatticeValue a = randomValue(type), top = same->getTop(), bottom = same->getBottom();
-  EXPECT_TRUE(a.join(top).eq(type->getTop()) && a.meet(bottom).eq(type->getBottom()));
-  EXPECT_TRUE(below(a, top) && below(bottom, a));
-  const std::size_t before = foreign.model().size();
-  const std::size_t whole = growth([&] { type->getTop().clone(); });
-  EXPECT_EQ(growth([&] { a.join(top), a.meet(top), a.join(bottom); }), 3 * whole);
-  EXPECT_EQ(foreign.model().size(), before);
+  for (TypeFactory* const factory : {&types, foreign.typeFactory()}) {
+    const LatticeType same = GetParam().makeType(*factory);
+    const LatticeValue a = randomValue(type), top = same->getTop(), bottom = same->getBottom();
+    EXPECT_TRUE(a.join(top).eq(type->getTop()) && a.meet(bottom).eq(type->getBottom()));
+    EXPECT_TRUE(below(a, top) && below(bottom, a));
+    const std::size_t before = foreign.model().size();
+    const std::size_t whole = growth([&] { type->getTop().clone(); });
+    EXPECT_EQ(growth([&] { a.join(top), a.meet(top), a.join(bottom); }), 3 * whole);
+    const LatticeValue* const others[] = {&top};
+    LatticeValue one = a, all = a;
+    EXPECT_EQ(joinInto(one, top, Sharing::Allowed), !a.eq(top));
+    EXPECT_EQ(joinAllInto(all, others, Sharing::Allowed), !a.eq(top));
+    EXPECT_TRUE(one->getType() == type && all->getType() == type && one.eq(all));
+    EXPECT_EQ(foreign.model().size(), before);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, LatticeLawTest, testing::ValuesIn(lattices),

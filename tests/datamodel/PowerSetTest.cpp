@@ -1,8 +1,6 @@
 #include "tests/datamodel/SessionTest.h"
 
-#include <initializer_list>
 #include <random>
-#include <span>
 #include <utility>
 
 namespace torvan::datamodel {
@@ -23,6 +21,12 @@ TEST_F(PowerSetTest, RightOperandMustBeAPowerSet) {
     EXPECT_RAISES(value.meet(other), castFailure<PowerSet>());
     EXPECT_RAISES(value.le(other), castFailure<PowerSet>());
     EXPECT_RAISES(value.eq(other), castFailure<PowerSet>());
+    LatticeValue alone = bits(1, {}), shared = alone;
+    const LatticeValue* const others[] = {&value, &other};
+    EXPECT_RAISES(joinInto(shared, other), castFailure<PowerSet>());
+    shared = {};
+    EXPECT_RAISES(joinAllInto(alone, others), castFailure<PowerSet>());
+    EXPECT_TRUE(alone.eq(value)) << "what came before has been joined";
   }
 }
 
@@ -72,6 +76,7 @@ TEST_F(PowerSetTest, BitsOfEveryFormAreComputedAlike) {
     dense[bit] = random() % 2 == 0;
     sparse[bit] = random() % 64 == 0;
   }
+  Session foreign;
   std::vector<std::pair<LatticeValue, BitSet>> sets;
   for (const std::size_t size : {0U, 1U, 64U, 200U, 256U, 257U, 320U, 1000U, 4096U})
     for (const BitSet& all :
@@ -80,12 +85,24 @@ TEST_F(PowerSetTest, BitsOfEveryFormAreComputedAlike) {
       const LatticeValue given = values.createPowerSet({}, each), asked = given.clone();
       EXPECT_EQ(valueOf(asked), each);
       sets.insert(sets.end(), {{given, each}, {given.join(given), each}, {asked, each}});
+      if (size <= 256) sets.emplace_back(foreign.valueFactory()->createPowerSet({}, each), each);
     }
   for (const auto& [a, left] : sets)
     for (const auto& [b, right] : sets) {
       const BitSet fitted = resized(right, left.size());
       EXPECT_EQ(valueOf(a.join(b)), left | fitted);
       EXPECT_EQ(valueOf(a.meet(b)), left & fitted);
+      const LatticeValue* const others[] = {&b, &a};
+      LatticeValue shared = a, all = a, alone = a.clone();
+      const bool isMore = (left | fitted) != left;
+      EXPECT_EQ(joinInto(shared, b, Sharing::Allowed), isMore);
+      EXPECT_EQ(joinAllInto(all, others, Sharing::Allowed), isMore);
+      EXPECT_EQ(joinAllInto(alone, others), isMore);
+      EXPECT_TRUE(shared.eq(a.join(b)) && all.eq(shared) && alone.eq(shared));
+      if (isMore && left.size() == right.size() && left.is_subset_of(right)) {
+        EXPECT_EQ(shared == b, a->getModel() == b->getModel());
+        EXPECT_EQ(all == b, shared == b);
+      }
       EXPECT_EQ(a.eq(b), left == right);
       const BitSet x = resized(left, 4096), y = resized(right, 4096);
       EXPECT_EQ(a.le(b), x.is_subset_of(y)   ? boolean3::T
@@ -128,124 +145,6 @@ TEST_F(PowerSetTest, ResultsThatEqualAnOperandAreSetsOfTheirOwn) {
     EXPECT_EQ(address, &clone->getValue());
   }
   EXPECT_EQ(*address, BitSet(3));
-}
-
-TEST_F(PowerSetTest, JoinIntoChangesOnlyASetThatTheHandleAloneHolds) {
-  const PowerSetType type = sets(300);
-  const PowerSet more = set(type, {2});
-  LatticeValue value = set(type, {1}).clone();
-  const auto* const element = value.get();
-  EXPECT_TRUE(joinInto(value, more));
-  EXPECT_FALSE(joinInto(value, more));
-  EXPECT_EQ(value.get(), element);
-  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2}));
-  {
-    const Transaction undone(model);
-    EXPECT_TRUE(joinInto(value, set(type, {300})));
-    const Transaction inner(model);
-    EXPECT_TRUE(joinInto(value, set(type, {3})));
-    EXPECT_TRUE(joinInto(value, set(type, {4})));
-    EXPECT_EQ(value.get(), element);
-  }
-  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2}));
-
-  const LatticeValue before = value;
-  EXPECT_TRUE(joinInto(value, set(type, {4})));
-  EXPECT_EQ(valueOf(before), bitsOf(300, {1, 2}));
-  EXPECT_EQ(valueOf(value), bitsOf(300, {1, 2, 4}));
-  EXPECT_FALSE(joinInto(value, set(sets(400), {400}))) << "beyond its length";
-}
-
-TEST_F(PowerSetTest, JoinIntoSharesAllThatResultsWhereAllowed) {
-  const PowerSetType type = sets(4);
-  const PowerSet small = set(type, {1}), large = set(type, {1, 2});
-  LatticeValue value = small, other = small;
-  EXPECT_TRUE(joinInto(value, large, Sharing::Allowed));
-  EXPECT_EQ(value, large);
-  EXPECT_FALSE(joinInto(value, small, Sharing::Allowed));
-  EXPECT_EQ(value, large);
-  EXPECT_TRUE(joinInto(value, set(type, {3}), Sharing::Allowed));
-  EXPECT_EQ(valueOf(large), bitsOf(4, {1, 2}));
-  EXPECT_EQ(valueOf(value), bitsOf(4, {1, 2, 3}));
-
-  const PowerSet foreign = set(sets(4), {1, 2});
-  EXPECT_TRUE(joinInto(other, foreign, Sharing::Allowed));
-  EXPECT_EQ(other->getType(), type);
-  EXPECT_EQ(valueOf(small), bitsOf(4, {1}));
-
-  const PowerSet longer = make<PowerSet>();
-  longer->setType(type);
-  longer->setValue(bitsOf(6, {1, 5}));
-  other = small;
-  EXPECT_TRUE(small.le(longer) == boolean3::T);
-  EXPECT_FALSE(joinInto(other, longer, Sharing::Allowed)) << "no more within its length";
-  longer->setValue(bitsOf(6, {1, 2, 5}));
-  EXPECT_TRUE(joinInto(other, longer, Sharing::Allowed));
-  EXPECT_EQ(valueOf(other), bitsOf(4, {1, 2}));
-}
-
-TEST_F(PowerSetTest, JoinIntoSharesNothingOfAnotherModel) {
-  for (const std::size_t size : {4, 300}) {
-    Session other;
-    const LatticeValue foreign =
-        other.valueFactory()->createPowerSet({}, bitsOf(size, {1, 2}));  // of no type, as the own
-    const LatticeValue* const others[] = {&foreign};
-    const LatticeValue own = bits(size, {1});
-    LatticeValue one = own, all = own;
-    EXPECT_TRUE(joinInto(one, foreign, Sharing::Allowed));
-    EXPECT_TRUE(joinAllInto(all, others, Sharing::Allowed));
-    EXPECT_TRUE(one->getModel() == model && all->getModel() == model);
-  }
-}
-
-TEST_F(PowerSetTest, JoinAllIntoDoesWhatJoiningOneByOneDoes) {
-  for (const std::uint16_t size : std::initializer_list<std::uint16_t>{60, 200, 300}) {
-    const PowerSetType type = sets(size);
-    const LatticeValue one = set(type, {1}), two = set(type, {2}), both = set(type, {1, 2}),
-                       none = set(type, {}), longer = set(sets(400), {3, 400});
-    const LatticeValue* const all[] = {&one, &two, &longer};
-    const std::span<const LatticeValue* const> others(all, 2);
-    LatticeValue value = none;
-    EXPECT_TRUE(joinAllInto(value, others, Sharing::Allowed));
-    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2}));
-    EXPECT_EQ(valueOf(none), bitsOf(size, {}));
-    EXPECT_FALSE(joinAllInto(value, others));
-    const auto* const element = value.get();
-    {
-      const LatticeValue three = set(type, {3});
-      const LatticeValue* const alike[] = {&three, &one};
-      const Transaction undone(model);
-      EXPECT_TRUE(joinAllInto(value, alike));
-      EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2, 3}));
-    }
-    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2}));
-    EXPECT_TRUE(joinAllInto(value, all));
-    EXPECT_EQ(value.get(), element) << "held alone";
-    EXPECT_EQ(valueOf(value), bitsOf(size, {1, 2, 3}));
-
-    const LatticeValue* const largest[] = {&one, &both, &two};
-    LatticeValue shared = none, own = none;
-    EXPECT_TRUE(joinAllInto(shared, largest, Sharing::Allowed));
-    EXPECT_EQ(shared, both);
-    EXPECT_TRUE(joinAllInto(own, largest));
-    EXPECT_NE(own, both);
-    EXPECT_TRUE(own.eq(both));
-    EXPECT_FALSE(joinAllInto(own, {}));
-  }
-}
-
-TEST_F(PowerSetTest, JoinIntoRaisesWhatJoinDoes) {
-  const LatticeValue set = sets(1)->getTop(),
-                     record = types.createStructType("S", {}, {})->getTop();
-  LatticeValue value = record;
-  EXPECT_RAISES(joinInto(value, {}), castFailure<Struct>());
-  EXPECT_RAISES(joinInto(value, set), castFailure<Struct>());
-  value = set;
-  EXPECT_RAISES(joinInto(value, record), castFailure<PowerSet>());
-  LatticeValue bottom = sets(1)->getBottom().clone();
-  const LatticeValue* const others[] = {&set, &record};
-  EXPECT_RAISES(joinAllInto(bottom, others), castFailure<PowerSet>());
-  EXPECT_TRUE(bottom.eq(set)) << "what came before has been joined";
 }
 
 }  // namespace

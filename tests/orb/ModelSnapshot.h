@@ -43,7 +43,7 @@ std::string textOf(const orb::zero::Value& value, NameOf nameOf) {
 /// Everything that can be observed of an element, as text.
 inline std::string describe(const ModelElement& element) {
   const auto idOf = [](const ModelElement& named) {
-    return named ? to_string(named->getUuid()) : "none";
+    return named ? (named->isProxy() ? "~" : "") + to_string(named->getUuid()) : "none";
   };
   const auto& type = element->getMetaClass();
   std::string text =

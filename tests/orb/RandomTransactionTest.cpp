@@ -173,6 +173,16 @@ class RandomChanges {
     else
       owner->setPropertyValue(property, target);
   }
+  void standIn(const ModelElement& proxy) { standIns_[below(standIns_.size())] = proxy; }
+  /// Makes what a proxy stands for, puts it in its place, or ends the proxy, which stays one.
+  void meetStandIn() {
+    const ModelElement proxy = standIns_[below(standIns_.size())];
+    if (below(8) == 0) return proxy->destroy();
+    if (below(2)) proxy->resolve();
+    const ModelElement same = model_->createProxy(proxy->getMetaClass(), proxy->getUuid());
+    EXPECT_TRUE(!proxy || same == proxy);
+    model_->create(proxy->getMetaClass(), proxy->getUuid());
+  }
   /// Goes on with an element in the making, which takes over what others own.
   void build() {
     if (!builder_ || below(8) == 0)
@@ -199,6 +209,12 @@ class RandomChanges {
       [](Self& r) { r.refer(); },
       [](Self& r) { r.build(); },
       [](Self& r) { r.build(); },
+      [](Self& r) { r.standIn(r.any<ModelElement>()->convertToProxy()); },
+      [](Self& r) { r.any<ModelElement>()->doDestroy(r.below(2), r.below(2)); },
+      [](Self& r) { r.any<ModelElement>()->convertReferencesToProxies(r.below(2), {}); },
+      [](Self& r) { r.any<ModelElement>()->disassociateIncoming(); },
+      [](Self& r) { r.meetStandIn(); },
+      [](Self& r) { r.meetStandIn(); },
       [](Self& r) { r.writeSlot(); },
       [](Self& r) { r.changeUniverse(); },
       [](Self& r) { r.any<Variable>()->setName(r.name()); },
@@ -226,6 +242,7 @@ class RandomChanges {
   const Conditions conditions_;
   const Model model_ = Model::create();
   std::array<ModelElement, 4> held_;  // some of all elements are held from outside
+  std::array<ModelElement, 4> standIns_;
   std::unique_ptr<ModelElement::Builder> builder_;
   std::list<Savepoint> open_;
   std::vector<OldValue> old_;
