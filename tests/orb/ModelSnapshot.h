@@ -74,7 +74,7 @@ inline void expectConsistent(const orb::zero::Model& model) {
       for (const auto* target : targetsOf(element, *property)) {
         EXPECT_TRUE(target->isAlive());
         if (!property->isOwning) continue;
-        ++owned;
+        owned += !target->isProxy();
         EXPECT_TRUE(target->isContainedIn(*element.get(), property->position));
       }
     }
