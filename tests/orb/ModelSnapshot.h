@@ -61,6 +61,12 @@ inline std::string snapshot(const orb::zero::Model& model) {
   return lines;
 }
 
+/// It is alive, or in the making.
+inline void expectOwner(const ModelElement& element) {
+  const auto* const owner = element->container();
+  EXPECT_TRUE(!owner || owner->isAlive() || owner->place() == UINT32_MAX);
+}
+
 /// Both ends of every link agree, and the model finds what it iterates over.
 inline void expectConsistent(const orb::zero::Model& model) {
   std::size_t count = 0, owned = 0, contained = 0;
@@ -68,8 +74,7 @@ inline void expectConsistent(const orb::zero::Model& model) {
     ++count;
     EXPECT_TRUE(model.find(element->getUuid()) == element);
     if (element->getContainer()) ++contained;
-    const auto* const owner = element->container();  // may be in the making
-    EXPECT_TRUE(!owner || owner->isAlive() || owner->place() == UINT32_MAX);
+    expectOwner(element);
     for (const Property* property : element->getMetaClass().all) {
       for (const auto* target : targetsOf(element, *property)) {
         EXPECT_TRUE(target->isAlive());

@@ -48,6 +48,8 @@ class RandomChanges {
     else
       change();
     open_.empty() ? remember() : expectOldValues();
+    for (const ModelElement& each : standIns_)
+      if (each) expectOwner(each);
     expectConsistent(model_);
   }
   void finish() {
@@ -151,7 +153,12 @@ class RandomChanges {
     if (made->getMetaClass() == FieldType::metaClass()) FieldType(made)->setName(name());
   }
   void destroy() {
+    const auto standIns = [&] {
+      return std::ranges::count_if(standIns_, [](const ModelElement& each) { return bool(each); });
+    };
+    const auto before = standIns();
     if (const ModelElement element = any<ModelElement>()) element->destroy();
+    EXPECT_EQ(standIns(), before) << "who owned them";
   }
 
   void change() { attempt(changes_[below(std::size(changes_))]); }
@@ -180,7 +187,10 @@ class RandomChanges {
     if (below(4) == 0) return element->disassociateIncoming();
     const ModelElement proxy = model_.createProxy(element->getMetaClass(), element->getUuid());
     standIns_[below(standIns_.size())] = proxy;
-    element->doDestroy(below(2), below(4));
+    if (below(2)) return element->doDestroy(true, below(4));
+    const std::size_t before = model_.size();
+    element->doDestroy(false, below(4));
+    EXPECT_EQ(model_.size(), before - 1) << "what it owned stays";
   }
   /// Makes what a proxy stands for, puts it in its place, or ends the proxy, which stays one.
   void meetStandIn() {
