@@ -1,6 +1,6 @@
 #include <orb/zero/query/Query.h>
 
-#include <functional>
+#include <optional>
 
 #include "tests/datamodel/SessionTest.h"
 #include "tests/orb/ModelSnapshot.h"
