@@ -154,7 +154,7 @@ TEST_P(LatticeLawTest, JoinIntoMakesTheJoinAndChangesOnlyWhatItsHandleAloneHolds
   forTriples([&](const auto& a, const auto& b, const auto& c) {
     const LatticeValue* const others[] = {&b, &c};
     const LatticeValue wanted = a.join(b).join(c);
-    const auto before = describe(a) + describe(b) + describe(c);
+    const LatticeValue before[] = {a.clone(), b.clone(), c.clone()};  // not asked for their bits
     for (const unsigned way : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
       const bool isAlone = way & 1, isAtOnce = way & 2;
       const Sharing sharing{(way & 4) != 0};
@@ -174,7 +174,7 @@ TEST_P(LatticeLawTest, JoinIntoMakesTheJoinAndChangesOnlyWhatItsHandleAloneHolds
       }
       EXPECT_TRUE(value.get() != element || value.eq(a));
     }
-    EXPECT_EQ(describe(a) + describe(b) + describe(c), before);
+    EXPECT_TRUE(a.eq(before[0]) && b.eq(before[1]) && c.eq(before[2]));
   });
 }
 
