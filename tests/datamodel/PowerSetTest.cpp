@@ -28,6 +28,8 @@ TEST_F(PowerSetTest, RightOperandMustBeAPowerSet) {
     EXPECT_RAISES(joinAllInto(alone, others), castFailure<PowerSet>());
     EXPECT_TRUE(alone.eq(value)) << "what came before has been joined";
   }
+  LatticeValue proxy = PowerSet::createProxy(model, model.newUuid());
+  EXPECT_RAISES(joinInto(proxy, value), "CannotModifyProxy");
 }
 
 TEST_F(PowerSetTest, PartIsOfANewAnonymousType) {

@@ -58,6 +58,9 @@ TEST_F(HistoryTest, TellsListenersOfBothWays) {
                    "+z +Equation System.equations:[Equation,Equation,Equation]>[Equation,Equation,"
                    "Equation,Equation]",
                    "f.name:i>f R.fields:[g,f]>[f,g] g.name:f>g x.type:R>P x.name:z>x"}));
+  variable("new")->convertToProxy();
+  while (model.undo()) continue;
+  EXPECT_EQ(diary->news(), (Lines{"+new", "-Variable", "+new", "-Variable"}));
 }
 
 TEST_F(HistoryTest, BringsBackWhetherAValueWasGiven) {
