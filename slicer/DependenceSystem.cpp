@@ -203,9 +203,10 @@ void DependenceSystem::addEquations(std::size_t leaf) {
       addRoutedEquations(leaf, port);
   }
   if (isSink || (mixing.size() > 1 && mixed.size() > 2)) {
-    const Variable mixture = expressions_.createVariable(leafSet_, leafAt(leaf).name);
-    addEquation(mixture, mixed);
-    mixed = {mixture};
+    const std::string& name = leafAt(leaf).name;
+    const Variable read = expressions_.createVariable(leafSet_, isSink ? name : name + ".inputs");
+    addEquation(read, mixed);
+    mixed = {read};
   }
   for (const std::size_t port : mixing) addEquation(places_[leaf][port], mixed);
 }
