@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <numeric>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "benchmarks/Case.h"
+#include "benchmarks/RawElement.h"
 
 namespace torvan::datamodel::benchmarks {
 namespace {
@@ -144,6 +146,45 @@ class RawComposites {
   std::vector<Block> a_, b_, results_;
 };
 
+/// Plain objects as big as ours, two per part: one with the index and one with the words.
+class ObjectComposites {
+ public:
+  static constexpr char name[] = "objects";
+  ObjectComposites(const Words& a, const Words& b) : a_(a), b_(b) {
+    results_.reserve(resultsOf(a.size()) * a.size());
+  }
+
+  void join() {
+    for (std::size_t i = 0; i < a_.size(); ++i) {
+      results_.push_back(
+          {std::make_unique<Element>(newUuid_()), std::make_unique<Set>(newUuid_())});
+      const auto& [element, set] = results_.back();
+      element->owner = set.get();
+      element->place = static_cast<std::uint32_t>(i);
+      const unsigned long word = a_[i] | b_[i];
+      std::memcpy(set->rest, &word, sizeof word);
+    }
+  }
+  void letGo() { results_.clear(); }
+  Words joined() const {
+    Words words;
+    for (std::size_t i = results_.size() - a_.size(); i < results_.size(); ++i)
+      std::memcpy(&words.emplace_back(), results_[i].set->rest, sizeof words[0]);
+    return words;
+  }
+
+ private:
+  using Element = RawElement<ArrayElem::Impl>;
+  using Set = RawElement<PowerSet::Impl>;
+  struct Part {
+    std::unique_ptr<Element> element;
+    std::unique_ptr<Set> set;
+  };
+  orb::zero::UuidGenerator newUuid_;
+  Words a_, b_;
+  std::vector<Part> results_;
+};
+
 std::uint64_t numberOf(const Words& words) {
   return std::accumulate(words.begin(), words.end(), std::uint64_t{0}, orb::zero::hashCombine);
 }
@@ -158,7 +199,7 @@ void addKind(Cases& cases, const std::string& kind, std::size_t parts, double fa
                    .size = parts,
                    .items = results,
                    .targets = {timesOf(factor, "raw")},
-                   .sides = entrants<Ours, Raw, Flat>([=]<class X>() {
+                   .sides = entrants<Ours, Raw, Flat, ObjectComposites>([=]<class X>() {
                      const auto pair =
                          std::make_shared<X>(randomWords(parts, 1), randomWords(parts, 2));
                      return Side{.run =

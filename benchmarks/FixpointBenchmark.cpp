@@ -259,13 +259,16 @@ void addBuild(Cases& cases, std::size_t size) {
   const auto build = [=] {
     const auto workload = std::make_shared<FixpointWorkload>(Kind::Dense, size);
     const auto system = std::make_shared<std::optional<OurSystem>>();
-    return Side{.run = [=] { system->emplace(*workload); }, .finish = [=] { system->reset(); }};
+    return Side{.run = [=] { system->emplace(*workload); },
+                .finish = [=] { system->reset(); },
+                .result = [=] { return (*system)->system()->getEquations().size(); }};
   };
   const auto start = [=] {
     const auto system = std::make_shared<OurSystem>(FixpointWorkload(Kind::Dense, size));
     const auto solver = std::make_shared<std::optional<FixpointSolver>>();
     return Side{.run = [=] { solver->emplace(system->system()); },
-                .finish = [=] { solver->reset(); }};
+                .finish = [=] { solver->reset(); },
+                .result = [=] { return (*solver)->statistics().equations; }};
   };
   const double million = static_cast<double>(size) / 1e6;
   cases.push_back({.name = "fixed point.build the system",

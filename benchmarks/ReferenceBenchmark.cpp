@@ -142,13 +142,14 @@ class OurReferred {
 class RawReferred {
  public:
   static constexpr char name[] = "raw";
-  RawReferred(std::size_t, Referrer referrer) : referrers_(destroyed) {
+  RawReferred(std::size_t size, Referrer referrer) : referrers_(destroyed) {
     for (Element*& pointer : referrers_) {
       referred_.push_back(std::make_unique<Element>(newUuid_()));
       if (referrer == Referrer::None) continue;
       pointer = referred_.back().get();
       pointer->owner = &pointer;
     }
+    for (std::size_t i = 0; i < size; ++i) others_.push_back(std::make_unique<Element>(newUuid_()));
   }
   void destroyAll() {
     for (auto& element : referred_) {
@@ -164,7 +165,7 @@ class RawReferred {
  private:
   using Element = RawElement<Variable::Impl>;
   orb::zero::UuidGenerator newUuid_;
-  std::vector<std::unique_ptr<Element>> referred_;
+  std::vector<std::unique_ptr<Element>> referred_, others_;
   std::vector<Element*> referrers_;
 };
 

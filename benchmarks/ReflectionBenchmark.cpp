@@ -2,6 +2,7 @@
 #include <torvan/datamodel/ValueTypes.h>
 
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -87,9 +88,7 @@ void addBits(Cases& cases, std::size_t size, std::vector<Target> targets) {
     return orb::zero::hashCombine(size, hash);
   };
   const auto compareWords = [=, others = words] {
-    bool isEqual = true;
-    for (std::size_t i = 0; i < words.size(); ++i) isEqual &= words[i] == others[i];
-    return isEqual;
+    return std::memcmp(words.data(), others.data(), words.size() * sizeof words[0]) == 0;
   };
   const auto add = [&](const char* name, auto ours, auto raw) {
     cases.push_back({.name = name,

@@ -5,10 +5,12 @@
 #include <rapidjson/writer.h>
 #include <torvan/datamodel.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include "benchmarks/Case.h"
 #include "benchmarks/Memory.h"
@@ -82,6 +84,12 @@ std::string textOf(const Model& model) {
   io::save(model, out);
   return std::move(out).str();
 }
+Model modelOf(const std::string& text) {
+  std::istringstream in(text);
+  Model model = Model::create();
+  io::load(model, in);
+  return model;
+}
 
 void addSave(Cases& cases, const Shape& shape, std::size_t size) {
   const std::string name = std::string("save.") + shape.name;
@@ -89,7 +97,11 @@ void addSave(Cases& cases, const Shape& shape, std::size_t size) {
   const auto save = [&shape, size] {
     const Model model = shape.make(size);
     const auto text = std::make_shared<std::string>();
-    return Side{.run = [=] { *text = textOf(model); }};
+    const auto result = [=] {
+      check(modelOf(*text).size() == size);
+      return size;
+    };
+    return Side{.run = [=] { *text = textOf(model); }, .result = result};
   };
   const auto write = [&shape, size] {
     const auto text = std::make_shared<rapidjson::StringBuffer>();
@@ -103,7 +115,12 @@ void addSave(Cases& cases, const Shape& shape, std::size_t size) {
       }
       writer.EndArray();
     };
-    return Side{.run = run, .prepare = [=] { *text = rapidjson::StringBuffer(); }};
+    const auto result = [=] {
+      const std::string_view written(text->GetString(), text->GetSize());
+      return static_cast<std::uint64_t>(std::count(written.begin(), written.end(), '{'));
+    };
+    return Side{
+        .run = run, .prepare = [=] { *text = rapidjson::StringBuffer(); }, .result = result};
   };
   cases.push_back({.name = name,
                    .size = size,
@@ -130,16 +147,11 @@ void addLoad(Cases& cases, const Shape& shape, std::size_t size) {
     metaPackage().ensureInitialized();
     const auto text = std::make_shared<std::string>(textOf(shape.make(size)));
     const auto model = std::make_shared<std::optional<Model>>();
-    const auto run = [=] {
-      std::istringstream in(*text);
-      io::load(**model, in);
-    };
     const auto result = [=] {
-      check((*model)->size() == size);
+      check(textOf(**model) == *text);
       return std::uint64_t{0};
     };
-    return Side{.run = run,
-                .prepare = [=] { *model = Model::create(); },
+    return Side{.run = [=] { *model = modelOf(*text); },
                 .finish = [=] { model->reset(); },
                 .result = result};
   };

@@ -6,16 +6,6 @@
 namespace torvan::datamodel::benchmarks {
 namespace {
 
-/// Makes the class of bits, and so its functions, that of this build alone: TORVAN_ALIGNMENT tells
-/// the builds of this file apart.
-template <class T>
-struct Allocator : std::allocator<T> {
-  template <class U>
-  struct rebind {
-    using other = Allocator<U>;
-  };
-};
-
 class BoostSet {
  public:
   BoostSet(const Words& words, std::size_t size) : bits_(words.begin(), words.end()) {
@@ -41,13 +31,15 @@ class BoostSet {
   }
 
  private:
-  boost::dynamic_bitset<std::uint64_t, Allocator<std::uint64_t>> bits_;
+  boost::dynamic_bitset<std::uint64_t> bits_;
 };
 
 }  // namespace
 
+/// The only thing that one of the builds of this file shows: TORVAN_ALIGNMENT tells them apart.
 template <>
-std::unique_ptr<SetPair> makeBoostPair<TORVAN_ALIGNMENT>(const Operands& sets) {
+[[gnu::visibility("default")]] std::unique_ptr<SetPair> makeBoostPair<TORVAN_ALIGNMENT>(
+    const Operands& sets) {
   return makePair<BoostSet>(sets);
 }
 
