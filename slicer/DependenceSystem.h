@@ -23,9 +23,9 @@ enum class Dependences { Data, Activation, Direct };
 ///
 /// Every leaf has a variable for what it sends: a set, an array of sets where the elements of a
 /// vector are followed apart, or a record with a field per port of a leaf with several outputs. A
-/// leaf without outputs has one for what it reads, and so has one with several. What is sent is
-/// what is read and the leaf itself. A physical net has a record with a field per port, of which
-/// each port sees all but its own.
+/// leaf without outputs has one for what it reads and itself, and so has one of which several
+/// outputs mix several inputs. What is sent is what is read and the leaf itself. A physical net has
+/// a record with a field per port, of which each port sees all but its own.
 class DependenceSystem {
  public:
   /// Both arguments have to outlive the object. Throws std::length_error for more than 65535

@@ -103,7 +103,7 @@ class ORB_ZERO_API Model::Impl : public Model::Count {
   /// Frees the memory of an ended element that nothing counts any more.
   void free(Element& element) noexcept;
   void compact() noexcept;
-  /// Before the first element that is a member, or at it.
+  /// Where the first member is in the creation order, or else the end.
   std::uint32_t firstMember() noexcept;
   /// Takes the element out of the creation order and the index.
   void remove(Element& element) noexcept;

@@ -27,7 +27,8 @@
 ///
 /// Every element has a line of its own: those without an owner in the order of creation, each
 /// followed by what it owns. Loading creates in the order of the file, so that saving again gives
-/// the same text. What is referred to but not saved, proxies included, is listed under "proxies".
+/// the same text. What is referred to but not saved, proxies included, is listed under "proxies";
+/// one whose element is in the file as well reads as that element.
 namespace orb::zero::io {
 
 /// Writes all elements of the model. Raises "CannotSave" with the element, the property and a cause
