@@ -85,7 +85,10 @@ class ORB_ZERO_API Value {
       std::memcpy(bytes_, other.bytes_, capacity);
   }
   void destroy() noexcept;
-  bool equals(const Value& other) const;
+  bool equals(const Value& other) const {
+    if (!type_ || !other.type_) return type_ == other.type_;
+    return *type_ == *other.type_ && type_->equals(bytes_, other.bytes_);
+  }
   [[noreturn]] static void raiseNo(std::string_view expected);
   template <class T>
   void checkCompatible() const {
