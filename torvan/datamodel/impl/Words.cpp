@@ -6,11 +6,10 @@ namespace torvan::datamodel::words {
 namespace {
 
 // Wide registers of the machine at hand; a compiler at -O2 does not use them by itself. The widest
-// write whole lines of the caches, but have no short way to tell whether anything is in them. The
-// speed of a short loop depends on where it lies.
+// write whole lines of the caches, but have no short way to tell whether anything is in them.
 #ifdef __x86_64__
-#define TORVAN_WIDE __attribute__((target_clones("avx2", "default"), aligned(64)))
-#define TORVAN_WIDEST __attribute__((target_clones("avx512f", "avx2", "default"), aligned(64)))
+#define TORVAN_WIDE __attribute__((target_clones("avx2", "default")))
+#define TORVAN_WIDEST __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
 #define TORVAN_WIDE
 #define TORVAN_WIDEST
