@@ -8,10 +8,8 @@ namespace orb::zero {
 
 Exception::Exception(std::string catalog, std::string identifier,
                      std::vector<std::string> arguments)
-    : catalog_(std::move(catalog)),
-      identifier_(std::move(identifier)),
-      arguments_(std::move(arguments)),
-      text_(MessageCatalog::text(catalog_, identifier_, arguments_)) {}
+    : Exception(catalog, identifier, arguments,
+                MessageCatalog::text(catalog, identifier, arguments)) {}
 
 Exception::Exception(std::string catalog, std::string identifier,
                      std::vector<std::string> arguments, std::string text)
